@@ -1,0 +1,37 @@
+// The host application, and the one the add-in is connected to.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "addin/host/Dispatch.h"
+#include "addin/host/HostCommandBars.h"
+#include "addin/host/HostWeb.h"
+
+// A thin value over the host's application object.
+class HostApplication {
+ public:
+  HostApplication() noexcept = default;
+  explicit HostApplication(host::Dispatch object) noexcept : object_(std::move(object)) {}
+
+  explicit operator bool() const noexcept { return static_cast<bool>(object_); }
+
+  std::wstring name() const;
+  std::wstring version() const;
+  // Nothing when no web is open, however the host says so.
+  std::optional<HostWeb> activeWeb() const;
+  // The names of the installed themes, in the host's order.
+  std::vector<std::wstring> themeNames() const;
+  // The absolute URL of `url` seen from `base`; an absolute one comes back unchanged.
+  std::wstring makeAbsolute(const std::wstring& base, const std::wstring& url) const;
+
+  HostCommandBars commandBars() const;
+
+ private:
+  host::Dispatch object_;
+};
+
+// The application that the add-in is connected to; every window reaches the open web through it.
+// Empty before the connection.
+HostApplication& hostApplication() noexcept;

@@ -1,0 +1,69 @@
+// The open web, its folders and files, as thin values over the host's objects. Hold them for the
+// length of an operation only.
+//
+// Paths are accepted in every shape the program meets: "/dwts", "dwts", "dwts/" and absolute URLs of
+// the web; this layer turns them into what the host takes.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "addin/host/Dispatch.h"
+
+class HostFile {
+ public:
+  explicit HostFile(host::Dispatch object) noexcept : object_(std::move(object)) {}
+
+  std::wstring name() const;
+  std::wstring extension() const;  // without its point
+  std::wstring url() const;
+  void remove() const;
+  void applyTheme(const std::wstring& theme, long properties) const;
+
+ private:
+  host::Dispatch object_;
+};
+
+class HostWeb;
+
+class HostFolder {
+ public:
+  explicit HostFolder(host::Dispatch object) noexcept : object_(std::move(object)) {}
+
+  std::wstring name() const;
+  std::wstring url() const;  // absolute
+  bool isWeb() const;        // the root of a sub-web: not offered and not entered
+  HostWeb web() const;
+  // The immediate sub-folders, in the host's order.
+  std::vector<HostFolder> folders() const;
+  // Asked without reading them.
+  bool hasFolders() const;
+  // A new immediate sub-folder of that plain name. The host's refusal is raised as it is.
+  HostFolder addFolder(const std::wstring& name) const;
+  // A copy of a local file joins the folder; an existing one of that name is refused by the host.
+  HostFile importFile(const std::wstring& localPath) const;
+
+ private:
+  host::Dispatch object_;
+};
+
+class HostWeb {
+ public:
+  explicit HostWeb(host::Dispatch object) noexcept : object_(std::move(object)) {}
+
+  std::wstring url() const;  // absolute, without a "/" at its end
+  HostFolder rootFolder() const;
+  std::optional<HostFolder> locateFolder(std::wstring_view path) const;
+  std::optional<HostFile> locateFile(std::wstring_view path) const;
+  // The folder at that path, made level by level where it is missing. An existing one is the answer,
+  // not an error.
+  HostFolder createFolder(std::wstring_view path) const;
+  void refresh() const;
+  // The web-relative path of a path in any of the accepted shapes: no "/" at either end.
+  std::wstring relative(std::wstring_view path) const;
+
+ private:
+  host::Dispatch object_;
+};

@@ -1,0 +1,24 @@
+// A template's description: the section named by its base name in its folder's "quillet.ini".
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// The name of the description file in a template folder.
+inline constexpr wchar_t descriptionFileName[] = L"quillet.ini";
+
+struct TemplateInfo {
+  std::wstring title;
+  std::wstring description;
+  std::wstring preview;  // full path of a picture or page; empty when there is none
+  std::wstring readme;   // full path of the notes page; the preview when there is none
+};
+
+// Reads the description of the template `baseName` in `folder`; every missing key has its default.
+TemplateInfo GetDWTInfo(std::wstring_view folder, std::wstring_view baseName);
+
+// True for a path whose extension is gif, jpg or jpeg in any letter case.
+bool IsImageFile(std::wstring_view path);
+
+// A file name without its last "." and what follows it.
+std::wstring templateBaseName(std::wstring_view fileName);

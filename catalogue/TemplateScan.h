@@ -1,0 +1,47 @@
+// Finding the templates below the listed folders.
+//
+// A template is a .dwt file inside an immediate sub-folder of a listed folder; files directly in a
+// listed folder or deeper than one level are none.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "catalogue/TemplateFolderList.h"
+#include "common/KeepGoing.h"
+
+// One template as it is listed.
+struct TemplateEntry {
+  std::wstring key;    // full path of the .dwt file, unique among the rows
+  std::wstring title;
+  std::wstring folder; // the template folder, without a trailing backslash
+};
+
+// Where found templates go, and what the scan asks meanwhile.
+class TemplateScanView : public KeepGoing {
+ public:
+  virtual bool isListed(std::wstring_view key) = 0;
+  virtual void add(const TemplateEntry& entry) = 0;
+  // A listed folder's drive is not ready.
+  virtual void showNotReady(const std::wstring& message) = 0;
+
+ protected:
+  ~TemplateScanView() = default;
+};
+
+class TemplateScan {
+ public:
+  explicit TemplateScan(TemplateScanView& view) : view_(view) {}
+
+  // The template folders of one listed folder. Raises 512 when the view says stop.
+  void ScanFolder(std::wstring_view folder);
+
+  // The template files of one template folder. Despite its name it does not descend further.
+  void RecurseFiles(std::wstring_view folder);
+
+ private:
+  bool IsTemplateListed(std::wstring_view key) { return view_.isListed(key); }
+  void goOnOrCancel();
+
+  TemplateScanView& view_;
+};

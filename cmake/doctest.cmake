@@ -1,0 +1,22 @@
+# doctest comes from the distribution as a native package. Its one header is copied out, so that the
+# native include folder never reaches the cross build.
+find_path(DOCTEST_NATIVE_INCLUDE doctest/doctest.h PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+file(COPY ${DOCTEST_NATIVE_INCLUDE}/doctest/doctest.h
+     DESTINATION ${CMAKE_BINARY_DIR}/third-party/doctest)
+
+add_library(doctest INTERFACE)
+target_include_directories(doctest SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/third-party)
+target_compile_definitions(doctest INTERFACE DOCTEST_CONFIG_NO_MULTITHREADING)
+
+find_file(DOCTEST_DISCOVERY doctest.cmake
+          PATHS /usr/lib/cmake/doctest NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+include(${DOCTEST_DISCOVERY})
+
+# One executable per room of the house; each of its test cases is a test of its own for CTest. They
+# share one desktop, clipboard and registry, so CTest runs them one after another.
+function(quillet_tests name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE quillet-flags test-support ${arg_LIBRARIES})
+  doctest_discover_tests(${name} PROPERTIES TIMEOUT 60 RUN_SERIAL TRUE)
+endfunction()

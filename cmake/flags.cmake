@@ -1,0 +1,15 @@
+# What every target is compiled and linked with, in one interface library.
+add_library(quillet-flags INTERFACE)
+
+target_compile_features(quillet-flags INTERFACE cxx_std_20)
+target_compile_definitions(quillet-flags INTERFACE
+  UNICODE _UNICODE STRICT NOMINMAX WIN32_LEAN_AND_MEAN
+  WINVER=0x0501 _WIN32_WINNT=0x0501 _WIN32_IE=0x0600 NTDDI_VERSION=0x05010200)
+target_include_directories(quillet-flags INTERFACE ${CMAKE_SOURCE_DIR})
+
+# The one place that knows the compiler: everything else is standard C++ and the Windows interfaces.
+target_compile_options(quillet-flags INTERFACE
+  -Wall -Wextra -Wpedantic -Werror
+  -ffunction-sections -fdata-sections -fno-ident)
+target_link_options(quillet-flags INTERFACE
+  -static -Wl,--gc-sections -Wl,--nxcompat -Wl,--dynamicbase $<$<CONFIG:Release>:-s>)

@@ -1,0 +1,134 @@
+// Modal windows and dialogs, made from dialog resources.
+//
+// A form is bound to its window from the first message to the last. Layout, tab order, captions,
+// mnemonics and tool tips live in the dialog's resources, in dialog units:
+//  - dialogs are numbered in steps of 100 (1000, 1100, ...), their controls from dialog + 10 on;
+//    the default and cancel buttons are IDOK and IDCANCEL;
+//  - the string with a control's number is its tool tip; the tips of IDOK and IDCANCEL are the
+//    strings dialog + 1 and dialog + 2.
+// The font is the system's message font, whatever the resource says.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "common/handles.h"
+#include "common/message.h"
+#include "common/report.h"
+
+namespace forms {
+
+class Control;
+
+// The edges of the window that a control keeps its distance to when the window is resized. Left and
+// right together stretch it.
+enum Edges : unsigned {
+  left = 1,
+  top = 2,
+  right = 4,
+  bottom = 8,
+};
+
+class Form {
+ public:
+  // `name` is the form's name in log lines; `dialog` its dialog resource.
+  Form(std::wstring name, int dialog);
+  virtual ~Form();
+  Form(const Form&) = delete;
+  Form& operator=(const Form&) = delete;
+
+  HWND hwnd() const noexcept { return window_; }
+  int dialog() const noexcept { return dialog_; }
+  const std::wstring& name() const noexcept { return name_; }
+  std::wstring caption() const;
+
+  // A message box over this form, titled with its caption.
+  int message(std::wstring_view text, UINT style) const noexcept;
+
+  // Keyboard handling before the dialog's own; true when the message is done with.
+  virtual bool preTranslate(MSG&) { return false; }
+
+ protected:
+  // Shows the window over `owner` (every other window of the thread is disabled) and returns after
+  // unload(). The window is centred on its owner unless Form_Load placed it. Raises an Error (429)
+  // when the window cannot be made.
+  void showModal(HWND owner);
+
+  // Closes the form: it disappears at once, its controls live until showModal returns.
+  void unload() noexcept;
+  bool isUnloaded() const noexcept { return unloaded_; }
+
+  // Events, in the order of a form's life.
+  virtual void Form_Load() {}
+  virtual void Form_Activate() {}  // once, when the window is first on the screen
+  virtual void Form_Resize() {}    // after the controls have followed their edges
+  virtual void Form_QueryUnload(); // the close box: presses the cancel button by default
+  virtual void Form_Unload() {}
+
+  // Messages that the form itself does not know. A result other than false is the answer.
+  virtual bool onMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
+
+  // Which edges a control keeps; the designed size is the smallest the window can be made.
+  void keep(const Control& control, unsigned edges);
+
+  // Runs the body of an event handler. An error inside becomes the form's log line, the handler ends
+  // and the form stays.
+  template <class Body>
+  void handle(const wchar_t* procedure, Body&& body) noexcept {
+    try {
+      std::forward<Body>(body)();
+    } catch (...) {
+      modCommon::reportFormError(procedure, name_, errors::current());
+    }
+  }
+
+ private:
+  friend class Control;
+
+  struct Anchor {
+    HWND control;
+    unsigned edges;
+    RECT designed;
+  };
+
+  static INT_PTR CALLBACK dialogProcedure(HWND, UINT, WPARAM, LPARAM) noexcept;
+  INT_PTR onDialogMessage(UINT message, WPARAM wParam, LPARAM lParam);
+  void onInitDialog();
+  void attachControls();
+  void makeToolTips();
+  void layOut();
+  void centreOn(HWND owner) noexcept;
+  Control* control(int id) const noexcept;
+
+  std::wstring name_;
+  int dialog_;
+  HWND window_ = nullptr;
+  HWND toolTips_ = nullptr;
+  SIZE designedClient_ = {};
+  SIZE minimumTrack_ = {};
+  bool resizable_ = false;
+  bool placed_ = false;
+  bool activated_ = false;
+  bool unloaded_ = false;
+  std::vector<Control*> controls_;
+  std::vector<Anchor> anchors_;
+};
+
+// Handles what is in the thread's queue now, and returns: window events of long runs. Keyboard
+// navigation of the form on top works as in its own loop.
+void yieldToMessages();
+
+// The wait cursor while it lives, also when the mouse moves meanwhile. Scopes nest.
+class WaitCursor {
+ public:
+  WaitCursor() noexcept;
+  ~WaitCursor();
+  WaitCursor(const WaitCursor&) = delete;
+  WaitCursor& operator=(const WaitCursor&) = delete;
+};
+
+}  // namespace forms

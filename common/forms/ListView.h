@@ -1,0 +1,59 @@
+// A list in report mode with one column.
+#pragma once
+
+#include <memory>
+#include <set>
+#include <vector>
+
+#include "common/forms/controls.h"
+
+namespace forms {
+
+struct ListRow {
+  std::wstring key;  // unique ignoring letter case; empty for rows without one
+  std::wstring text;
+  std::wstring tag;
+  std::wstring toolTip;
+  int icon = -1;
+};
+
+// Rows are numbered as they are shown. A click on the header sorts, the next one the other way.
+class ListView : public Control {
+ public:
+  ListView(Form& form, int id, std::wstring columnTitle);
+  ~ListView() override;
+
+  int count() const noexcept;
+  int add(ListRow row);  // where it stands now
+  void removeAt(int index);
+  void clear();
+  const ListRow& row(int index) const;
+  void setText(int index, std::wstring_view value);
+  bool hasKey(std::wstring_view key) const;
+  // The first row of exactly that text; -1 when none has it. Letter case does not count.
+  int find(std::wstring_view text) const;
+
+  int selected() const noexcept;    // -1 when none is
+  void select(int index) noexcept;  // also makes it visible; does not fire onItemClick
+
+  // Wide enough for contents and header.
+  void autoSizeColumn() noexcept;
+  void setImages(HIMAGELIST images) noexcept;  // borrowed
+
+  std::function<void()> onItemClick;    // the user selected a row, by mouse or keyboard
+  std::function<void()> onDoubleClick;
+
+ private:
+  void onAttached() override;
+  LRESULT onNotify(NMHDR& header) override;
+  void sortBy(bool descending);
+
+  std::wstring columnTitle_;
+  std::vector<std::unique_ptr<ListRow>> rows_;  // owned; the control refers to them
+  std::set<std::wstring> keys_;                 // lowered
+  int quiet_ = 0;
+  bool sorted_ = false;
+  bool descending_ = false;
+};
+
+}  // namespace forms

@@ -1,0 +1,120 @@
+// The controls of dialogs as typed members of their form. Each is a thin wrapper around the system's
+// own control; it is usable from Form_Load to the end of the form.
+#pragma once
+
+#include <windows.h>
+#include <commctrl.h>
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "common/forms/Form.h"
+
+namespace forms {
+
+class Control {
+ public:
+  // Joins `form`, whose dialog resource holds the control `id`.
+  Control(Form& form, int id);
+  virtual ~Control() = default;
+  Control(const Control&) = delete;
+  Control& operator=(const Control&) = delete;
+
+  int id() const noexcept { return id_; }
+  HWND hwnd() const noexcept { return window_; }
+
+  std::wstring text() const;
+  void setText(std::wstring_view value);
+  bool enabled() const noexcept;
+  // A control that has the focus hands it on before it is disabled.
+  void setEnabled(bool enabled) noexcept;
+  bool visible() const noexcept;
+  void setVisible(bool visible) noexcept;
+  void focus() noexcept;
+  void bringToFront() noexcept;
+  void setToolTip(std::wstring_view value);
+
+  // A text that the program attaches to a control.
+  std::wstring tag;
+
+ protected:
+  Form& form() const noexcept { return form_; }
+
+ private:
+  friend class Form;
+  virtual void onAttached() {}
+  virtual void onCommand(WORD /*code*/) {}
+  virtual LRESULT onNotify(NMHDR& /*header*/) { return 0; }
+
+  Form& form_;
+  int id_;
+  HWND window_ = nullptr;
+  std::wstring toolTip_;
+};
+
+// A text. One with an ellipsis style (SS_ENDELLIPSIS, SS_PATHELLIPSIS) and SS_NOTIFY shows its full
+// text as a tip.
+class Label : public Control {
+ public:
+  using Control::Control;
+  void setText(std::wstring_view value);
+};
+
+class Button : public Control {
+ public:
+  using Control::Control;
+  std::function<void()> onClick;
+
+ private:
+  void onCommand(WORD code) override;
+};
+
+class CheckBox : public Button {
+ public:
+  using Button::Button;
+  int value() const noexcept;  // 0, 1, or 2 when grey
+  void setValue(int value) noexcept;
+};
+
+class TextBox : public Control {
+ public:
+  using Control::Control;
+  void selectAll() noexcept;
+  std::function<void()> onChange;
+
+ private:
+  void onCommand(WORD code) override;
+};
+
+// A drop-down list whose items carry a number.
+class ComboBox : public Control {
+ public:
+  using Control::Control;
+  void add(std::wstring_view text, long data);
+  void select(int index) noexcept;  // does not fire onClick
+  int selected() const noexcept;    // -1 when none is
+  long selectedData() const noexcept;
+  std::function<void()> onClick;  // the user chose an item
+
+ private:
+  void onCommand(WORD code) override;
+};
+
+class ProgressBar : public Control {
+ public:
+  using Control::Control;
+  long maximum() const noexcept;
+  long value() const noexcept;
+  void setValue(long value) noexcept;
+  // Minimum 0, the given maximum, value 0. Both ignore any error.
+  void reset(short maximum) noexcept;
+  // A step that would pass the maximum is not applied.
+  void step(short by) noexcept;
+
+ private:
+  long maximum_ = 100;
+  long value_ = 0;
+};
+
+}  // namespace forms

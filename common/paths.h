@@ -1,0 +1,35 @@
+// Local files and folders.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+
+namespace modCommon {
+
+// True when the name, trimmed of blanks, is not empty and holds none of \ / : * ? < > | and the
+// double quote.
+bool IsValidFileName(std::wstring_view name);
+
+// Makes every missing level of a folder path. A path without a root (drive or share) is answered
+// with true and nothing is made: the caller's later file operation reports it. A failure is shown in
+// one message box over `owner` and answered with false.
+bool CreateFolderPath(std::wstring_view path, HWND owner = nullptr);
+
+// Writes and deletes a small file in `folder` (no trailing backslash). A failure is shown and
+// answered with false.
+bool CanWriteToFolder(std::wstring_view folder, HWND owner = nullptr);
+
+// The shell's "open" verb; a result above 32 means success.
+int ShellOpen(std::wstring_view file, std::wstring_view parameters);
+
+// The path with a backslash at its end.
+std::wstring withBackslash(std::wstring_view path);
+
+// True when a file or folder of that name exists, hidden and system ones included. Wild cards are no
+// names.
+bool fileExists(std::wstring_view path);
+bool folderExists(std::wstring_view path);
+
+}  // namespace modCommon

@@ -1,0 +1,35 @@
+// Rules about text that ask nothing of the system.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace text {
+
+// Without the blanks (U+0020, nothing else) at both ends.
+std::wstring trimBlanks(std::wstring_view value);
+
+// Every occurrence of `what` (not empty) becomes `with`; the replaced text is not looked at again.
+std::wstring replaceAll(std::wstring_view value, std::wstring_view what, std::wstring_view with);
+
+// What stands before the first NUL character.
+std::wstring_view cutAtNul(std::wstring_view value);
+
+// What follows the last `separator`; the whole text when there is none.
+std::wstring_view afterLast(std::wstring_view value, wchar_t separator);
+
+// What stands before the last `separator`; the whole text when there is none.
+std::wstring_view beforeLast(std::wstring_view value, wchar_t separator);
+
+// The pieces between separators: always one more than there are separators, empty ones kept.
+std::vector<std::wstring> split(std::wstring_view value, wchar_t separator);
+
+// `value`, ending in exactly the `ending` it may already have.
+std::wstring withEnding(std::wstring_view value, wchar_t ending);
+
+// A message as the program keeps it: "|" stands for a line break and "%s" for `argument`. The breaks
+// are made first, so a "|" in the argument stays what it is.
+std::wstring message(std::wstring_view pattern, std::wstring_view argument);
+
+}  // namespace text

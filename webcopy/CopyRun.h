@@ -1,0 +1,76 @@
+// Copying one template folder into the open web, as a run that knows no window.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "addin/host/HostApplication.h"
+#include "common/KeepGoing.h"
+#include "common/errors.h"
+
+// The row of the browser's list that is copied.
+struct SourceItem {
+  std::wstring text;  // the template's title
+  std::wstring tag;   // the local template folder
+};
+
+// What shows a run. Progress never fails the run.
+class CopyRunView : public KeepGoing {
+ public:
+  virtual void showWeb(const std::wstring& url) = 0;
+  virtual void showTemplate(const std::wstring& title) = 0;
+  virtual void showOverallStatus(const std::wstring& text) = 0;
+  virtual void showCurrentStatus(const std::wstring& text) = 0;
+  virtual void resetOverall(short maximum) = 0;
+  virtual void stepOverall() = 0;
+  virtual void resetCurrent(short maximum) = 0;
+  virtual void stepCurrent() = 0;
+  virtual void finishCurrent() = 0;  // the bar to its maximum
+
+  // A Yes/No question and messages, titled with the window's caption.
+  virtual bool ask(const std::wstring& text) = 0;
+  virtual void inform(const std::wstring& text) = 0;  // information icon
+  virtual void fail(const std::wstring& text) = 0;    // critical icon
+  virtual std::wstring caption() const = 0;
+
+  // The run wants its window gone; the run itself may go on for a while.
+  virtual void unload() = 0;
+
+ protected:
+  ~CopyRunView() = default;
+};
+
+class CopyRun {
+ public:
+  CopyRun(HostApplication host, std::wstring destinationFolder, SourceItem item, CopyRunView& view);
+
+  // The whole run, in the order that the steps are shown. Raises 512 once more when it was
+  // cancelled; every other failure has been shown.
+  void EH_CopyDWTToWeb();
+
+  // The run's result: true until a cancel, a declined overwrite or an error.
+  bool continueFlag() const noexcept { return ContinueFlag_; }
+  void cancel() noexcept { ContinueFlag_ = false; }
+
+  // What a tag means as a local folder: a file URL loses its "file:///" and turns its slashes.
+  static std::wstring sourcePathOf(std::wstring_view tag);
+
+ private:
+  void CountFilesAndFolders(const std::wstring& folder);
+  void countEntries(const std::wstring& folder);
+  void CopyFolderTree(const std::wstring& sourceFolder, const std::wstring& webFolder);
+  void CleanUploadedFolder();
+  void ApplyTemplateTheme(const HostFile& file, const std::wstring& templateFolder);
+  void check();
+
+  HostApplication host_;
+  std::wstring DestinationFolder_;
+  SourceItem item_;
+  CopyRunView& view_;
+  std::wstring SourcePath_;
+  short FileCount_ = 0;
+  short FolderCount_ = 0;
+  bool ContinueFlag_ = true;
+  std::vector<HostFile> ImportedTemplates_;
+};
