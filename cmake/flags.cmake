@@ -5,7 +5,9 @@ target_compile_features(quillet-flags INTERFACE cxx_std_20)
 target_compile_definitions(quillet-flags INTERFACE
   UNICODE _UNICODE STRICT NOMINMAX WIN32_LEAN_AND_MEAN
   WINVER=0x0501 _WIN32_WINNT=0x0501 _WIN32_IE=0x0600 NTDDI_VERSION=0x05010200)
-target_include_directories(quillet-flags INTERFACE ${CMAKE_SOURCE_DIR})
+target_include_directories(quillet-flags INTERFACE ${CMAKE_SOURCE_DIR} ${CMAKE_BINARY_DIR})
+
+configure_file(common/version.h.in common/version.h @ONLY)
 
 # The one place that knows the compiler: everything else is standard C++ and the Windows interfaces.
 target_compile_options(quillet-flags INTERFACE
