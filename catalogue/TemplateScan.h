@@ -10,11 +10,13 @@
 #include "catalogue/TemplateFolderList.h"
 #include "common/KeepGoing.h"
 
+struct FileEntry;
+
 // One template as it is listed.
 struct TemplateEntry {
-  std::wstring key;    // full path of the .dwt file, unique among the rows
+  std::wstring key;  // full path of the .dwt file, unique among the rows
   std::wstring title;
-  std::wstring folder; // the template folder, without a trailing backslash
+  std::wstring folder;  // the template folder, without a trailing backslash
 };
 
 // Where found templates go, and what the scan asks meanwhile.
@@ -22,8 +24,12 @@ class TemplateScanView : public KeepGoing {
  public:
   virtual bool isListed(std::wstring_view key) = 0;
   virtual void add(const TemplateEntry& entry) = 0;
+  // How many rows the list has.
+  virtual int count() = 0;
   // A listed folder's drive is not ready.
   virtual void showNotReady(const std::wstring& message) = 0;
+  // Shown and taken back in turns; never twice the same.
+  virtual void showWaitCursor(bool shown) noexcept = 0;
 
  protected:
   ~TemplateScanView() = default;
@@ -33,15 +39,27 @@ class TemplateScan {
  public:
   explicit TemplateScan(TemplateScanView& view) : view_(view) {}
 
+  // Every template of the template folder list, added to a list that the view has cleared. Raises
+  // 512 when the view says stop; what was added stays.
+  void ListTemplates();
+
   // The template folders of one listed folder. Raises 512 when the view says stop.
   void ScanFolder(std::wstring_view folder);
 
-  // The template files of one template folder. Despite its name it does not descend further.
+  // The template files of one template folder. Despite its name it does not descend further. Raises
+  // 512 when the view says stop; other errors end it with a log line.
   void RecurseFiles(std::wstring_view folder);
 
  private:
+  class Waiting;
+
+  void scanEntry(const std::wstring& folder, const FileEntry& entry);
+  void listFiles(std::wstring_view folder);
+  void listFile(std::wstring_view folder, const FileEntry& entry);
+  void reportUnreadable(const std::wstring& folder, unsigned long code);
   bool IsTemplateListed(std::wstring_view key) { return view_.isListed(key); }
   void goOnOrCancel();
 
   TemplateScanView& view_;
+  int waits_ = 0;
 };

@@ -1,0 +1,136 @@
+#include "catalogue/TemplateScan.h"
+
+#include <memory>
+
+#include "catalogue/TemplateInfo.h"
+#include "common/FileSearch.h"
+#include "common/QuietDrives.h"
+#include "common/letter_case.h"
+#include "common/log.h"
+#include "common/paths.h"
+#include "common/report.h"
+#include "common/text.h"
+
+namespace {
+
+// What the host's private folders begin with.
+constexpr wchar_t privateFolder[] = L"_vti";
+
+std::wstring systemText(DWORD code) {
+  wchar_t buffer[2048] = {};
+  FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0,
+                 buffer, 2048, nullptr);
+  return buffer;
+}
+
+// A directory search that never lets the system ask for a disk.
+class QuietSearch {
+ public:
+  explicit QuietSearch(const std::wstring& pattern) {
+    const QuietDrives quiet;
+    search_ = std::make_unique<FileSearch>(pattern);
+  }
+
+  FileSearch* operator->() const { return search_.get(); }
+  bool next() {
+    const QuietDrives quiet;
+    return search_->next();
+  }
+
+ private:
+  std::unique_ptr<FileSearch> search_;
+};
+
+// The search puts "?" where the code page lacks a character. No call could open such a name.
+bool isOpenable(const std::wstring& name) { return name.find(L'?') == name.npos; }
+
+}  // namespace
+
+// The wait cursor from the outermost of these to its end.
+class TemplateScan::Waiting {
+ public:
+  explicit Waiting(TemplateScan& scan) : scan_(scan) {
+    if (scan_.waits_++ == 0) scan_.view_.showWaitCursor(true);
+  }
+  ~Waiting() {
+    if (--scan_.waits_ == 0) scan_.view_.showWaitCursor(false);
+  }
+  Waiting(const Waiting&) = delete;
+  Waiting& operator=(const Waiting&) = delete;
+
+ private:
+  TemplateScan& scan_;
+};
+
+void TemplateScan::ListTemplates() {
+  const Waiting waiting(*this);
+  TemplateFolderList folders;
+  if (modCommon::ReadTemplateFolderList(folders) == 0) return;
+  modCommon::WriteLog(L"Enumerating DWTs...");
+  for (const auto& entry : folders) ScanFolder(std::wstring_view(entry).substr(1));
+  modCommon::WriteLog(L"DWT enumeration complete. " + std::to_wstring(view_.count()) +
+                      L" DWTs listed.");
+}
+
+void TemplateScan::ScanFolder(std::wstring_view folder) {
+  modCommon::WriteLog(L"Scanning folder: " + std::wstring(folder));
+  const Waiting waiting(*this);
+  const std::wstring path = modCommon::withBackslash(folder);
+  QuietSearch search(path + L"*.*");
+  if (!search->found()) {
+    reportUnreadable(path, search->startError());
+    return;
+  }
+  do scanEntry(path, search->entry());
+  while (search.next());
+}
+
+void TemplateScan::scanEntry(const std::wstring& folder, const FileEntry& entry) {
+  goOnOrCancel();
+  if (!entry.isFolder() || entry.isDots()) return;
+  if (text::beginsIgnoringCase(entry.name, privateFolder)) return;
+  goOnOrCancel();
+  RecurseFiles(folder + entry.name);
+}
+
+void TemplateScan::reportUnreadable(const std::wstring& folder, unsigned long code) {
+  if (code == ERROR_NOT_READY)
+    view_.showNotReady(L"Could not access " + folder + L".\r\n" + systemText(code));
+  modCommon::WriteLog(text::replaceAll(L"Could not open \" %s \"", L"%s", folder));
+}
+
+void TemplateScan::RecurseFiles(std::wstring_view folder) {
+  try {
+    listFiles(folder);
+  } catch (...) {
+    const Error error = errors::current();
+    if (error.number() == errors::cancelled) throw;
+    modCommon::reportFormError(L"RecurseFiles", L"frmQuillet", error);
+  }
+}
+
+void TemplateScan::listFiles(std::wstring_view folder) {
+  QuietSearch search(modCommon::withBackslash(folder) + L"*.dwt");
+  if (!search->found()) return;
+  do {
+    goOnOrCancel();
+    const Waiting waiting(*this);
+    listFile(folder, search->entry());
+  } while (search.next());
+}
+
+void TemplateScan::listFile(std::wstring_view folder, const FileEntry& entry) {
+  // Exactly this bit: it also keeps folders out whose name ends in .dwt.
+  if ((entry.attributes & FILE_ATTRIBUTE_ARCHIVE) == 0) return;
+  if (text::containsIgnoringCase(std::wstring(folder) + entry.name, privateFolder)) return;
+  if (!isOpenable(entry.name)) return;
+  const std::wstring key = modCommon::withBackslash(folder) + entry.name;
+  if (IsTemplateListed(key)) return;
+  const std::wstring title = GetDWTInfo(folder, templateBaseName(entry.name)).title;
+  view_.add({key, title, std::wstring(folder)});
+  modCommon::WriteLog(title);
+}
+
+void TemplateScan::goOnOrCancel() {
+  if (!view_.keepGoing()) throw errors::operationCancelled();
+}
