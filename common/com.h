@@ -55,8 +55,7 @@ class ComPtr {
   template <class Other>
   ComPtr<Other> as() const noexcept {
     ComPtr<Other> result;
-    if (pointer_)
-      pointer_->QueryInterface(__uuidof(Other), reinterpret_cast<void**>(result.put()));
+    if (pointer_) pointer_->QueryInterface(__uuidof(Other), reinterpret_cast<void**>(result.put()));
     return result;
   }
 

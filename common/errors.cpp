@@ -99,15 +99,21 @@ Error fromLastError() { return fromSystemCode(GetLastError()); }
 
 Error fromHResult(long result) {
   switch (result) {
-    case E_OUTOFMEMORY: return Error(outOfMemory);
-    case DISP_E_TYPEMISMATCH: return Error(typeMismatch);
+    case E_OUTOFMEMORY:
+      return Error(outOfMemory);
+    case DISP_E_TYPEMISMATCH:
+      return Error(typeMismatch);
     case DISP_E_UNKNOWNNAME:
-    case DISP_E_MEMBERNOTFOUND: return Error(noSuchMember);
-    case DISP_E_BADPARAMCOUNT: return Error(wrongArgumentCount);
+    case DISP_E_MEMBERNOTFOUND:
+      return Error(noSuchMember);
+    case DISP_E_BADPARAMCOUNT:
+      return Error(wrongArgumentCount);
     case REGDB_E_CLASSNOTREG:
     case CO_E_CLASSSTRING:
-    case CLASS_E_CLASSNOTAVAILABLE: return Error(cannotCreateObject);
-    default: return Error(automationError);
+    case CLASS_E_CLASSNOTAVAILABLE:
+      return Error(cannotCreateObject);
+    default:
+      return Error(automationError);
   }
 }
 

@@ -1,5 +1,5 @@
-// Owning types for the system's handles: move-only, closed by their destructor. A raw handle is only
-// ever a borrowed argument.
+// Owning types for the system's handles: move-only, closed by their destructor. A raw handle is
+// only ever a borrowed argument.
 #pragma once
 
 #include <windows.h>

@@ -13,8 +13,8 @@ namespace modCommon {
 bool IsValidFileName(std::wstring_view name);
 
 // Makes every missing level of a folder path. A path without a root (drive or share) is answered
-// with true and nothing is made: the caller's later file operation reports it. A failure is shown in
-// one message box over `owner` and answered with false.
+// with true and nothing is made: the caller's later file operation reports it. A failure is shown
+// in one message box over `owner` and answered with false.
 bool CreateFolderPath(std::wstring_view path, HWND owner = nullptr);
 
 // Writes and deletes a small file in `folder` (no trailing backslash). A failure is shown and
@@ -27,8 +27,8 @@ int ShellOpen(std::wstring_view file, std::wstring_view parameters);
 // The path with a backslash at its end.
 std::wstring withBackslash(std::wstring_view path);
 
-// True when a file or folder of that name exists, hidden and system ones included. Wild cards are no
-// names.
+// True when a file or folder of that name exists, hidden and system ones included. Wild cards are
+// no names.
 bool fileExists(std::wstring_view path);
 bool folderExists(std::wstring_view path);
 

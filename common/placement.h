@@ -13,7 +13,8 @@
 bool SaveWindowPlacementSetting(HWND window, std::wstring_view application,
                                 std::wstring_view section, std::wstring_view name);
 
-// A record from a screen of another resolution is ignored, and so is its show state: restoring moves
-// and sizes the window, it never shows it. A rectangle outside every monitor is moved into view.
+// A record from a screen of another resolution is ignored, and so is its show state: restoring
+// moves and sizes the window, it never shows it. A rectangle outside every monitor is moved into
+// view.
 bool RestoreWindowPlacementSetting(HWND window, std::wstring_view application,
                                    std::wstring_view section, std::wstring_view name);

@@ -12,9 +12,9 @@ namespace settings {
 // The sections and values the program uses.
 inline constexpr wchar_t general[] = L"Settings";
 inline constexpr wchar_t folders[] = L"DWT Folders";
-inline constexpr wchar_t logging[] = L"Logging";                    // "0" or "1", default 0
-inline constexpr wchar_t downloadFolder[] = L"DWTDownloadDir";      // a folder path, default empty
-inline constexpr wchar_t placement[] = L"DWTPlacement";             // see placement.h
+inline constexpr wchar_t logging[] = L"Logging";                // "0" or "1", default 0
+inline constexpr wchar_t downloadFolder[] = L"DWTDownloadDir";  // a folder path, default empty
+inline constexpr wchar_t placement[] = L"DWTPlacement";         // see placement.h
 inline constexpr wchar_t onlinePlacement[] = L"DWTOnlinePlacement";
 
 // The key of a section, below the current user's root.

@@ -23,6 +23,7 @@
 namespace forms {
 
 class Control;
+class ModalScope;
 
 // The edges of the window that a control keeps its distance to when the window is resized. Left and
 // right together stretch it.
@@ -53,20 +54,24 @@ class Form {
   virtual bool preTranslate(MSG&) { return false; }
 
  protected:
-  // Shows the window over `owner` (every other window of the thread is disabled) and returns after
-  // unload(). The window is centred on its owner unless Form_Load placed it. Raises an Error (429)
-  // when the window cannot be made.
+  // Shows the window over `owner`, with every other window of the thread disabled, and returns
+  // after unload(). It opens centred on its owner; Form_Load may place it elsewhere. Raises an
+  // Error (429) when the window cannot be made. A form is shown once.
   void showModal(HWND owner);
 
-  // Closes the form: it disappears at once, its controls live until showModal returns.
+  // Closes the form: Form_Unload runs and the window disappears, at once or, inside
+  // yieldToMessages, when the work that yielded has returned. Its controls live until showModal
+  // returns.
   void unload() noexcept;
   bool isUnloaded() const noexcept { return unloaded_; }
+  // On the screen before Form_Load has ended, for a load that takes its time.
+  void showNow() noexcept;
 
   // Events, in the order of a form's life.
   virtual void Form_Load() {}
-  virtual void Form_Activate() {}  // once, when the window is first on the screen
-  virtual void Form_Resize() {}    // after the controls have followed their edges
-  virtual void Form_QueryUnload(); // the close box: presses the cancel button by default
+  virtual void Form_Activate() {}   // once, when the window is first on the screen
+  virtual void Form_Resize() {}     // after the controls have followed their edges
+  virtual void Form_QueryUnload();  // the close box: presses the cancel button by default
   virtual void Form_Unload() {}
 
   // Messages that the form itself does not know. A result other than false is the answer.
@@ -75,8 +80,8 @@ class Form {
   // Which edges a control keeps; the designed size is the smallest the window can be made.
   void keep(const Control& control, unsigned edges);
 
-  // Runs the body of an event handler. An error inside becomes the form's log line, the handler ends
-  // and the form stays.
+  // Runs the body of an event handler. An error inside becomes the form's log line, the handler
+  // ends and the form stays.
   template <class Body>
   void handle(const wchar_t* procedure, Body&& body) noexcept {
     try {
@@ -88,6 +93,9 @@ class Form {
 
  private:
   friend class Control;
+  friend class ModalScope;
+  friend void dispatchToForms(MSG& message);
+  friend void yieldToMessages();
 
   struct Anchor {
     HWND control;
@@ -97,22 +105,27 @@ class Form {
 
   static INT_PTR CALLBACK dialogProcedure(HWND, UINT, WPARAM, LPARAM) noexcept;
   INT_PTR onDialogMessage(UINT message, WPARAM wParam, LPARAM lParam);
-  void onInitDialog();
+  INT_PTR answer(LRESULT result) noexcept;
+  INT_PTR onInitDialog();
+  void onCommand(int id, WORD code);
+  INT_PTR onNotify(NMHDR& header);
+  void measureDesign();
   void attachControls();
-  void makeToolTips();
+  void addToolTips();
   void layOut();
   void centreOn(HWND owner) noexcept;
+  void leaveScreen() noexcept;
+  void runLoop();
   Control* control(int id) const noexcept;
+  Control* control(HWND window) const noexcept;
 
   std::wstring name_;
   int dialog_;
   HWND window_ = nullptr;
   HWND toolTips_ = nullptr;
+  ModalScope* modal_ = nullptr;
   SIZE designedClient_ = {};
-  SIZE minimumTrack_ = {};
-  bool resizable_ = false;
-  bool placed_ = false;
-  bool activated_ = false;
+  SIZE designedWindow_ = {};
   bool unloaded_ = false;
   std::vector<Control*> controls_;
   std::vector<Anchor> anchors_;

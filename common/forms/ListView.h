@@ -40,7 +40,7 @@ class ListView : public Control {
   void autoSizeColumn() noexcept;
   void setImages(HIMAGELIST images) noexcept;  // borrowed
 
-  std::function<void()> onItemClick;    // the user selected a row, by mouse or keyboard
+  std::function<void()> onItemClick;  // the user selected a row, by mouse or keyboard
   std::function<void()> onDoubleClick;
 
  private:

@@ -1,5 +1,5 @@
-// The controls of dialogs as typed members of their form. Each is a thin wrapper around the system's
-// own control; it is usable from Form_Load to the end of the form.
+// The controls of dialogs as typed members of their form. Each is a thin wrapper around the
+// system's own control; it is usable from Form_Load to the end of the form.
 #pragma once
 
 #include <windows.h>
@@ -40,6 +40,7 @@ class Control {
 
  protected:
   Form& form() const noexcept { return form_; }
+  virtual std::wstring toolTip() const { return toolTip_; }
 
  private:
   friend class Form;
@@ -50,7 +51,7 @@ class Control {
   Form& form_;
   int id_;
   HWND window_ = nullptr;
-  std::wstring toolTip_;
+  std::wstring toolTip_;  // from the resources until the program sets another
 };
 
 // A text. One with an ellipsis style (SS_ENDELLIPSIS, SS_PATHELLIPSIS) and SS_NOTIFY shows its full
@@ -59,6 +60,9 @@ class Label : public Control {
  public:
   using Control::Control;
   void setText(std::wstring_view value);
+
+ private:
+  std::wstring toolTip() const override;
 };
 
 class Button : public Control {
@@ -104,8 +108,9 @@ class ComboBox : public Control {
 class ProgressBar : public Control {
  public:
   using Control::Control;
-  long maximum() const noexcept;
-  long value() const noexcept;
+  long maximum() const noexcept { return maximum_; }
+  long value() const noexcept { return value_; }
+  void setMaximum(long maximum) noexcept;
   void setValue(long value) noexcept;
   // Minimum 0, the given maximum, value 0. Both ignore any error.
   void reset(short maximum) noexcept;

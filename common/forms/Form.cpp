@@ -1,0 +1,405 @@
+#include "common/forms/Form.h"
+
+#include <windowsx.h>
+
+#include <algorithm>
+
+#include "common/forms/DialogTemplate.h"
+#include "common/forms/controls.h"
+#include "common/visual_styles.h"
+
+namespace forms {
+namespace {
+
+constexpr UINT activateMessage = WM_APP + 1;
+
+// The forms on the screen, the one on top last; and how deep the calls of yieldToMessages are.
+struct Showing {
+  std::vector<Form*> forms;
+  int yields = 0;
+  int waits = 0;
+};
+
+Showing& showing() noexcept {
+  static Showing state;
+  return state;
+}
+
+void initCommonControls() {
+  INITCOMMONCONTROLSEX request = {sizeof request, ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES};
+  InitCommonControlsEx(&request);
+}
+
+SIZE sizeOf(const RECT& rect) { return {rect.right - rect.left, rect.bottom - rect.top}; }
+
+// The string with that number; empty when the module has none.
+std::wstring loadText(int id) {
+  const wchar_t* text = nullptr;
+  const int length =
+      LoadStringW(module::instance(), static_cast<UINT>(id), reinterpret_cast<LPWSTR>(&text), 0);
+  return {text ? text : L"", static_cast<std::size_t>(length)};
+}
+
+}  // namespace
+
+// While it lives, every other window of the thread is disabled, as for the system's own modal
+// dialogs; the host may have more than one frame. Afterwards they are as they were.
+class ModalScope {
+ public:
+  explicit ModalScope(Form& form) : form_(form), active_(GetActiveWindow()), focus_(GetFocus()) {
+    EnumThreadWindows(GetCurrentThreadId(), disable, reinterpret_cast<LPARAM>(this));
+    showing().forms.push_back(&form);
+  }
+
+  ~ModalScope() {
+    release();
+    std::erase(showing().forms, &form_);
+  }
+
+  ModalScope(const ModalScope&) = delete;
+  ModalScope& operator=(const ModalScope&) = delete;
+
+  // The others are enabled before the form goes, so that the system finds one to activate.
+  void release() noexcept {
+    for (const HWND window : disabled_) EnableWindow(window, TRUE);
+    disabled_.clear();
+  }
+
+  void activateFormer() noexcept {
+    if (IsWindow(active_) && IsWindowEnabled(active_)) SetActiveWindow(active_);
+    if (IsWindow(focus_) && IsWindowEnabled(GetAncestor(focus_, GA_ROOT))) SetFocus(focus_);
+  }
+
+ private:
+  static BOOL CALLBACK disable(HWND window, LPARAM self) noexcept {
+    try {
+      if (IsWindowVisible(window) && IsWindowEnabled(window)) {
+        reinterpret_cast<ModalScope*>(self)->disabled_.push_back(window);
+        EnableWindow(window, FALSE);
+      }
+      return TRUE;
+    } catch (...) {
+      return FALSE;
+    }
+  }
+
+  Form& form_;
+  HWND active_;
+  HWND focus_;
+  std::vector<HWND> disabled_;
+};
+
+// One message of the queue, by way of the form on top: its own keys, the dialog's keys, the window.
+void dispatchToForms(MSG& message) {
+  if (Form* top = showing().forms.empty() ? nullptr : showing().forms.back(); top && top->hwnd()) {
+    const bool own = message.hwnd == top->hwnd() || IsChild(top->hwnd(), message.hwnd);
+    if (own && top->preTranslate(message)) return;
+    if (IsDialogMessageW(top->hwnd(), &message)) return;
+  }
+  TranslateMessage(&message);
+  DispatchMessageW(&message);
+}
+
+void yieldToMessages() {
+  Form* const top = showing().forms.empty() ? nullptr : showing().forms.back();
+  ++showing().yields;
+  MSG message;
+  while (!(top && top->unloaded_) && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    if (message.message == WM_QUIT) {
+      PostQuitMessage(static_cast<int>(message.wParam));
+      break;
+    }
+    dispatchToForms(message);
+  }
+  --showing().yields;
+}
+
+WaitCursor::WaitCursor() noexcept {
+  ++showing().waits;
+  SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+}
+
+WaitCursor::~WaitCursor() {
+  if (--showing().waits == 0) SetCursor(LoadCursorW(nullptr, IDC_ARROW));
+}
+
+Form::Form(std::wstring name, int dialog) : name_(std::move(name)), dialog_(dialog) {}
+
+Form::~Form() = default;
+
+std::wstring Form::caption() const {
+  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window_)) + 1, L'\0');
+  text.resize(static_cast<std::size_t>(
+      GetWindowTextW(window_, text.data(), static_cast<int>(text.size()))));
+  return text;
+}
+
+int Form::message(std::wstring_view text, UINT style) const noexcept {
+  try {
+    return showMessage(window_, text, style, caption());
+  } catch (...) {
+    return 0;
+  }
+}
+
+void Form::showModal(HWND owner) {
+  const VisualStyles styles;
+  initCommonControls();
+  const std::vector<BYTE> resource = loadDialogTemplate(module::instance(), dialog_, messageFont());
+
+  ModalScope modal(*this);
+  modal_ = &modal;
+  const HWND frame = owner ? GetAncestor(owner, GA_ROOT) : nullptr;
+  CreateDialogIndirectParamW(module::instance(),
+                             reinterpret_cast<const DLGTEMPLATE*>(resource.data()), frame,
+                             dialogProcedure, reinterpret_cast<LPARAM>(this));
+  if (!window_) throw Error(errors::cannotCreateObject);
+  runLoop();
+  leaveScreen();
+  DestroyWindow(window_);
+  window_ = nullptr;
+  modal_ = nullptr;
+}
+
+void Form::runLoop() {
+  if (unloaded_) return;
+  showNow();
+  PostMessageW(window_, activateMessage, 0, 0);
+  MSG message;
+  while (!unloaded_) {
+    const BOOL got = GetMessageW(&message, nullptr, 0, 0);
+    if (got <= 0) {
+      // The host is leaving: its own loop must see the message too.
+      PostQuitMessage(got == 0 ? static_cast<int>(message.wParam) : 0);
+      unload();
+      return;
+    }
+    dispatchToForms(message);
+  }
+}
+
+void Form::showNow() noexcept {
+  if (unloaded_ || IsWindowVisible(window_)) return;
+  ShowWindow(window_, SW_SHOWNORMAL);
+  UpdateWindow(window_);
+}
+
+void Form::unload() noexcept {
+  if (unloaded_) return;
+  unloaded_ = true;
+  handle(L"Form_Unload", [this] { Form_Unload(); });
+  // A run that yielded is still on the stack: nobody may start another one before it has returned.
+  if (showing().yields == 0) leaveScreen();
+  PostMessageW(window_, WM_NULL, 0, 0);
+}
+
+void Form::leaveScreen() noexcept {
+  if (!window_ || !modal_) return;
+  modal_->release();
+  if (!IsWindowVisible(window_)) return;
+  const bool wasActive = GetActiveWindow() == window_;
+  ShowWindow(window_, SW_HIDE);
+  if (wasActive) modal_->activateFormer();
+}
+
+void Form::Form_QueryUnload() {
+  if (Control* cancel = control(IDCANCEL); cancel && cancel->enabled())
+    cancel->onCommand(BN_CLICKED);
+  else if (!cancel)
+    unload();
+}
+
+bool Form::onMessage(UINT, WPARAM, LPARAM, LRESULT&) { return false; }
+
+INT_PTR CALLBACK Form::dialogProcedure(HWND window, UINT message, WPARAM wParam,
+                                       LPARAM lParam) noexcept {
+  auto* form = reinterpret_cast<Form*>(GetWindowLongPtrW(window, DWLP_USER));
+  if (message == WM_INITDIALOG) {
+    form = reinterpret_cast<Form*>(lParam);
+    form->window_ = window;
+    SetWindowLongPtrW(window, DWLP_USER, lParam);
+  }
+  if (!form) return FALSE;
+  try {
+    return form->onDialogMessage(message, wParam, lParam);
+  } catch (...) {
+    modCommon::reportFormError(L"Form_Message", form->name_, errors::current());
+    return FALSE;
+  }
+}
+
+INT_PTR Form::answer(LRESULT result) noexcept {
+  SetWindowLongPtrW(window_, DWLP_MSGRESULT, result);
+  return TRUE;
+}
+
+INT_PTR Form::onDialogMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  LRESULT result = 0;
+  if (message != WM_INITDIALOG && onMessage(message, wParam, lParam, result)) return answer(result);
+  switch (message) {
+    case WM_INITDIALOG:
+      return onInitDialog();
+    case activateMessage:
+      if (!unloaded_) handle(L"Form_Activate", [this] { Form_Activate(); });
+      return TRUE;
+    case WM_COMMAND:
+      onCommand(LOWORD(wParam), lParam ? HIWORD(wParam) : static_cast<WORD>(BN_CLICKED));
+      return TRUE;
+    case WM_NOTIFY:
+      return onNotify(*reinterpret_cast<NMHDR*>(lParam));
+    case WM_CLOSE:
+      if (!unloaded_) Form_QueryUnload();
+      return TRUE;
+    case WM_SIZE:
+      if (wParam != SIZE_MINIMIZED) {
+        layOut();
+        Form_Resize();
+      }
+      return TRUE;
+    case WM_GETMINMAXINFO: {
+      auto& limits = *reinterpret_cast<MINMAXINFO*>(lParam);
+      limits.ptMinTrackSize = {designedWindow_.cx, designedWindow_.cy};
+      return answer(0);
+    }
+    case WM_SETCURSOR:
+      if (showing().waits == 0) return FALSE;
+      SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+      return answer(TRUE);
+    default:
+      return FALSE;
+  }
+}
+
+INT_PTR Form::onInitDialog() {
+  measureDesign();
+  attachControls();
+  addToolTips();
+  centreOn(GetWindow(window_, GW_OWNER));
+  handle(L"Form_Load", [this] { Form_Load(); });
+  // The dialog chooses the first control unless the form has put the focus somewhere itself.
+  return IsChild(window_, GetFocus()) ? FALSE : TRUE;
+}
+
+void Form::measureDesign() {
+  RECT rect;
+  GetClientRect(window_, &rect);
+  designedClient_ = sizeOf(rect);
+  GetWindowRect(window_, &rect);
+  designedWindow_ = sizeOf(rect);
+  const LONG_PTR style = GetWindowLongPtrW(window_, GWL_STYLE);
+  // Children are not painted over while the window is sized.
+  if (style & WS_THICKFRAME) SetWindowLongPtrW(window_, GWL_STYLE, style | WS_CLIPCHILDREN);
+}
+
+void Form::attachControls() {
+  for (Control* each : controls_) {
+    each->window_ = GetDlgItem(window_, each->id());
+    if (!each->window_) throw Error(errors::cannotCreateObject);
+    const int tip =
+        each->id() == IDOK || each->id() == IDCANCEL ? dialog_ + each->id() : each->id();
+    each->toolTip_ = loadText(tip);
+    each->onAttached();
+  }
+}
+
+void Form::addToolTips() {
+  toolTips_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
+                              WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0, window_, nullptr,
+                              module::instance(), nullptr);
+  SendMessageW(toolTips_, TTM_SETMAXTIPWIDTH, 0, designedClient_.cx);
+  for (const Control* each : controls_) {
+    TTTOOLINFOW tool = {};
+    tool.cbSize = TTTOOLINFOW_V1_SIZE;
+    tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+    tool.hwnd = window_;
+    tool.uId = reinterpret_cast<UINT_PTR>(each->window_);
+    tool.lpszText = LPSTR_TEXTCALLBACKW;
+    SendMessageW(toolTips_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+  }
+}
+
+void Form::onCommand(int id, WORD code) {
+  Control* const target = control(id);
+  if (target && target->enabled())
+    target->onCommand(code);
+  else if (!target && id == IDCANCEL)
+    Form_QueryUnload();
+}
+
+INT_PTR Form::onNotify(NMHDR& header) {
+  if (header.hwndFrom == toolTips_ && header.code == TTN_GETDISPINFOW) {
+    // The tool tip control keeps a copy of a text that fits in 80 characters only, so the text
+    // lives here until the next one is asked for.
+    static std::wstring shown;
+    const Control* const target = control(reinterpret_cast<HWND>(header.idFrom));
+    shown = target ? target->toolTip() : std::wstring();
+    reinterpret_cast<NMTTDISPINFOW&>(header).lpszText = shown.data();
+    return TRUE;
+  }
+  Control* const target = control(static_cast<int>(header.idFrom));
+  return target && target->window_ == header.hwndFrom ? answer(target->onNotify(header)) : FALSE;
+}
+
+void Form::keep(const Control& target, unsigned edges) {
+  RECT rect;
+  GetWindowRect(target.window_, &rect);
+  MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&rect), 2);
+  anchors_.push_back({target.window_, edges, rect});
+}
+
+void Form::layOut() {
+  if (anchors_.empty()) return;
+  RECT client;
+  GetClientRect(window_, &client);
+  const int wider = client.right - designedClient_.cx;
+  const int taller = client.bottom - designedClient_.cy;
+  HDWP batch = BeginDeferWindowPos(static_cast<int>(anchors_.size()));
+  for (const Anchor& anchor : anchors_) {
+    RECT place = anchor.designed;
+    if (anchor.edges & right) place.right += wider;
+    if ((anchor.edges & right) && !(anchor.edges & left)) place.left += wider;
+    if (anchor.edges & bottom) place.bottom += taller;
+    if ((anchor.edges & bottom) && !(anchor.edges & top)) place.top += taller;
+    const SIZE size = sizeOf(place);
+    if (batch)
+      batch = DeferWindowPos(batch, anchor.control, nullptr, place.left, place.top, size.cx,
+                             size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
+  }
+  if (batch) EndDeferWindowPos(batch);
+  // A text that was cut or wrapped for the old width is painted anew.
+  for (const Anchor& anchor : anchors_)
+    if ((anchor.edges & (left | right)) == (left | right))
+      InvalidateRect(anchor.control, nullptr, TRUE);
+}
+
+void Form::centreOn(HWND owner) noexcept {
+  RECT window;
+  GetWindowRect(window_, &window);
+  const SIZE size = sizeOf(window);
+  const bool usable = owner && IsWindowVisible(owner) && !IsIconic(owner);
+  MONITORINFO monitor = {};
+  monitor.cbSize = sizeof monitor;
+  GetMonitorInfoW(MonitorFromWindow(usable ? owner : window_, MONITOR_DEFAULTTONEAREST), &monitor);
+  const RECT& work = monitor.rcWork;
+  RECT frame = work;
+  if (usable) GetWindowRect(owner, &frame);
+  const LONG x = (frame.left + frame.right - size.cx) / 2;
+  const LONG y = (frame.top + frame.bottom - size.cy) / 2;
+  SetWindowPos(window_, nullptr, std::max(work.left, std::min(x, work.right - size.cx)),
+               std::max(work.top, std::min(y, work.bottom - size.cy)), 0, 0,
+               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+Control* Form::control(int id) const noexcept {
+  for (Control* each : controls_)
+    if (each->id() == id) return each;
+  return nullptr;
+}
+
+Control* Form::control(HWND window) const noexcept {
+  for (Control* each : controls_)
+    if (each->window_ == window) return each;
+  return nullptr;
+}
+
+}  // namespace forms

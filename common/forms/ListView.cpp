@@ -1,0 +1,172 @@
+#include "common/forms/ListView.h"
+
+#include <algorithm>
+
+#include "common/letter_case.h"
+
+namespace forms {
+namespace {
+
+const ListRow& rowOf(LPARAM data) { return *reinterpret_cast<const ListRow*>(data); }
+
+// By the user's locale, ignoring letter case.
+int CALLBACK compareTexts(LPARAM left, LPARAM right, LPARAM descending) noexcept {
+  const int order = lstrcmpiW(rowOf(left).text.c_str(), rowOf(right).text.c_str());
+  return descending ? -order : order;
+}
+
+}  // namespace
+
+ListView::ListView(Form& form, int id, std::wstring columnTitle)
+    : Control(form, id), columnTitle_(std::move(columnTitle)) {}
+
+ListView::~ListView() = default;
+
+void ListView::onAttached() {
+  constexpr DWORD wanted = LVS_EX_FULLROWSELECT | LVS_EX_INFOTIP | LVS_EX_LABELTIP;
+  ListView_SetExtendedListViewStyleEx(hwnd(), wanted, wanted);
+  LVCOLUMNW column = {};
+  column.mask = LVCF_TEXT | LVCF_WIDTH;
+  column.pszText = columnTitle_.data();
+  column.cx = 100;
+  SendMessageW(hwnd(), LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
+  autoSizeColumn();
+}
+
+int ListView::count() const noexcept { return static_cast<int>(rows_.size()); }
+
+int ListView::add(ListRow row) {
+  auto owned = std::make_unique<ListRow>(std::move(row));
+  LVITEMW item = {};
+  item.mask = LVIF_TEXT | LVIF_PARAM | LVIF_IMAGE;
+  item.iItem = count();
+  item.pszText = owned->text.data();
+  item.iImage = owned->icon;
+  item.lParam = reinterpret_cast<LPARAM>(owned.get());
+  rows_.reserve(rows_.size() + 1);
+  if (!owned->key.empty()) keys_.insert(text::toLower(owned->key));
+  int index =
+      static_cast<int>(SendMessageW(hwnd(), LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
+  if (index < 0) throw Error(errors::outOfMemory);
+  const ListRow* const added = owned.get();
+  rows_.push_back(std::move(owned));
+  if (sorted_) {
+    sortBy(descending_);
+    while (index > 0 && &this->row(index) != added) --index;
+  }
+  return index;
+}
+
+void ListView::removeAt(int index) {
+  const ListRow* const gone = &row(index);
+  if (!gone->key.empty()) keys_.erase(text::toLower(gone->key));
+  ++quiet_;
+  ListView_DeleteItem(hwnd(), index);
+  --quiet_;
+  std::erase_if(rows_, [gone](const auto& each) { return each.get() == gone; });
+}
+
+void ListView::clear() {
+  ++quiet_;
+  ListView_DeleteAllItems(hwnd());
+  --quiet_;
+  rows_.clear();
+  keys_.clear();
+}
+
+const ListRow& ListView::row(int index) const {
+  LVITEMW item = {};
+  item.mask = LVIF_PARAM;
+  item.iItem = index;
+  if (!SendMessageW(hwnd(), LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item)))
+    throw Error(errors::subscriptOutOfRange);
+  return rowOf(item.lParam);
+}
+
+void ListView::setText(int index, std::wstring_view value) {
+  auto& target = const_cast<ListRow&>(row(index));  // the list owns its rows
+  target.text = value;
+  LVITEMW item = {};
+  item.pszText = target.text.data();
+  SendMessageW(hwnd(), LVM_SETITEMTEXTW, static_cast<WPARAM>(index),
+               reinterpret_cast<LPARAM>(&item));
+}
+
+bool ListView::hasKey(std::wstring_view key) const {
+  return keys_.find(text::toLower(key)) != keys_.end();
+}
+
+int ListView::find(std::wstring_view text) const {
+  for (int index = 0; index < count(); ++index)
+    if (text::equalIgnoringCase(row(index).text, text)) return index;
+  return -1;
+}
+
+int ListView::selected() const noexcept {
+  const int index = ListView_GetNextItem(hwnd(), -1, LVNI_SELECTED);
+  return index >= 0 ? index : ListView_GetNextItem(hwnd(), -1, LVNI_FOCUSED);
+}
+
+void ListView::select(int index) noexcept {
+  ++quiet_;
+  constexpr UINT state = LVIS_SELECTED | LVIS_FOCUSED;
+  ListView_SetItemState(hwnd(), index, state, state);
+  ListView_EnsureVisible(hwnd(), index, FALSE);
+  --quiet_;
+}
+
+void ListView::autoSizeColumn() noexcept {
+  ListView_SetColumnWidth(hwnd(), 0, LVSCW_AUTOSIZE_USEHEADER);
+}
+
+void ListView::setImages(HIMAGELIST images) noexcept {
+  ListView_SetImageList(hwnd(), images, LVSIL_SMALL);
+}
+
+LRESULT ListView::onNotify(NMHDR& header) {
+  switch (header.code) {
+    case LVN_ITEMCHANGED: {
+      const auto& change = reinterpret_cast<const NMLISTVIEW&>(header);
+      const bool chosen = (change.uChanged & LVIF_STATE) && (change.uNewState & LVIS_SELECTED) &&
+                          !(change.uOldState & LVIS_SELECTED);
+      if (chosen && quiet_ == 0 && onItemClick) onItemClick();
+      return 0;
+    }
+    case LVN_COLUMNCLICK:
+      sortBy(sorted_ && !descending_);
+      return 0;
+    case LVN_GETINFOTIPW: {
+      auto& tip = reinterpret_cast<NMLVGETINFOTIPW&>(header);
+      const std::wstring& text = row(tip.iItem).toolTip;
+      if (!text.empty()) lstrcpynW(tip.pszText, text.c_str(), tip.cchTextMax);
+      return 0;
+    }
+    case NM_CLICK:
+      // A click beside the rows leaves the selection where it was.
+      if (reinterpret_cast<const NMITEMACTIVATE&>(header).iItem < 0 && selected() >= 0)
+        select(selected());
+      return 0;
+    case NM_DBLCLK:
+      if (reinterpret_cast<const NMITEMACTIVATE&>(header).iItem >= 0 && onDoubleClick)
+        onDoubleClick();
+      return 0;
+    default:
+      return 0;
+  }
+}
+
+void ListView::sortBy(bool descending) {
+  sorted_ = true;
+  descending_ = descending;
+  ListView_SortItems(hwnd(), compareTexts, descending);
+  HDITEMW column = {};
+  column.mask = HDI_FORMAT;
+  const HWND head = ListView_GetHeader(hwnd());
+  SendMessageW(head, HDM_GETITEMW, 0, reinterpret_cast<LPARAM>(&column));
+  column.fmt &= ~(HDF_SORTUP | HDF_SORTDOWN);
+  column.fmt |= descending ? HDF_SORTDOWN : HDF_SORTUP;
+  SendMessageW(head, HDM_SETITEMW, 0, reinterpret_cast<LPARAM>(&column));
+  if (selected() >= 0) ListView_EnsureVisible(hwnd(), selected(), FALSE);
+}
+
+}  // namespace forms

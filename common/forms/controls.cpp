@@ -1,0 +1,130 @@
+#include "common/forms/controls.h"
+
+#include <algorithm>
+
+namespace forms {
+
+Control::Control(Form& form, int id) : form_(form), id_(id) { form.controls_.push_back(this); }
+
+std::wstring Control::text() const {
+  std::wstring value(static_cast<std::size_t>(GetWindowTextLengthW(window_)) + 1, L'\0');
+  value.resize(static_cast<std::size_t>(
+      GetWindowTextW(window_, value.data(), static_cast<int>(value.size()))));
+  return value;
+}
+
+void Control::setText(std::wstring_view value) {
+  SetWindowTextW(window_, std::wstring(value).c_str());
+}
+
+bool Control::enabled() const noexcept { return IsWindowEnabled(window_) != FALSE; }
+
+void Control::setEnabled(bool enabled) noexcept {
+  // A disabled control that kept the focus would swallow every key.
+  if (!enabled && GetFocus() == window_) SendMessageW(form_.hwnd(), WM_NEXTDLGCTL, 0, FALSE);
+  EnableWindow(window_, enabled);
+}
+
+bool Control::visible() const noexcept {
+  return (GetWindowLongPtrW(window_, GWL_STYLE) & WS_VISIBLE) != 0;
+}
+
+void Control::setVisible(bool visible) noexcept {
+  ShowWindow(window_, visible ? SW_SHOWNA : SW_HIDE);
+}
+
+// By the dialog's own message, so that the default button follows.
+void Control::focus() noexcept {
+  SendMessageW(form_.hwnd(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(window_), TRUE);
+}
+
+void Control::bringToFront() noexcept {
+  SetWindowPos(window_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
+void Control::setToolTip(std::wstring_view value) { toolTip_ = value; }
+
+void Label::setText(std::wstring_view value) {
+  if (text() != value) Control::setText(value);
+}
+
+std::wstring Label::toolTip() const {
+  const LONG_PTR ellipsis = GetWindowLongPtrW(hwnd(), GWL_STYLE) & SS_ELLIPSISMASK;
+  if (!ellipsis) return Control::toolTip();
+  const std::wstring value = text();
+  const HDC context = GetDC(hwnd());
+  const HGDIOBJ former =
+      SelectObject(context, reinterpret_cast<HGDIOBJ>(SendMessageW(hwnd(), WM_GETFONT, 0, 0)));
+  SIZE size = {};
+  GetTextExtentPoint32W(context, value.c_str(), static_cast<int>(value.size()), &size);
+  SelectObject(context, former);
+  ReleaseDC(hwnd(), context);
+  RECT client;
+  GetClientRect(hwnd(), &client);
+  return size.cx > client.right ? value : Control::toolTip();
+}
+
+void Button::onCommand(WORD code) {
+  if (code == BN_CLICKED && onClick) onClick();
+}
+
+int CheckBox::value() const noexcept {
+  return static_cast<int>(SendMessageW(hwnd(), BM_GETCHECK, 0, 0));
+}
+
+void CheckBox::setValue(int value) noexcept {
+  SendMessageW(hwnd(), BM_SETCHECK, static_cast<WPARAM>(value), 0);
+}
+
+void TextBox::selectAll() noexcept { SendMessageW(hwnd(), EM_SETSEL, 0, -1); }
+
+void TextBox::onCommand(WORD code) {
+  if (code == EN_CHANGE && onChange) onChange();
+}
+
+void ComboBox::add(std::wstring_view text, long data) {
+  const LRESULT index =
+      SendMessageW(hwnd(), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(std::wstring(text).c_str()));
+  SendMessageW(hwnd(), CB_SETITEMDATA, static_cast<WPARAM>(index), data);
+}
+
+void ComboBox::select(int index) noexcept {
+  SendMessageW(hwnd(), CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+}
+
+int ComboBox::selected() const noexcept {
+  return static_cast<int>(SendMessageW(hwnd(), CB_GETCURSEL, 0, 0));
+}
+
+long ComboBox::selectedData() const noexcept {
+  const int index = selected();
+  if (index < 0) return 0;
+  return static_cast<long>(SendMessageW(hwnd(), CB_GETITEMDATA, static_cast<WPARAM>(index), 0));
+}
+
+void ComboBox::onCommand(WORD code) {
+  if (code == CBN_SELCHANGE && onClick) onClick();
+}
+
+void ProgressBar::setMaximum(long maximum) noexcept {
+  maximum_ = maximum;
+  // The control itself wants a range that is not empty.
+  SendMessageW(hwnd(), PBM_SETRANGE32, 0, std::max(maximum, 1L));
+}
+
+void ProgressBar::setValue(long value) noexcept {
+  value_ = value;
+  SendMessageW(hwnd(), PBM_SETPOS, static_cast<WPARAM>(value), 0);
+}
+
+void ProgressBar::reset(short maximum) noexcept {
+  if (maximum < 0) return;
+  setMaximum(maximum);
+  setValue(0);
+}
+
+void ProgressBar::step(short by) noexcept {
+  if (value_ + by <= maximum_) setValue(value_ + by);
+}
+
+}  // namespace forms

@@ -1,0 +1,9 @@
+// Dialogs of the common services, numbered as Form.h says.
+#pragma once
+
+#define IDD_ABOUT 1000
+#define IDC_ABOUT_ICON 1010
+#define IDC_ABOUT_TITLE 1011
+#define IDC_ABOUT_VERSION 1012
+#define IDC_ABOUT_TEXT 1013
+#define IDC_ABOUT_LOGGING 1014
