@@ -1,0 +1,347 @@
+#include "webcopy/CopyRun.h"
+
+#include <limits>
+#include <utility>
+
+#include "common/IniFile.h"
+#include "common/letter_case.h"
+#include "common/log.h"
+#include "common/text.h"
+#include "webcopy/ThemeValue.h"
+
+namespace {
+
+constexpr wchar_t formName[] = L"frmCopyToWeb";
+constexpr wchar_t descriptionFile[] = L"quillet.ini";
+constexpr wchar_t fileUrlPrefix[] = L"file:///";
+constexpr short overallSteps = 5;
+constexpr unsigned themeValueLength = 256;
+
+using modCommon::LogIndent;
+using modCommon::WriteLog;
+
+// Counts are 16-bit numbers: one that no longer fits is an error, never a wrong number.
+short count16(std::size_t value) {
+  if (value > static_cast<std::size_t>(std::numeric_limits<short>::max()))
+    throw Error(errors::overflow);
+  return static_cast<short>(value);
+}
+
+short sum16(short left, short right) {
+  return count16(static_cast<std::size_t>(left) + static_cast<std::size_t>(right));
+}
+
+// The host's own folders and what lies in them stay where they are.
+bool isHostOwn(std::wstring_view path) { return text::containsIgnoringCase(path, L"_vti"); }
+
+bool isTemplateFile(std::wstring_view name) {
+  return name.size() >= 3 && text::equalIgnoringCase(name.substr(name.size() - 3), L"dwt");
+}
+
+bool isDescriptionFile(std::wstring_view name) {
+  return text::equalIgnoringCase(name, descriptionFile);
+}
+
+void logError(const wchar_t* procedure, const Error& error) {
+  WriteLog(std::wstring(L"ERROR in procedure ") + procedure + L" of Form " + formName +
+           L". Error : " + error.description());
+}
+
+std::wstring baseNameOf(const HostFile& file) {
+  const std::wstring name = file.name();
+  const std::size_t behindBase = file.extension().size() + 1;
+  if (behindBase > name.size()) throw Error(errors::invalidArgument);
+  return name.substr(0, name.size() - behindBase);
+}
+
+}  // namespace
+
+CopyRun::CopyRun(HostApplication host, std::wstring destinationFolder, SourceItem item,
+                 CopyRunView& view)
+    : host_(std::move(host)),
+      DestinationFolder_(std::move(destinationFolder)),
+      item_(std::move(item)),
+      view_(view) {}
+
+std::wstring CopyRun::sourcePathOf(std::wstring_view tag) {
+  if (!text::beginsIgnoringCase(tag, fileUrlPrefix)) return std::wstring(tag);
+  // The prefix is recognised in any letter case, but taken out only as it is written here.
+  return text::replaceAll(text::replaceAll(tag, fileUrlPrefix, L""), L"/", L"\\");
+}
+
+void CopyRun::check() {
+  if (!view_.keepGoing()) ContinueFlag_ = false;
+  if (!ContinueFlag_) throw errors::operationCancelled();
+}
+
+const HostWeb& CopyRun::web() const {
+  if (!web_) throw Error(errors::objectNotSet);
+  return *web_;
+}
+
+void CopyRun::EH_CopyDWTToWeb() {
+  try {
+    runSteps();
+  } catch (...) {
+    const Error error = errors::current();
+    ContinueFlag_ = false;
+    if (error.number() == errors::cancelled) {
+      WriteLog(L"Copy to web operation has been cancelled!!!");
+      modCommon::SetLogIndent(0);
+      throw errors::operationCancelled(view_.caption());
+    }
+    logError(L"EH_CopyDWTToWeb", error);
+    view_.fail(L"An error was encountered while copying the DWT's.");
+    view_.unload();
+  }
+}
+
+void CopyRun::runSteps() {
+  startRun();
+  initialise();
+  prepare();
+  copy();
+  optimise();
+  applyThemes();
+  endRun();
+}
+
+void CopyRun::startRun() {
+  WriteLog(L"Begin process of copying DWT's to the web...");
+  view_.resetOverall(overallSteps);
+  web_ = host_.activeWeb();
+  view_.showWeb(web().url());
+  WriteLog(L"Preparing to copy DWT Folder : \"" + std::wstring(text::afterLast(item_.tag, L'\\')) +
+           L"\" to web...");
+  WriteLog(L"DWT Path : " + item_.tag);
+  LogIndent(true);
+}
+
+void CopyRun::initialise() {
+  WriteLog(L"Performing initialisation of the variables...");
+  view_.showOverallStatus(L"Initializing...");
+  ImportedTemplates_.clear();
+  check();
+  view_.resetCurrent(2);
+  view_.stepCurrent();
+  view_.showTemplate(item_.text);
+  FileCount_ = FolderCount_ = 0;
+  OverwriteChosen_ = false;
+  SourcePath_ = sourcePathOf(item_.tag);
+  view_.stepCurrent();
+  view_.stepOverall();
+  view_.showOverallStatus({});
+  WriteLog(L"Completed initialization of the variables...");
+  check();
+}
+
+void CopyRun::prepare() {
+  WriteLog(L"Preparing to copy files and folders to the web...");
+  view_.showOverallStatus(L"Preparing to copy files and folders to the web...");
+  view_.resetCurrent(2);
+  CountFilesAndFolders(SourcePath_);
+  view_.stepCurrent();
+  DestinationFolder_ = text::withEnding(DestinationFolder_, L'/');
+  targetPath_ = text::replaceAll(
+      DestinationFolder_ + std::wstring(text::afterLast(SourcePath_, L'\\')), L"\\", L"/");
+  existing_ = web().locateFolder(targetPath_);
+  view_.stepCurrent();
+  view_.stepOverall();
+  view_.showOverallStatus({});
+  check();
+}
+
+bool CopyRun::overwriteAgreed() {
+  const std::wstring pattern =
+      L"The DWT named | \" %s. \"| already exists. Do you want to overwrite the existing DWT with "
+      L"the new DWT?";
+  const std::wstring prompt =
+      text::replaceIgnoringCase(text::replaceAll(pattern, L"|", L"\r\n"), L"%s", targetPath_);
+  if (view_.ask(prompt)) {
+    WriteLog(L"Overwriting DWT : " + existing_->name());
+    return true;
+  }
+  WriteLog(L"Existing DWT not to be overwritten. New DWT will not be copied");
+  ContinueFlag_ = false;
+  view_.unload();
+  return false;
+}
+
+void CopyRun::copy() {
+  view_.showOverallStatus(L"Copying files and folders to the web...");
+  view_.resetCurrent(sum16(FileCount_, FolderCount_));
+  if (existing_) {
+    OverwriteChosen_ = overwriteAgreed();
+    // Nothing is checked from here on: the steps that remain run over no template at all.
+    if (!OverwriteChosen_) return;
+  }
+  WriteLog(L"Copying files and folders to the web.");
+  WriteLog(L"Creating folder : " + host_.makeAbsolute(web().url(), targetPath_));
+  const HostFolder folder = web().createFolder(targetPath_);
+  check();
+  LogIndent(true);
+  CopyFolderTree(SourcePath_, folder.url());
+  LogIndent(false);
+  LogIndent(false);
+  WriteLog(L"DWT copied successfully");
+  if (OverwriteChosen_) WriteLog(L"Overwritten DWT : " + folder.name());
+}
+
+void CopyRun::optimise() {
+  view_.showCurrentStatus({});
+  view_.stepOverall();
+  view_.showOverallStatus({});
+  view_.showOverallStatus(L"optimizing DWT folder...");
+  // A bar without a range could not be filled.
+  view_.resetCurrent(ImportedTemplates_.empty() ? short{1} : count16(ImportedTemplates_.size()));
+  CleanUploadedFolder();
+  view_.finishCurrent();
+  view_.stepOverall();
+}
+
+void CopyRun::applyThemes() {
+  const short count = count16(ImportedTemplates_.size());
+  view_.showOverallStatus(L"Applying themes to the DWTs...");
+  WriteLog(L"Applying themes to DWTs ( count: " + std::to_wstring(count) + L")...");
+  LogIndent(true);
+  view_.resetCurrent(count);
+  for (const HostFile& file : ImportedTemplates_) {
+    ApplyTemplateTheme(file, item_.tag);
+    view_.stepCurrent();
+  }
+  LogIndent(false);
+  view_.stepOverall();
+}
+
+void CopyRun::endRun() {
+  ImportedTemplates_.clear();
+  view_.showCurrentStatus({});
+  LogIndent(false);
+  web().refresh();
+  view_.unload();
+}
+
+// A count that ends early only makes the bar inexact; a cancel is noticed at the next check.
+void CopyRun::CountFilesAndFolders(const std::wstring& folder) {
+  try {
+    countEntries(folder);
+  } catch (...) {
+    logError(L"CountFilesAndFolders", errors::current());
+  }
+}
+
+void CopyRun::countEntries(const std::wstring& folder) {
+  FileSearch search(folder + L"\\*.*");
+  if (!search.found()) return;
+  const std::wstring path = text::withEnding(folder, L'\\');
+  do {
+    check();
+    const FileEntry& entry = search.entry();
+    const std::wstring name = path + entry.name;
+    if (entry.isFolder()) {
+      if (entry.isDots() || isHostOwn(name)) continue;
+      countEntries(name);
+      FolderCount_ = sum16(FolderCount_, 1);
+    } else if (!isDescriptionFile(entry.name)) {
+      FileCount_ = sum16(FileCount_, 1);
+    }
+  } while (search.next());
+}
+
+// An error other than a cancel leaves the whole walk without a message; the run still comes to its
+// end, and its result tells.
+void CopyRun::CopyFolderTree(const std::wstring& sourceFolder, const std::wstring& webFolder) {
+  try {
+    copyEntries(sourceFolder, webFolder);
+  } catch (...) {
+    if (errors::current().number() == errors::cancelled) throw errors::operationCancelled();
+    ContinueFlag_ = false;
+    view_.unload();
+  }
+}
+
+void CopyRun::copyEntries(const std::wstring& sourceFolder, const std::wstring& webFolder) {
+  FileSearch search(sourceFolder + L"\\*.*");
+  if (!search.found()) {
+    view_.inform(L"Could not open : \r\n" + sourceFolder);
+    ContinueFlag_ = false;
+    throw errors::operationCancelled();
+  }
+  const std::wstring source = text::withEnding(sourceFolder, L'\\');
+  const std::wstring target = text::withEnding(webFolder, L'/');
+  // Not undone here: a folder's line goes back one level itself, the caller of the walk the last.
+  LogIndent(true);
+  do {
+    check();
+    const FileEntry& entry = search.entry();
+    if (entry.isDots() || isHostOwn(source + entry.name)) continue;
+    if (entry.isFolder())
+      copyFolder(source, target, entry.name);
+    else
+      copyFile(source, target, entry.name);
+  } while (search.next());
+}
+
+void CopyRun::copyFolder(const std::wstring& source, const std::wstring& target,
+                         const std::wstring& name) {
+  check();
+  LogIndent(false);
+  WriteLog(L"Creating folder : " + host_.makeAbsolute(web().url(), target + name));
+  web().createFolder(target + name);
+  view_.showCurrentStatus(name);
+  copyEntries(source + name, target + name);
+  view_.stepCurrent();
+  view_.showCurrentStatus({});
+}
+
+void CopyRun::copyFile(const std::wstring& sourceFolder, const std::wstring& webFolder,
+                       const std::wstring& name) {
+  check();
+  view_.showCurrentStatus(name);
+  if (isDescriptionFile(name)) return;
+  WriteLog(L"Copying file : " + name);
+  importFile(sourceFolder + name, webFolder, name);
+  view_.stepCurrent();
+}
+
+void CopyRun::importFile(const std::wstring& source, const std::wstring& webFolder,
+                         const std::wstring& name) {
+  if (const auto old = web().locateFile(webFolder + name)) old->remove();
+  const auto folder = web().locateFolder(webFolder);
+  if (!folder) throw Error(errors::objectNotSet);
+  HostFile imported = folder->importFile(source);
+  if (isTemplateFile(name)) ImportedTemplates_.push_back(std::move(imported));
+}
+
+// The walk never imports a description file; this removes one that an earlier copy left.
+void CopyRun::CleanUploadedFolder() {
+  WriteLog(L"Cleaning uploaded folder...");
+  LogIndent(true);
+  if (!ImportedTemplates_.empty()) {
+    const std::wstring url = ImportedTemplates_.front().url();
+    const std::wstring folder = url.substr(0, url.rfind(L'/') + 1);
+    if (const auto file = web().locateFile(folder + descriptionFile)) {
+      file->remove();
+      WriteLog(L"Quillet ini file found and deleted");
+    }
+  }
+  LogIndent(false);
+  WriteLog(L"Folder cleaned.");
+}
+
+void CopyRun::ApplyTemplateTheme(const HostFile& file, const std::wstring& templateFolder) {
+  const std::wstring baseName = baseNameOf(file);
+  view_.showCurrentStatus(L"Applying theme to " + baseName + L"...");
+  const std::wstring value = readIniValue(templateFolder + L"\\" + descriptionFile, baseName,
+                                          L"Theme", {}, themeValueLength);
+  if (value.empty()) return;
+  WriteLog(L"DWT: " + baseName + L", Theme: " + value);
+  const auto theme = parseThemeValue(value);
+  if (!theme) return;
+  for (const std::wstring& installed : host_.themeNames()) {
+    if (!text::equalIgnoringCase(installed, theme->name)) continue;
+    file.applyTheme(theme->name, theme->flags);
+    return;
+  }
+  WriteLog(L"  Theme not available in FP");
+}
