@@ -1,8 +1,8 @@
 // The open web, its folders and files, as thin values over the host's objects. Hold them for the
 // length of an operation only.
 //
-// Paths are accepted in every shape the program meets: "/dwts", "dwts", "dwts/" and absolute URLs of
-// the web; this layer turns them into what the host takes.
+// Paths are accepted in every shape the program meets: "/dwts", "dwts", "dwts/" and absolute URLs
+// of the web; this layer turns them into what the host takes.
 #pragma once
 
 #include <optional>
@@ -57,13 +57,17 @@ class HostWeb {
   HostFolder rootFolder() const;
   std::optional<HostFolder> locateFolder(std::wstring_view path) const;
   std::optional<HostFile> locateFile(std::wstring_view path) const;
-  // The folder at that path, made level by level where it is missing. An existing one is the answer,
-  // not an error.
+  // The folder at that path, made level by level where it is missing. An existing one is the
+  // answer, not an error.
   HostFolder createFolder(std::wstring_view path) const;
   void refresh() const;
-  // The web-relative path of a path in any of the accepted shapes: no "/" at either end.
+  // The web-relative path of a path in any of the accepted shapes: no "/" at either end. An address
+  // outside the web stays what it is: nothing is found there.
   std::wstring relative(std::wstring_view path) const;
 
  private:
+  HostFolder subfolder(const HostFolder& parent, const std::wstring& name,
+                       const std::wstring& path) const;
+
   host::Dispatch object_;
 };

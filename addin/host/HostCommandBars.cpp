@@ -1,0 +1,60 @@
+#include "addin/host/HostCommandBars.h"
+
+using com::Variant;
+
+namespace {
+
+std::optional<HostControl> asControl(const host::Dispatch& object) {
+  if (!object) return std::nullopt;
+  return HostControl(object);
+}
+
+}  // namespace
+
+long HostControl::type() const { return object_.value(L"Type").number(); }
+long HostControl::id() const { return object_.value(L"Id").number(); }
+long HostControl::index() const { return object_.value(L"Index").number(); }
+std::wstring HostControl::tag() const { return object_.value(L"Tag").text(); }
+std::wstring HostControl::caption() const { return object_.value(L"Caption").text(); }
+void HostControl::setTag(const std::wstring& tag) const { object_.put(L"Tag", tag); }
+void HostControl::setCaption(const std::wstring& text) const { object_.put(L"Caption", text); }
+void HostControl::setBeginGroup(bool begins) const { object_.put(L"BeginGroup", begins); }
+void HostControl::setStyle(long style) const { object_.put(L"Style", style); }
+void HostControl::pasteFace() const { object_.call(L"PasteFace"); }
+void HostControl::remove() const { object_.call(L"Delete"); }
+
+std::vector<HostControl> HostControl::controls() const {
+  const host::Dispatch collection = object_.object(L"Controls");
+  const long count = collection.value(L"Count").number();
+  std::vector<HostControl> result;
+  for (long index = 1; index <= count; ++index)
+    result.emplace_back(collection.object(L"Item", {index}));
+  return result;
+}
+
+std::optional<HostControl> HostControl::add(long type, const std::wstring& parameter,
+                                            long position) const {
+  const Variant added =
+      object_.object(L"Controls")
+          .call(L"Add", {type, Variant::missing(), parameter, position, /*temporary=*/true});
+  return asControl(host::Dispatch(added.object()));
+}
+
+long HostCommandBar::type() const { return object_.value(L"Type").number(); }
+
+std::optional<HostControl> HostCommandBar::find(const ControlKey& key) const {
+  const Variant id = key.id ? Variant(*key.id) : Variant::missing();
+  const Variant tag = key.id ? Variant::missing() : Variant(key.tag);
+  const Variant any = Variant::missing();
+  return asControl(object_.lookUp(L"FindControl", {any, id, tag, any, /*recursive=*/true}));
+}
+
+std::optional<HostCommandBar> HostCommandBars::activeMenuBar() const {
+  const host::Dispatch bar = object_.lookUp(L"ActiveMenuBar");
+  if (!bar) return std::nullopt;
+  return HostCommandBar(bar);
+}
+
+std::optional<HostControl> HostCommandBars::findByTag(const std::wstring& tag) const {
+  return asControl(object_.lookUp(L"FindControl", {Variant::missing(), Variant::missing(), tag}));
+}

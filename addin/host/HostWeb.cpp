@@ -1,0 +1,129 @@
+#include "addin/host/HostWeb.h"
+
+#include "addin/host/web_path.h"
+#include "common/errors.h"
+#include "common/letter_case.h"
+#include "common/text.h"
+
+using com::Variant;
+
+namespace {
+
+template <class Item>
+std::vector<Item> itemsOf(const host::Dispatch& collection) {
+  // Some of the host's counts come as a VARIANT inside a VARIANT, so they are converted.
+  const long count = collection.value(L"Count").number();
+  std::vector<Item> items;
+  for (long index = 0; index < count; ++index)
+    items.emplace_back(collection.object(L"Item", {index}));
+  return items;
+}
+
+// What Add gave back or, where the host made the item but gave nothing back, the item of that name.
+template <class Item>
+Item added(const host::Dispatch& collection, const Variant& answer, std::wstring_view name) {
+  if (host::Dispatch object(answer.object()); object) return Item(object);
+  for (auto& item : itemsOf<Item>(collection))
+    if (text::equalIgnoringCase(item.name(), name)) return item;
+  throw Error(errors::objectNotSet);
+}
+
+}  // namespace
+
+std::wstring HostFile::name() const { return object_.value(L"Name").text(); }
+std::wstring HostFile::extension() const { return object_.value(L"Extension").text(); }
+std::wstring HostFile::url() const { return object_.value(L"Url").text(); }
+void HostFile::remove() const { object_.call(L"Delete"); }
+
+void HostFile::applyTheme(const std::wstring& theme, long properties) const {
+  object_.call(L"ApplyTheme", {theme, properties});
+}
+
+std::wstring HostFolder::name() const { return object_.value(L"Name").text(); }
+std::wstring HostFolder::url() const { return object_.value(L"Url").text(); }
+bool HostFolder::isWeb() const { return object_.value(L"IsWeb").boolean(); }
+HostWeb HostFolder::web() const { return HostWeb(object_.object(L"Web")); }
+
+std::vector<HostFolder> HostFolder::folders() const {
+  return itemsOf<HostFolder>(object_.object(L"Folders"));
+}
+
+bool HostFolder::hasFolders() const {
+  return object_.object(L"Folders").value(L"Count").number() > 0;
+}
+
+HostFolder HostFolder::addFolder(const std::wstring& name) const {
+  const host::Dispatch folders = object_.object(L"Folders");
+  return added<HostFolder>(folders, folders.call(L"Add", {name}), name);
+}
+
+HostFile HostFolder::importFile(const std::wstring& localPath) const {
+  const host::Dispatch files = object_.object(L"Files");
+  const Variant answer = files.call(L"Add", {localPath, /*overwrite=*/false});
+  return added<HostFile>(files, answer, text::afterLast(localPath, L'\\'));
+}
+
+std::wstring HostWeb::url() const {
+  std::wstring url = object_.value(L"Url").text();
+  while (!url.empty() && url.back() == L'/') url.pop_back();
+  return url;
+}
+
+HostFolder HostWeb::rootFolder() const { return HostFolder(object_.object(L"RootFolder")); }
+
+std::optional<HostFolder> HostWeb::locateFolder(std::wstring_view path) const {
+  const std::wstring place = relative(path);
+  if (place.empty()) return rootFolder();
+  const host::Dispatch folder = object_.lookUp(L"LocateFolder", {place});
+  if (!folder) return std::nullopt;
+  return HostFolder(folder);
+}
+
+std::optional<HostFile> HostWeb::locateFile(std::wstring_view path) const {
+  const std::wstring place = relative(path);
+  if (place.empty()) return std::nullopt;
+  const host::Dispatch file = object_.lookUp(L"LocateFile", {place});
+  if (!file) return std::nullopt;
+  return HostFile(file);
+}
+
+HostFolder HostWeb::createFolder(std::wstring_view path) const {
+  const std::wstring place = relative(path);
+  if (auto existing = locateFolder(place)) return *existing;
+  // An address of another web: its levels must not be made in this one.
+  if (webpath::isAbsolute(place)) throw Error(errors::pathNotFound);
+
+  HostFolder folder = rootFolder();
+  std::wstring reached;
+  for (const auto& level : webpath::levels(place)) {
+    if (!reached.empty()) reached += L'/';
+    reached += level;
+    folder = subfolder(folder, level, reached);
+  }
+  return folder;
+}
+
+HostFolder HostWeb::subfolder(const HostFolder& parent, const std::wstring& name,
+                              const std::wstring& path) const {
+  if (auto existing = locateFolder(path)) return *existing;
+  try {
+    return parent.addFolder(name);
+  } catch (const Error&) {
+    // Whether the host refuses a name that exists is not settled, and its look-up may have missed
+    // one made by another program meanwhile.
+    if (auto existing = locateFolder(path)) return *existing;
+    throw;
+  }
+}
+
+void HostWeb::refresh() const { object_.call(L"Refresh"); }
+
+std::wstring HostWeb::relative(std::wstring_view path) const {
+  if (!webpath::isAbsolute(path)) return webpath::normal(path);
+  const std::wstring own = url();
+  if (text::beginsIgnoringCase(path, own)) {
+    const std::wstring_view rest = path.substr(own.size());
+    if (rest.empty() || rest.front() == L'/' || rest.front() == L'\\') return webpath::normal(rest);
+  }
+  return std::wstring(path);
+}
