@@ -1,7 +1,6 @@
 #include "catalogue/TemplateInfo.h"
 
 #include "common/IniFile.h"
-#include "common/QuietDrives.h"
 #include "common/letter_case.h"
 #include "common/paths.h"
 #include "common/text.h"
@@ -51,7 +50,6 @@ std::wstring findReadme(const std::wstring& folder, const std::wstring& named,
 }  // namespace
 
 TemplateInfo GetDWTInfo(std::wstring_view folder, std::wstring_view baseName) {
-  const QuietDrives quiet;
   const std::wstring path = modCommon::withBackslash(folder);
   const Description description(path, baseName);
   TemplateInfo info;

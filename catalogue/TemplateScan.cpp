@@ -1,10 +1,7 @@
 #include "catalogue/TemplateScan.h"
 
-#include <memory>
-
 #include "catalogue/TemplateInfo.h"
 #include "common/FileSearch.h"
-#include "common/QuietDrives.h"
 #include "common/letter_case.h"
 #include "common/log.h"
 #include "common/paths.h"
@@ -22,24 +19,6 @@ std::wstring systemText(DWORD code) {
                  buffer, 2048, nullptr);
   return buffer;
 }
-
-// A directory search that never lets the system ask for a disk.
-class QuietSearch {
- public:
-  explicit QuietSearch(const std::wstring& pattern) {
-    const QuietDrives quiet;
-    search_ = std::make_unique<FileSearch>(pattern);
-  }
-
-  FileSearch* operator->() const { return search_.get(); }
-  bool next() {
-    const QuietDrives quiet;
-    return search_->next();
-  }
-
- private:
-  std::unique_ptr<FileSearch> search_;
-};
 
 // The search puts "?" where the code page lacks a character. No call could open such a name.
 bool isOpenable(const std::wstring& name) { return name.find(L'?') == name.npos; }
@@ -76,12 +55,12 @@ void TemplateScan::ScanFolder(std::wstring_view folder) {
   modCommon::WriteLog(L"Scanning folder: " + std::wstring(folder));
   const Waiting waiting(*this);
   const std::wstring path = modCommon::withBackslash(folder);
-  QuietSearch search(path + L"*.*");
-  if (!search->found()) {
-    reportUnreadable(path, search->startError());
+  FileSearch search(path + L"*.*");
+  if (!search.found()) {
+    reportUnreadable(path, search.startError());
     return;
   }
-  do scanEntry(path, search->entry());
+  do scanEntry(path, search.entry());
   while (search.next());
 }
 
@@ -110,12 +89,12 @@ void TemplateScan::RecurseFiles(std::wstring_view folder) {
 }
 
 void TemplateScan::listFiles(std::wstring_view folder) {
-  QuietSearch search(modCommon::withBackslash(folder) + L"*.dwt");
-  if (!search->found()) return;
+  FileSearch search(modCommon::withBackslash(folder) + L"*.dwt");
+  if (!search.found()) return;
   do {
     goOnOrCancel();
     const Waiting waiting(*this);
-    listFile(folder, search->entry());
+    listFile(folder, search.entry());
   } while (search.next());
 }
 
