@@ -1,0 +1,267 @@
+#include "common/forms/WebBrowser.h"
+
+#include <oleidl.h>
+
+#include "common/errors.h"
+#include "common/forms/WebBrowserSite.h"
+#include "common/handles.h"
+
+namespace forms {
+namespace {
+
+DISPID memberOf(IDispatch& object, const wchar_t* name) {
+  auto* text = const_cast<wchar_t*>(name);
+  DISPID id = DISPID_UNKNOWN;
+  const HRESULT result = object.GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id);
+  if (FAILED(result)) throw errors::fromHResult(result);
+  return id;
+}
+
+ComPtr<IDispatch> objectOf(IDispatch& object, const wchar_t* name) {
+  DISPPARAMS none = {};
+  com::Variant value;
+  const HRESULT result = object.Invoke(memberOf(object, name), IID_NULL, LOCALE_USER_DEFAULT,
+                                       DISPATCH_PROPERTYGET, &none, value.put(), nullptr, nullptr);
+  if (FAILED(result)) throw errors::fromHResult(result);
+  return value.object();
+}
+
+void putText(IDispatch& object, const wchar_t* name, const std::wstring& value) {
+  com::Variant text(value);
+  DISPID put = DISPID_PROPERTYPUT;
+  DISPPARAMS arguments = {const_cast<VARIANT*>(&text.get()), &put, 1, 1};
+  const HRESULT result = object.Invoke(memberOf(object, name), IID_NULL, LOCALE_USER_DEFAULT,
+                                       DISPATCH_PROPERTYPUT, &arguments, nullptr, nullptr, nullptr);
+  if (FAILED(result)) throw errors::fromHResult(result);
+}
+
+void check(HRESULT result) {
+  if (FAILED(result)) throw errors::fromHResult(result);
+}
+
+}  // namespace
+
+WebBrowser::WebBrowser(Form& form, int id)
+    : Control(form, id), class_(className, windowProcedure) {}
+
+WebBrowser::~WebBrowser() {
+  if (hwnd() && IsWindow(hwnd())) SetWindowLongPtrW(hwnd(), GWLP_USERDATA, 0);
+  tearDown();
+}
+
+void WebBrowser::onAttached() {
+  SetWindowLongPtrW(hwnd(), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+}
+
+void WebBrowser::create() {
+  if (browser_) return;
+  try {
+    activate();
+    connectEvents();
+  } catch (...) {
+    tearDown();
+    throw Error(errors::cannotCreateObject);
+  }
+}
+
+void WebBrowser::activate() {
+  check(CoCreateInstance(CLSID_WebBrowser, nullptr, CLSCTX_INPROC_SERVER, IID_IOleObject,
+                         reinterpret_cast<void**>(object_.put())));
+  site_ = ComPtr<Site>::adopt(new Site(*this));
+  check(object_->SetClientSite(site_.get()));
+  if (const auto state = object_.as<IPersistStreamInit>()) check(state->InitNew());
+  browser_ = object_.as<IWebBrowser2>();
+  if (!browser_) throw Error(errors::cannotCreateObject);
+  browser_->put_Silent(VARIANT_TRUE);
+  browser_->put_RegisterAsDropTarget(VARIANT_FALSE);
+  RECT place;
+  GetClientRect(hwnd(), &place);
+  check(object_->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, site_.get(), 0, hwnd(), &place));
+}
+
+void WebBrowser::connectEvents() {
+  const auto container = browser_.as<IConnectionPointContainer>();
+  if (!container) throw Error(errors::cannotCreateObject);
+  check(container->FindConnectionPoint(DIID_DWebBrowserEvents2, events_.put()));
+  check(events_->Advise(static_cast<IDispatch*>(site_.get()), &cookie_));
+}
+
+// In this order: the members go first, so that whatever the browser calls back during the rest
+// finds no browser; it leaves the window while that still exists, falls silent, loses its site, and
+// is closed before the last references go.
+void WebBrowser::tearDown() noexcept {
+  const ComPtr<Site> site = std::move(site_);
+  const ComPtr<IOleObject> object = std::move(object_);
+  ComPtr<IWebBrowser2> browser = std::move(browser_);
+  ComPtr<IConnectionPoint> events = std::move(events_);
+  const DWORD cookie = std::exchange(cookie_, 0);
+  if (site) site->detach();
+  if (!object) return;
+  if (const auto inPlace = object.as<IOleInPlaceObject>()) inPlace->InPlaceDeactivate();
+  if (events && cookie) events->Unadvise(cookie);
+  events.reset();
+  object->SetClientSite(nullptr);
+  object->Close(OLECLOSE_NOSAVE);
+  browser.reset();
+}
+
+IWebBrowser2& WebBrowser::browser() {
+  create();
+  return *browser_.get();
+}
+
+void WebBrowser::navigate(const std::wstring& address) {
+  IWebBrowser2& target = browser();
+  pendingBody_.clear();
+  text_.clear();
+  showObject(true);
+  com::Variant url(address);
+  com::Variant none = com::Variant::missing();
+  auto* const left = const_cast<VARIANT*>(&none.get());
+  check(target.Navigate2(const_cast<VARIANT*>(&url.get()), left, left, left, left));
+}
+
+void WebBrowser::goBack() { check(browser().GoBack()); }
+void WebBrowser::goForward() { check(browser().GoForward()); }
+void WebBrowser::stop() { check(browser().Stop()); }
+void WebBrowser::refresh() { check(browser().Refresh()); }
+
+void WebBrowser::print() {
+  check(browser().ExecWB(OLECMDID_PRINT, OLECMDEXECOPT_DODEFAULT, nullptr, nullptr));
+}
+
+std::wstring WebBrowser::address() const {
+  BSTR url = nullptr;
+  if (!browser_ || FAILED(browser_->get_LocationURL(&url))) return {};
+  std::wstring value(url ? url : L"", SysStringLen(url));
+  SysFreeString(url);
+  return value;
+}
+
+void WebBrowser::setBodyHtml(const std::wstring& html, const std::wstring& text) {
+  if (replaceBody(html)) return;
+  pendingBody_ = html;
+  text_ = text;
+  showObject(false);
+}
+
+bool WebBrowser::replaceBody(const std::wstring& html) {
+  ComPtr<IDispatch> document;
+  if (!browser_ || FAILED(browser_->get_Document(document.put())) || !document) return false;
+  try {
+    const auto body = objectOf(*document.get(), L"body");
+    if (!body) return false;
+    putText(*body.get(), L"innerHTML", html);
+    return true;
+  } catch (const Error&) {
+    return false;  // a document of another kind than a page
+  }
+}
+
+void WebBrowser::documentComplete(const std::wstring& address, bool topFrame) {
+  if (topFrame && !pendingBody_.empty() && replaceBody(pendingBody_)) {
+    pendingBody_.clear();
+    text_.clear();
+    showObject(true);
+  }
+  if (onDocumentComplete) onDocumentComplete(address, topFrame);
+}
+
+bool WebBrowser::isTopFrame(IDispatch* frame) const noexcept {
+  const auto one = ComPtr<IDispatch>(frame).as<IUnknown>();
+  const auto other = browser_.as<IUnknown>();
+  return one && one.get() == other.get();
+}
+
+bool WebBrowser::preTranslate(MSG& message) {
+  if (!browser_ || message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return false;
+  if (!IsChild(hwnd(), message.hwnd)) return false;
+  // The form's cancel key stays the form's.
+  if (message.wParam == VK_ESCAPE || message.message == WM_SYSKEYDOWN ||
+      message.message == WM_SYSCHAR)
+    return false;
+  const auto active = browser_.as<IOleInPlaceActiveObject>();
+  return active && active->TranslateAccelerator(&message) == S_OK;
+}
+
+void WebBrowser::leaveByTab(bool backwards) noexcept {
+  const HWND dialog = form().hwnd();
+  const HWND next = GetNextDlgTabItem(dialog, hwnd(), backwards);
+  if (next) SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(next), TRUE);
+}
+
+LRESULT CALLBACK WebBrowser::windowProcedure(HWND window, UINT message, WPARAM wParam,
+                                             LPARAM lParam) noexcept {
+  auto* control = reinterpret_cast<WebBrowser*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  try {
+    if (control && control->hwnd() == window) return control->onMessage(message, wParam, lParam);
+  } catch (...) {
+    // The page keeps its place as it is.
+  }
+  return DefWindowProcW(window, message, wParam, lParam);
+}
+
+LRESULT WebBrowser::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_SIZE:
+      resizeObject();
+      InvalidateRect(hwnd(), nullptr, FALSE);
+      return 0;
+    case WM_SETFOCUS: {
+      RECT place;
+      GetClientRect(hwnd(), &place);
+      if (object_ && text_.empty())
+        object_->DoVerb(OLEIVERB_UIACTIVATE, nullptr, site_.get(), 0, hwnd(), &place);
+      return 0;
+    }
+    case WM_ERASEBKGND:
+      return 1;
+    case WM_PAINT:
+      paintText();
+      return 0;
+    case WM_DESTROY:
+      tearDown();
+      return 0;
+    default:
+      return DefWindowProcW(hwnd(), message, wParam, lParam);
+  }
+}
+
+void WebBrowser::resizeObject() noexcept {
+  const auto inPlace = object_.as<IOleInPlaceObject>();
+  if (!inPlace) return;
+  RECT place;
+  GetClientRect(hwnd(), &place);
+  inPlace->SetObjectRects(&place, &place);
+}
+
+void WebBrowser::showObject(bool shown) noexcept {
+  HWND window = nullptr;
+  const auto inPlace = object_.as<IOleInPlaceObject>();
+  if (inPlace && SUCCEEDED(inPlace->GetWindow(&window)) && window)
+    ShowWindow(window, shown ? SW_SHOWNA : SW_HIDE);
+  InvalidateRect(hwnd(), nullptr, FALSE);
+}
+
+// As the page itself would look: a red heading in the upper left corner.
+void WebBrowser::paintText() noexcept {
+  PAINTSTRUCT painting;
+  const HDC target = BeginPaint(hwnd(), &painting);
+  RECT client;
+  GetClientRect(hwnd(), &client);
+  FillRect(target, &client, GetSysColorBrush(COLOR_WINDOW));
+  const int perInch = GetDeviceCaps(target, LOGPIXELSY);
+  const handles::Gdi font(CreateFontW(-MulDiv(14, perInch, 72), 0, 0, 0, FW_BOLD, FALSE, FALSE,
+                                      FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                                      CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, FF_SWISS, L"Arial"));
+  const HGDIOBJ old = SelectObject(target, font.get());
+  SetTextColor(target, RGB(255, 0, 0));
+  SetBkMode(target, TRANSPARENT);
+  const int margin = MulDiv(12, perInch, 96);
+  InflateRect(&client, -margin, -margin);
+  DrawTextW(target, text_.c_str(), -1, &client, DT_LEFT | DT_TOP | DT_WORDBREAK | DT_NOPREFIX);
+  SelectObject(target, old);
+  EndPaint(hwnd(), &painting);
+}
+
+}  // namespace forms

@@ -1,0 +1,92 @@
+// The system's web browser control as a control of a form.
+#pragma once
+
+#include <exdisp.h>
+
+#include <functional>
+#include <string>
+
+#include "common/com.h"
+#include "common/forms/WindowClass.h"
+#include "common/forms/controls.h"
+
+namespace forms {
+
+// In the dialog resource: CONTROL of class "QuilletWebBrowser". The browser itself is made when it
+// is first needed. Pages show no context menu and no script errors, open no windows, and are no
+// drop target.
+//
+// The events have the names of the browser's own (DWebBrowserEvents2). `topFrame` tells the page
+// itself from a frame in it. They may fire inside navigate().
+class WebBrowser : public Control {
+ public:
+  static constexpr wchar_t className[] = L"QuilletWebBrowser";
+  static constexpr wchar_t blankPage[] = L"about:blank";
+
+  WebBrowser(Form& form, int id);
+  ~WebBrowser() override;
+
+  // For pages that are only looked at: no scripts, no components and no downloads. Set before the
+  // browser is made.
+  void setPassive(bool passive) noexcept { passive_ = passive; }
+
+  // Makes the browser when there is none yet. Raises errors::cannotCreateObject (429).
+  void create();
+
+  // To a URL or local path. A refusal of the browser raises an Error; a page that does not arrive
+  // fires onNavigateError instead.
+  void navigate(const std::wstring& address);
+  void goBack();
+  void goForward();
+  void stop();
+  void refresh();
+  void print();  // as the user would, with the system's own dialog
+
+  // What is shown now; empty before the first page.
+  std::wstring address() const;
+
+  // Replaces the inner HTML of the page's body. Until there is a page, the control itself shows
+  // `text` in its place.
+  void setBodyHtml(const std::wstring& html, const std::wstring& text);
+
+  // Keys of the page, when the focus is in it. For the form's preTranslate.
+  bool preTranslate(MSG& message);
+
+  std::function<void(const std::wstring& address, bool topFrame, bool& cancel)> onBeforeNavigate2;
+  std::function<void(const std::wstring& address, bool topFrame)> onNavigateComplete2;
+  std::function<void(const std::wstring& address, bool topFrame)> onDocumentComplete;
+  // Cancelled, the browser shows no page of its own about the error.
+  std::function<void(const std::wstring& address, bool topFrame, bool& cancel)> onNavigateError;
+  std::function<void(long command, bool enable)> onCommandStateChange;
+
+ private:
+  class Site;
+
+  void onAttached() override;
+  static LRESULT CALLBACK windowProcedure(HWND, UINT, WPARAM, LPARAM) noexcept;
+  LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam);
+
+  void activate();
+  void connectEvents();
+  void tearDown() noexcept;
+  void resizeObject() noexcept;
+  void showObject(bool shown) noexcept;
+  void paintText() noexcept;
+  bool replaceBody(const std::wstring& html);
+  IWebBrowser2& browser();
+  bool isTopFrame(IDispatch* frame) const noexcept;
+  void documentComplete(const std::wstring& address, bool topFrame);
+  void leaveByTab(bool backwards) noexcept;
+
+  WindowClass class_;
+  ComPtr<Site> site_;
+  ComPtr<IOleObject> object_;
+  ComPtr<IWebBrowser2> browser_;
+  ComPtr<IConnectionPoint> events_;
+  DWORD cookie_ = 0;
+  bool passive_ = false;
+  std::wstring pendingBody_;  // for the page that is on its way
+  std::wstring text_;         // shown while there is no page
+};
+
+}  // namespace forms
