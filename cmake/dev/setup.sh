@@ -1,0 +1,96 @@
+# Part of ./dev: installs exactly what is missing.
+
+packages_to_work=(
+  wine wine32:i386 wine64 g++-mingw-w64-i686-win32 mingw-w64-tools doctest-dev cmake ninja-build
+  clang-format python3 xvfb openbox imagemagick x11-utils fonts-wine fonts-liberation)
+packages_to_lint=(clang-tidy cppcheck)
+
+# usage: set_up [PACKAGE...]   The packages that are wanted beside those that every command needs.
+set_up() {
+  if ! command -v dpkg-query apt-get >/dev/null; then
+    set_up_elsewhere
+    return
+  fi
+  local missing
+  mapfile -t missing < <(missing_packages "${packages_to_work[@]}" "$@")
+  ((${#missing[@]} == 0)) || (install_packages "${missing[@]}")
+}
+
+missing_packages() {
+  local installed package
+  installed=$(dpkg-query -W -f '${db:Status-Status} ${Package} ${Package}:${Architecture} \n' "$@" \
+    2>/dev/null | sed -n 's/^installed//p')
+  for package; do
+    [[ $installed == *" $package "* ]] || say "$package"
+  done
+}
+
+set_up_elsewhere() {
+  local tool
+  for tool in wine wineserver i686-w64-mingw32-g++-win32 i686-w64-mingw32-windres \
+    i686-w64-mingw32-widl cmake ninja clang-format python3 Xvfb openbox import; do
+    command -v "$tool" >/dev/null ||
+      die "$tool is missing, and only Debian and Ubuntu are set up by themselves. Needed here:" \
+        "Wine for 32-bit and 64-bit programs, mingw-w64's g++ for i686 with the win32 thread" \
+        "model, its windres and widl, doctest, CMake 3.25, Ninja, clang-format, Python 3, Xvfb," \
+        "openbox, ImageMagick, xdpyinfo, and the Liberation fonts; clang-tidy and cppcheck to lint."
+  done
+}
+
+# Runs in a subshell, whose end removes the temporary files however it comes.
+install_packages() {
+  local by_hand="apt-get install $*"
+  as_root=()
+  if ((EUID != 0)); then
+    command -v sudo >/dev/null || die "Setting up needs root and there is no sudo: as root, $by_hand"
+    as_root=(sudo)
+    sudo -v || die "Setting up needs root and sudo refused: as root, $by_hand"
+  fi
+  mkdir -p build/log
+  setup_log=build/log/setup.txt
+  : >"$setup_log"
+  temporary=$(mktemp -d)
+  trap 'rm -rf "$temporary"' EXIT
+  trap 'exit 130' INT TERM HUP
+
+  say "setup   installing $*"
+  add_32_bit_architecture
+  say "setup   updating the package lists"
+  apt update || say "setup   some lists could not be updated; going on with those there are"
+  if apt install --simulate "$@"; then
+    apt install "$@" || setup_failed "$@"
+  else
+    # The security archive's 32-bit list can lag behind the 64-bit one. Both architectures of a
+    # library must have one version, so for this once both are taken from the main archive.
+    say "setup   the security archive is of two ages; installing from the main archive instead"
+    prefer_main_archive
+    apt install "$@" || setup_failed "$@"
+  fi
+}
+
+add_32_bit_architecture() {
+  { dpkg --print-architecture && dpkg --print-foreign-architectures; } | grep -qx i386 && return
+  say "setup   adding the architecture i386 to dpkg"
+  "${as_root[@]}" dpkg --add-architecture i386 || die "dpkg could not add the architecture i386."
+}
+
+# The user's own preferences stay in force beside the one added.
+prefer_main_archive() {
+  mkdir "$temporary/preferences.d"
+  cp -r /etc/apt/preferences.d/. "$temporary/preferences.d/" 2>/dev/null || true
+  printf '%s\n' 'Package: *' 'Pin: release l=Debian-Security' 'Pin-Priority: 100' \
+    >"$temporary/preferences.d/quillet-setup"
+  apt_options=(-o "Dir::Etc::PreferencesParts=$temporary/preferences.d")
+}
+
+apt_options=()
+apt() {
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -y --no-install-recommends \
+    -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0 "${apt_options[@]}" "$@" \
+    >>"$setup_log" 2>&1 </dev/null
+}
+
+setup_failed() {
+  grep -E '^(E|W):|Depends:' "$setup_log" | tail -n 15 >&2
+  die "Setting up failed: apt-get could not install $* (all it said is in $setup_log)."
+}
