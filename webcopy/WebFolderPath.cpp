@@ -1,0 +1,64 @@
+#include "webcopy/WebFolderPath.h"
+
+#include <algorithm>
+#include <limits>
+#include <set>
+
+#include "common/errors.h"
+#include "common/letter_case.h"
+#include "common/text.h"
+
+namespace webfolder {
+
+std::wstring rootName(std::wstring_view address) {
+  return std::wstring(text::afterLast(address, L'/'));
+}
+
+std::wstring initialPath(std::wstring_view path, std::wstring_view webUrl) {
+  if (webUrl.empty() || !text::beginsIgnoringCase(path, webUrl)) return std::wstring(path);
+  // For a URL that ends in "/" this leaves a path that begins with one. For any other, what is left
+  // of the URL stands before the first "/", where foldersOf looks for no folder.
+  return std::wstring(path.substr(webUrl.size() - 1));
+}
+
+std::vector<std::wstring> foldersOf(std::wstring_view path) {
+  if (path == L"/") return {};
+  std::vector<std::wstring> parts = text::split(path, L'/');
+  parts.erase(parts.begin());
+  return parts;
+}
+
+std::wstring belowRoot(std::wstring_view fullPath) {
+  return std::wstring(fullPath.substr(fullPath.find(L'/') + 1));
+}
+
+std::wstring chosenPath(std::wstring_view fullPath, std::wstring_view webUrl, bool absolute) {
+  const bool isRoot = fullPath.find(L'/') == fullPath.npos;
+  const std::wstring path = isRoot ? std::wstring() : belowRoot(fullPath);
+  return absolute ? std::wstring(webUrl) + L"/" + path : path;
+}
+
+std::wstring displayPath(std::wstring_view folderUrl, std::wstring_view webUrl) {
+  const std::wstring_view path = folderUrl.substr(std::min(webUrl.size(), folderUrl.size()));
+  // A root's URL may end in "/" where the web's does not.
+  return path.empty() || path == L"/" ? L"<web root>" : std::wstring(path);
+}
+
+bool contains(const std::vector<std::wstring>& names, std::wstring_view name) {
+  for (const std::wstring& each : names)
+    if (text::equalIgnoringCase(each, name)) return true;
+  return false;
+}
+
+std::wstring freeFolderName(const std::vector<std::wstring>& names) {
+  std::set<std::wstring> taken;
+  for (const std::wstring& name : names) taken.insert(text::toLower(name));
+  for (int counter = 0; counter <= std::numeric_limits<short>::max(); ++counter) {
+    std::wstring name = L"New_Folder";
+    if (counter > 0) name += std::to_wstring(counter);
+    if (taken.find(text::toLower(name)) == taken.end()) return name;
+  }
+  throw Error(errors::overflow);
+}
+
+}  // namespace webfolder

@@ -1,0 +1,134 @@
+#include "webcopy/frmCopyToWeb.h"
+
+#include <utility>
+
+#include "addin/host/environment.h"
+#include "webcopy/resource.h"
+
+namespace {
+
+// A host that imports a large file leaves no time for painting, so what changes is painted at once.
+void paintNow(const forms::Control& control) noexcept { UpdateWindow(control.hwnd()); }
+
+}  // namespace
+
+frmCopyToWeb::frmCopyToWeb()
+    : Form(L"frmCopyToWeb", IDD_COPYTOWEB),
+      lblDWT(*this, IDC_COPYTOWEB_LBLDWT),
+      lblDWTName(*this, IDC_COPYTOWEB_LBLDWTNAME),
+      lblToWeb(*this, IDC_COPYTOWEB_LBLTOWEB),
+      txtWebName(*this, IDC_COPYTOWEB_TXTWEBNAME),
+      lblOverAllProgress(*this, IDC_COPYTOWEB_LBLOVERALLPROGRESS),
+      lblStatusOverall(*this, IDC_COPYTOWEB_LBLSTATUSOVERALL),
+      pbOverall(*this, IDC_COPYTOWEB_PBOVERALL),
+      lblCurrentProgress(*this, IDC_COPYTOWEB_LBLCURRENTPROGRESS),
+      lblStatusCurrent(*this, IDC_COPYTOWEB_LBLSTATUSCURRENT),
+      pbCurrent(*this, IDC_COPYTOWEB_PBCURRENT),
+      txtStatusCurrent(*this, IDC_COPYTOWEB_TXTSTATUSCURRENT),
+      cmdCancel(*this, IDCANCEL) {
+  cmdCancel.onClick = [this] { cmdCancel_Click(); };
+}
+
+bool frmCopyToWeb::CopyTemplateFolder(std::wstring destinationFolder, SourceItem item, HWND owner) {
+  CopyRunView& view = *this;
+  run_.emplace(hostApplication(), std::move(destinationFolder), std::move(item), view);
+  showModal(owner ? owner : modCommon::GetHostMainWindow());
+  // A host that is closing takes the window away before the run has begun.
+  const bool copied = started_ && run_->continueFlag();
+  run_.reset();
+  return copied;
+}
+
+void frmCopyToWeb::Form_Activate() {
+  handle(L"Form_Activate", [this] {
+    started_ = true;
+    BringWindowToTop(hwnd());
+    try {
+      run_->EH_CopyDWTToWeb();
+    } catch (const Error& error) {
+      // The run has logged its cancel.
+      if (error.number() != errors::cancelled) throw;
+    }
+  });
+  if (!run_->continueFlag()) unload();
+}
+
+void frmCopyToWeb::cmdCancel_Click() {
+  handle(L"cmdCancel_Click", [this] {
+    if (message(L"Do you want to cancel the operation?", MB_YESNO | MB_ICONQUESTION) != IDYES)
+      return;
+    run_->cancel();
+    unload();
+  });
+}
+
+bool frmCopyToWeb::keepGoing() {
+  forms::yieldToMessages();
+  return run_->continueFlag();
+}
+
+void frmCopyToWeb::showWeb(const std::wstring& url) {
+  txtWebName.setText(url);
+  paintNow(txtWebName);
+}
+
+void frmCopyToWeb::showTemplate(const std::wstring& title) {
+  lblDWTName.setText(title);
+  paintNow(lblDWTName);
+}
+
+void frmCopyToWeb::showOverallStatus(const std::wstring& text) {
+  lblStatusOverall.setText(text);
+  paintNow(lblStatusOverall);
+}
+
+void frmCopyToWeb::showCurrentStatus(const std::wstring& text) {
+  lblStatusCurrent.setText(text);
+  paintNow(lblStatusCurrent);
+}
+
+void frmCopyToWeb::resetOverall(short maximum) {
+  pbOverall.reset(maximum);
+  paintNow(pbOverall);
+}
+
+void frmCopyToWeb::stepOverall() {
+  pbOverall.step(1);
+  paintNow(pbOverall);
+}
+
+void frmCopyToWeb::resetCurrent(short maximum) {
+  pbCurrent.reset(maximum);
+  paintNow(pbCurrent);
+}
+
+void frmCopyToWeb::stepCurrent() {
+  pbCurrent.step(1);
+  paintNow(pbCurrent);
+}
+
+void frmCopyToWeb::finishCurrent() {
+  pbCurrent.setValue(pbCurrent.maximum());
+  paintNow(pbCurrent);
+}
+
+bool frmCopyToWeb::ask(const std::wstring& text) {
+  return show(text, MB_YESNO | MB_ICONQUESTION) == IDYES;
+}
+
+void frmCopyToWeb::inform(const std::wstring& text) { show(text, MB_OK | MB_ICONINFORMATION); }
+
+void frmCopyToWeb::fail(const std::wstring& text) { show(text, MB_OK | MB_ICONERROR); }
+
+std::wstring frmCopyToWeb::caption() const { return Form::caption(); }
+
+void frmCopyToWeb::unload() { Form::unload(); }
+
+// A run may have something to say after its window has gone: over the window's owner then.
+int frmCopyToWeb::show(const std::wstring& text, UINT style) const noexcept {
+  try {
+    return showMessage(isUnloaded() ? GetWindow(hwnd(), GW_OWNER) : hwnd(), text, style, caption());
+  } catch (...) {
+    return 0;
+  }
+}
