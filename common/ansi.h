@@ -7,8 +7,8 @@
 namespace text {
 
 // In the system's ANSI code page. A character that the page lacks becomes its default character
-// ("?"), which no file name or key can hold: such a name fails to be found, it never finds another.
-// No best-fit look-alikes are taken.
+// ("?"), which no file name can hold. No best-fit look-alikes are taken: a name that does not fit
+// must not find another file.
 std::string toAnsi(std::wstring_view value);
 
 // True when toAnsi loses nothing.

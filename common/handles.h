@@ -69,6 +69,11 @@ struct FindTraits {
   static type none() noexcept { return INVALID_HANDLE_VALUE; }
   static void close(type handle) noexcept { FindClose(handle); }
 };
+struct RegistryTraits {
+  using type = HKEY;
+  static type none() noexcept { return nullptr; }
+  static void close(type handle) noexcept { RegCloseKey(handle); }
+};
 struct GdiTraits {
   using type = HGDIOBJ;
   static type none() noexcept { return nullptr; }
@@ -93,6 +98,7 @@ struct GlobalTraits {
 using Kernel = Unique<KernelTraits>;
 using File = Unique<FileTraits>;
 using Find = Unique<FindTraits>;
+using Registry = Unique<RegistryTraits>;
 using Gdi = Unique<GdiTraits>;  // bitmaps, fonts, brushes, palettes
 using DeviceContext = Unique<DeviceContextTraits>;
 using Icon = Unique<IconTraits>;

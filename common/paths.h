@@ -24,11 +24,15 @@ bool CanWriteToFolder(std::wstring_view folder, HWND owner = nullptr);
 // The shell's "open" verb; a result above 32 means success.
 int ShellOpen(std::wstring_view file, std::wstring_view parameters);
 
+// Makes one folder; raises an Error. A folder that is there already, and any refusal without a
+// number of its own, is 75.
+void makeFolder(std::wstring_view path);
+
 // The path with a backslash at its end.
 std::wstring withBackslash(std::wstring_view path);
 
-// True when a file or folder of that name exists, hidden and system ones included. Wild cards are
-// no names.
+// True when a file, or a folder, of that name exists, hidden and system ones included. Wild cards
+// are no names.
 bool fileExists(std::wstring_view path);
 bool folderExists(std::wstring_view path);
 

@@ -1,0 +1,160 @@
+#include "common/paths.h"
+
+#include <shellapi.h>
+#include <shlwapi.h>
+
+#include <random>
+
+#include "common/ErrorMode.h"
+#include "common/ansi.h"
+#include "common/errors.h"
+#include "common/handles.h"
+#include "common/message.h"
+#include "common/module.h"
+#include "common/text.h"
+
+namespace modCommon {
+namespace {
+
+constexpr char probeText[] = "XXXXXXXXXXX";
+constexpr DWORD probeLength = sizeof probeText - 1;
+
+DWORD attributesOf(std::wstring_view path) {
+  const NoSystemBoxes quiet;
+  return GetFileAttributesW(std::wstring(path).c_str());
+}
+
+// The length of the drive or share a path begins with; 0 when it has none.
+std::size_t rootLength(std::wstring_view path) {
+  std::string root = text::toAnsi(path);
+  root.resize(root.size() + 100);
+  if (!PathStripToRootA(root.data())) return 0;
+  return text::fromAnsi(root.c_str()).size();
+}
+
+void makeFolderPath(std::wstring_view path) {
+  const std::size_t root = rootLength(path);
+  if (root == 0) return;
+  for (auto slash = path.find(L'\\', root); slash != path.npos; slash = path.find(L'\\', slash + 1))
+    if (const auto level = path.substr(0, slash + 1); !folderExists(level)) makeFolder(level);
+  if (!folderExists(path)) makeFolder(path);
+}
+
+// Five random decimal digits. The host's own random sequence is left alone.
+std::wstring randomDigits() {
+  static std::minstd_rand generator([] {
+    LARGE_INTEGER counter;
+    QueryPerformanceCounter(&counter);
+    return counter.LowPart ^ GetCurrentProcessId();
+  }());
+  std::uniform_int_distribution<int> digit(0, 9);
+  std::wstring digits;
+  for (int i = 0; i < 5; ++i) digits += static_cast<wchar_t>(L'0' + digit(generator));
+  return digits;
+}
+
+// A read-only medium refuses to open a file as a folder without permission does.
+Error openingError(DWORD code) {
+  return code == ERROR_WRITE_PROTECT ? Error(errors::pathFileAccess) : errors::fromSystemCode(code);
+}
+
+// A new file: one that happens to bear the name is the user's.
+handles::File createProbe(std::wstring_view folder, std::wstring& name) {
+  for (int attempt = 1;; ++attempt) {
+    name = std::wstring(folder) + L"\\RND" + randomDigits();
+    handles::File file(CreateFileW(name.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                   CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (file) return file;
+    const DWORD code = GetLastError();
+    if (code != ERROR_FILE_EXISTS || attempt == 100) throw openingError(code);
+  }
+}
+
+DWORD writeProbe(const handles::File& file) {
+  DWORD written = 0;
+  if (!WriteFile(file.get(), probeText, probeLength, &written, nullptr)) return GetLastError();
+  return written == probeLength ? ERROR_SUCCESS : ERROR_DISK_FULL;
+}
+
+void probeFolder(std::wstring_view folder) {
+  const NoSystemBoxes quiet;
+  std::wstring name;
+  handles::File file = createProbe(folder, name);
+  const DWORD writeCode = writeProbe(file);
+  file.reset();
+  const bool deleted = DeleteFileW(name.c_str()) != FALSE;
+  if (writeCode != ERROR_SUCCESS) throw errors::fromSystemCode(writeCode);
+  if (!deleted) throw errors::fromLastError();
+}
+
+std::wstring failureText(std::wstring_view path, const Error& error) {
+  switch (error.number()) {
+    case errors::badFileName:
+      return L"The disk is not in the drive or the specified path does not exist.";
+    case errors::diskNotReady:
+      return L"The disk not ready or the path does not exist.";
+    case errors::pathFileAccess:
+      return std::wstring(path) +
+             L"\r\nInvalid file path or you do not have write permission to this location.";
+    case errors::pathNotFound:
+      return L"The path could not be found.";
+    default:
+      return error.description();
+  }
+}
+
+// Runs `body`; a failure is shown.
+template <class Body>
+bool shown(std::wstring_view path, HWND owner, Body body) {
+  try {
+    body();
+    return true;
+  } catch (...) {
+    showMessage(owner, failureText(path, errors::current()), MB_ICONHAND);
+    return false;
+  }
+}
+
+}  // namespace
+
+bool IsValidFileName(std::wstring_view name) {
+  const std::wstring trimmed = text::trimBlanks(name);
+  return !trimmed.empty() && trimmed.find_first_of(L"\\/:*?<>|\"") == trimmed.npos;
+}
+
+bool CreateFolderPath(std::wstring_view path, HWND owner) {
+  return shown(path, owner, [&] { makeFolderPath(text::cutAtNul(path)); });
+}
+
+bool CanWriteToFolder(std::wstring_view folder, HWND owner) {
+  return shown(folder, owner, [&] { probeFolder(text::cutAtNul(folder)); });
+}
+
+int ShellOpen(std::wstring_view file, std::wstring_view parameters) {
+  const HINSTANCE result = ShellExecuteW(nullptr, L"open", std::wstring(file).c_str(),
+                                         std::wstring(parameters).c_str(), L"", SW_SHOWNORMAL);
+  return static_cast<int>(reinterpret_cast<INT_PTR>(result));
+}
+
+// The run-time knows one error for every reason that has none of its own.
+void makeFolder(std::wstring_view path) {
+  const NoSystemBoxes quiet;
+  if (CreateDirectoryW(std::wstring(path).c_str(), nullptr)) return;
+  const long number = errors::numberFromSystemCode(GetLastError());
+  const bool refused = number == errors::fileAlreadyExists || number == errors::permissionDenied;
+  throw Error(refused ? errors::pathFileAccess : number);
+}
+
+std::wstring withBackslash(std::wstring_view path) { return text::withEnding(path, L'\\'); }
+
+bool fileExists(std::wstring_view path) {
+  const DWORD attributes = attributesOf(path);
+  return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+bool folderExists(std::wstring_view path) {
+  const DWORD attributes = attributesOf(path);
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+}  // namespace modCommon
