@@ -10,36 +10,43 @@ namespace modCommon {
 
 // One line that describes the operating system, for the log; empty for an unknown platform.
 std::wstring GetOSVersionText();
+// The same for a given version record.
+std::wstring describeVersion(const OSVERSIONINFOA& version);
 
 // The program's per-user folder, made when missing, ending in a backslash; empty when it cannot be
 // found.
 std::wstring GetUserFolderPath();
 
-// Fills what is asked for (not null). `hostVersion` is the host application's version text.
+// Where GetSystemFolders puts what it finds; null for what is not wanted.
 struct SystemFolders {
   std::wstring* applicationData = nullptr;
   std::wstring* userThemes = nullptr;
   std::wstring* commonFiles = nullptr;
   std::wstring* sharedThemes = nullptr;
 };
-void GetSystemFolders(const SystemFolders& wanted);
+// Fills what is asked for: no trailing backslash but the registry's own, empty for what is missing.
+// `userThemes` is left alone unless `hostVersion`, the host application's version text, is "6.0".
+void GetSystemFolders(std::wstring_view hostVersion, const SystemFolders& wanted);
 
 // A string value of the program's machine-wide key; empty when it is missing.
 std::wstring GetMachineSetting(std::wstring_view name);
 
 // The folder of the program's shared files ("CommonPath"), the module's own folder when it is not
-// registered; ends in a backslash.
+// registered; ends in a backslash. Read anew at each call.
 std::wstring commonPath();
 
 // The host's main window (class "FrontPageExplorerWindow40"), found from the thread's active window
-// upward; null when there is none.
+// upward, else among the thread's windows; null when there is none.
 HWND GetHostMainWindow();
 
 void SetHostProgID(std::wstring_view hostVersion);
-// Brings the running host to the front through its automation object; its absence does no harm.
+// Brings the running host to the front through its automation object. An object that is not there,
+// or whose class no running program offers, does no harm; no program is started for it.
 void BringHostToTop();
 
-// Help viewers. A failure is shown over `owner`.
+// The help viewers of the program's shared folder. A failure to launch is shown over `owner`.
+//
+// `topic` goes to the viewer as a command; without one, `commandLine` is handed on as it is.
 void ShowHelp(std::wstring_view topic = {}, std::wstring_view commandLine = {},
               HWND owner = nullptr);
 void ShowQuickHelp(std::wstring_view first, std::wstring_view second, HWND owner = nullptr);
