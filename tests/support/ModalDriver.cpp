@@ -151,9 +151,7 @@ bool pumpUntil(const std::function<bool()>& condition, DWORD milliseconds) {
   return true;
 }
 
-void press(HWND dialog, int button) {
-  SendMessageW(GetDlgItem(dialog, button), BM_CLICK, 0, 0);
-}
+void press(HWND dialog, int button) { SendMessageW(GetDlgItem(dialog, button), BM_CLICK, 0, 0); }
 
 std::wstring windowText(HWND window) {
   std::wstring text(static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)) + 1,
@@ -163,7 +161,9 @@ std::wstring windowText(HWND window) {
   return text;
 }
 
-std::wstring windowText(HWND dialog, int control) { return windowText(GetDlgItem(dialog, control)); }
+std::wstring windowText(HWND dialog, int control) {
+  return windowText(GetDlgItem(dialog, control));
+}
 
 bool isEnabled(HWND dialog, int control) {
   return IsWindowEnabled(GetDlgItem(dialog, control)) != FALSE;

@@ -1,7 +1,7 @@
 #define DOCTEST_CONFIG_IMPLEMENT
-#include <doctest/doctest.h>
-#include <objbase.h>
 #include <windows.h>
+#include <objbase.h>
+#include <doctest/doctest.h>
 
 // Tests run on one thread, as the add-in does in its host: a single-threaded apartment.
 int main(int argc, char** argv) {
