@@ -7,3 +7,6 @@
 #define IDC_ABOUT_VERSION 1012
 #define IDC_ABOUT_TEXT 1013
 #define IDC_ABOUT_LOGGING 1014
+
+// The program's own icon.
+#define IDI_QUILLET 100

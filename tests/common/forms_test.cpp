@@ -1,0 +1,246 @@
+#include "common/forms/Form.h"
+
+#include "common/forms/DialogTemplate.h"
+#include "common/forms/controls.h"
+#include "common/forms/resource.h"
+#include "tests/support/ModalDriver.h"
+#include "tests/support/text_output.h"
+
+namespace {
+
+// A form over the about box's resource, with events to watch.
+class ProbeForm : public forms::Form {
+ public:
+  ProbeForm() : Form(L"frmProbe", IDD_ABOUT), check(*this, IDC_ABOUT_LOGGING), ok(*this, IDOK) {
+    ok.onClick = [this] { unload(); };
+  }
+
+  void show(HWND owner) { showModal(owner); }
+  void close() { unload(); }
+
+  std::function<void(ProbeForm&)> load = [](ProbeForm&) {};
+  std::function<void(ProbeForm&)> activate = [](ProbeForm&) {};
+  std::vector<std::wstring> events;
+
+  forms::CheckBox check;
+  forms::Button ok;
+
+ private:
+  void Form_Load() override {
+    events.push_back(L"load");
+    load(*this);
+  }
+  void Form_Activate() override {
+    events.push_back(L"activate");
+    activate(*this);
+  }
+  void Form_Unload() override { events.push_back(L"unload"); }
+};
+
+// A visible window that stands for the host's frame.
+class Frame {
+ public:
+  Frame()
+      : window_(CreateWindowW(L"Static", L"frame", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 100, 100, 600,
+                              400, nullptr, nullptr, nullptr, nullptr)) {}
+  ~Frame() { DestroyWindow(window_); }
+  Frame(const Frame&) = delete;
+  Frame& operator=(const Frame&) = delete;
+  HWND get() const { return window_; }
+
+ private:
+  HWND window_;
+};
+
+}  // namespace
+
+TEST_CASE("a form loads then activates once then unloads") {
+  ProbeForm form;
+  form.activate = [](ProbeForm& self) { self.close(); };
+  form.show(nullptr);
+  CHECK(form.events == std::vector<std::wstring>{L"load", L"activate", L"unload"});
+}
+
+TEST_CASE("a form that unloads itself while loading is never shown") {
+  ProbeForm form;
+  form.load = [](ProbeForm& self) { self.close(); };
+  form.show(nullptr);
+  CHECK(form.events == std::vector<std::wstring>{L"load", L"unload"});
+}
+
+TEST_CASE("every window of the thread is disabled while a form is shown and enabled afterwards") {
+  const Frame one;
+  const Frame other;
+  bool disabled = false;
+  ProbeForm form;
+  form.activate = [&](ProbeForm& self) {
+    disabled = !IsWindowEnabled(one.get()) && !IsWindowEnabled(other.get());
+    self.close();
+  };
+  form.show(one.get());
+  CHECK(disabled);
+  CHECK(IsWindowEnabled(one.get()));
+  CHECK(IsWindowEnabled(other.get()));
+}
+
+TEST_CASE("a window that was disabled before a form stays disabled after it") {
+  const Frame frame;
+  EnableWindow(frame.get(), FALSE);
+  ProbeForm form;
+  form.activate = [](ProbeForm& self) { self.close(); };
+  form.show(nullptr);
+  CHECK_FALSE(IsWindowEnabled(frame.get()));
+}
+
+TEST_CASE("a form is owned by its frame and centred on it") {
+  const Frame frame;
+  HWND owner = nullptr;
+  POINT offset = {};
+  ProbeForm form;
+  form.activate = [&](ProbeForm& self) {
+    owner = GetWindow(self.hwnd(), GW_OWNER);
+    RECT inner;
+    RECT outer;
+    GetWindowRect(self.hwnd(), &inner);
+    GetWindowRect(frame.get(), &outer);
+    offset = {inner.left + inner.right - outer.left - outer.right,
+              inner.top + inner.bottom - outer.top - outer.bottom};
+    self.close();
+  };
+  form.show(frame.get());
+  CHECK(owner == frame.get());
+  CHECK(std::abs(offset.x) <= 1);
+  CHECK(std::abs(offset.y) <= 1);
+}
+
+TEST_CASE("the frame is active again after the form") {
+  const Frame frame;
+  SetActiveWindow(frame.get());
+  ProbeForm form;
+  form.activate = [](ProbeForm& self) { self.close(); };
+  form.show(frame.get());
+  CHECK(GetActiveWindow() == frame.get());
+}
+
+TEST_CASE("the close box leaves a form without a cancel button") {
+  ProbeForm form;
+  form.activate = [](ProbeForm& self) { PostMessageW(self.hwnd(), WM_CLOSE, 0, 0); };
+  form.show(nullptr);
+  CHECK(form.events.back() == L"unload");
+}
+
+TEST_CASE("Enter presses the default button and Escape closes") {
+  for (const WPARAM key : {VK_RETURN, VK_ESCAPE}) {
+    ProbeForm form;
+    form.activate = [key](ProbeForm& self) { PostMessageW(self.check.hwnd(), WM_KEYDOWN, key, 1); };
+    form.show(nullptr);
+    CHECK(form.events.back() == L"unload");
+  }
+}
+
+TEST_CASE("yielding handles what is in the queue and returns") {
+  int presses = 0;
+  ProbeForm form;
+  form.activate = [&](ProbeForm& self) {
+    self.ok.onClick = [&] { ++presses; };
+    PostMessageW(self.hwnd(), WM_COMMAND, IDOK, 0);
+    PostMessageW(self.hwnd(), WM_COMMAND, IDOK, 0);
+    forms::yieldToMessages();
+    self.close();
+  };
+  form.show(nullptr);
+  CHECK(presses == 2);
+}
+
+TEST_CASE("a form closed while its work yields stays on the screen until the work has returned") {
+  const Frame frame;
+  bool enabledDuringWork = true;
+  ProbeForm form;
+  form.activate = [&](ProbeForm& self) {
+    PostMessageW(self.hwnd(), WM_COMMAND, IDOK, 0);
+    forms::yieldToMessages();
+    enabledDuringWork = IsWindowEnabled(frame.get()) != FALSE;
+  };
+  form.show(frame.get());
+  CHECK_FALSE(enabledDuringWork);
+  CHECK(IsWindowEnabled(frame.get()));
+}
+
+TEST_CASE("an error in a handler leaves the form open") {
+  ProbeForm form;
+  form.load = [](ProbeForm&) { throw Error(errors::overflow); };
+  form.activate = [](ProbeForm& self) { self.close(); };
+  form.show(nullptr);
+  CHECK(form.events == std::vector<std::wstring>{L"load", L"activate", L"unload"});
+}
+
+TEST_CASE("a missing dialog is error 429") {
+  struct Missing : forms::Form {
+    Missing() : Form(L"frmMissing", 999) {}
+    void show() { showModal(nullptr); }
+  } form;
+  long number = 0;
+  try {
+    form.show();
+  } catch (const Error& error) {
+    number = error.number();
+  }
+  CHECK(number == 429);
+}
+
+TEST_CASE("a control's tool tip comes from the string with its number") {
+  std::wstring tip;
+  ProbeForm form;
+  form.activate = [&](ProbeForm& self) {
+    HWND tips = nullptr;
+    while ((tips = FindWindowExW(nullptr, tips, TOOLTIPS_CLASSW, nullptr)) != nullptr &&
+           GetWindow(tips, GW_OWNER) != self.hwnd()) {
+    }
+    wchar_t buffer[256] = {};
+    TTTOOLINFOW tool = {};
+    tool.cbSize = TTTOOLINFOW_V1_SIZE;
+    tool.uFlags = TTF_IDISHWND;
+    tool.hwnd = self.hwnd();
+    tool.uId = reinterpret_cast<UINT_PTR>(self.check.hwnd());
+    tool.lpszText = buffer;
+    SendMessageW(tips, TTM_GETTEXTW, 0, reinterpret_cast<LPARAM>(&tool));
+    tip = buffer;
+    self.close();
+  };
+  form.show(nullptr);
+  CHECK(tip == L"Report each step to the system debug output, for a debug viewer to show");
+}
+
+TEST_CASE("dialogs take the system's message font") {
+  NONCLIENTMETRICSW metrics = {};
+  metrics.cbSize = sizeof metrics;
+  SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+  LOGFONTW font = {};
+  ProbeForm form;
+  form.activate = [&](ProbeForm& self) {
+    const auto handle = reinterpret_cast<HFONT>(SendMessageW(self.hwnd(), WM_GETFONT, 0, 0));
+    GetObjectW(handle, sizeof font, &font);
+    self.close();
+  };
+  form.show(nullptr);
+  CHECK(std::wstring(font.lfFaceName) == metrics.lfMessageFont.lfFaceName);
+  CHECK(font.lfHeight == metrics.lfMessageFont.lfHeight);
+}
+
+TEST_CASE("a larger font makes the whole dialog larger") {
+  const auto widthWith = [](WORD points) {
+    const auto resource =
+        forms::loadDialogTemplate(GetModuleHandleW(nullptr), IDD_ABOUT, {L"Tahoma", points});
+    const HWND dialog = CreateDialogIndirectParamW(
+        GetModuleHandleW(nullptr), reinterpret_cast<const DLGTEMPLATE*>(resource.data()), nullptr,
+        nullptr, 0);
+    RECT client = {};
+    GetClientRect(dialog, &client);
+    DestroyWindow(dialog);
+    return client.right;
+  };
+  const LONG at96 = widthWith(8);
+  CHECK(at96 > 0);
+  CHECK(widthWith(10) > at96);
+  CHECK(widthWith(12) > widthWith(10));
+}
