@@ -116,7 +116,7 @@ HostFolder HostWeb::subfolder(const HostFolder& parent, const std::wstring& name
   }
 }
 
-void HostWeb::refresh() const { object_.call(L"Refresh"); }
+void HostWeb::refresh() const { object_.call(L"Refresh", {true}); }
 
 std::wstring HostWeb::relative(std::wstring_view path) const {
   if (!webpath::isAbsolute(path)) return webpath::normal(path);
