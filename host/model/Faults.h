@@ -1,0 +1,54 @@
+// What a test makes the host do wrong, and how often each member was used.
+//
+// A member is named "WebFolders.Add", or "Add" for the members of that name of every class.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace standin {
+
+// Raised by a member: the caller gets DISP_E_EXCEPTION with this text. A code up to 0xFFFF goes
+// into EXCEPINFO's wCode, another one into its scode.
+struct Refusal {
+  long code;
+  std::wstring description;
+};
+
+class Faults {
+ public:
+  // Calls of the member are refused: all of them, or `times` of them after the first `skipped`.
+  void refuse(std::wstring member, std::wstring description, long code = E_FAIL, int skipped = 0,
+              int times = -1);
+  // The member succeeds, does nothing and gives nothing back.
+  void returnNothing(std::wstring member);
+  // `action` runs before each call of the member.
+  void before(std::wstring member, std::function<void()> action);
+  // Ends everything the above has set up.
+  void clear();
+
+  int calls(std::wstring_view member) const;
+  void resetCalls() { calls_.clear(); }
+
+  // Used by the objects: counts the call, runs the actions, raises the refusal. True when the
+  // member is to give nothing.
+  bool meet(const std::vector<std::wstring>& names);
+
+ private:
+  struct Planned {
+    Refusal refusal;
+    int skipped;
+    int times;  // -1: for ever
+  };
+  std::map<std::wstring, Planned, std::less<>> refusals_;
+  std::map<std::wstring, bool, std::less<>> nothing_;
+  std::map<std::wstring, std::function<void()>, std::less<>> actions_;
+  std::map<std::wstring, int, std::less<>> calls_;
+};
+
+}  // namespace standin
