@@ -19,7 +19,7 @@ set_up() {
 missing_packages() {
   local installed package
   installed=$(dpkg-query -W -f '${db:Status-Status} ${Package} ${Package}:${Architecture} \n' "$@" \
-    2>/dev/null | sed -n 's/^installed//p')
+    2>/dev/null | sed -n 's/^installed//p') || true  # it also fails for a package not installed
   for package; do
     [[ $installed == *" $package "* ]] || say "$package"
   done
