@@ -1,0 +1,86 @@
+// What the catalogue's tests share.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "catalogue/TemplateScan.h"
+#include "common/letter_case.h"
+#include "common/log.h"
+#include "tests/support/ScratchRegistry.h"
+
+inline constexpr wchar_t machineFolders[] =
+    L"Software\\Korvel Software\\Quillet Viewer\\DWT Folders";
+inline constexpr wchar_t userFolders[] =
+    L"Software\\VB and VBA Program Settings\\Quillet Viewer\\DWT Folders";
+
+using Lines = std::vector<std::wstring>;
+
+inline void listForMachine(ScratchRegistry& registry, std::wstring_view path) {
+  registry.setString(HKEY_LOCAL_MACHINE, machineFolders, path, L"");
+}
+
+inline void listForUser(ScratchRegistry& registry, std::wstring_view path) {
+  registry.setString(HKEY_CURRENT_USER, userFolders, path, path);
+}
+
+// The diagnostic log switched on.
+class LoggingOn {
+ public:
+  LoggingOn() {
+    modCommon::SetLogIndent(0);
+    modCommon::setLoggingFlag(1);
+  }
+  ~LoggingOn() { modCommon::setLoggingFlag(0); }
+  LoggingOn(const LoggingOn&) = delete;
+  LoggingOn& operator=(const LoggingOn&) = delete;
+};
+
+// A template list without a window.
+class ListedTemplates final : public TemplateScanView {
+ public:
+  bool isListed(std::wstring_view key) override {
+    for (const auto& row : rows)
+      if (text::equalIgnoringCase(row.key, key)) return true;
+    return false;
+  }
+  void add(const TemplateEntry& entry) override {
+    if (onAdd) onAdd(entry);
+    addedWaiting = addedWaiting && waiting;
+    rows.push_back(entry);
+  }
+  int count() override { return static_cast<int>(rows.size()); }
+  void showNotReady(const std::wstring& message) override { messages.push_back(message); }
+  void showWaitCursor(bool shown) noexcept override {
+    inTurns = inTurns && shown != waiting;
+    waiting = shown;
+  }
+  bool keepGoing() override {
+    ++asked;
+    return !onAsked || onAsked();
+  }
+
+  Lines keys() const {
+    Lines result;
+    for (const auto& row : rows) result.push_back(row.key);
+    return result;
+  }
+  Lines titles() const {
+    Lines result;
+    for (const auto& row : rows) result.push_back(row.title);
+    return result;
+  }
+
+  std::vector<TemplateEntry> rows;
+  Lines messages;
+  int asked = 0;
+  bool waiting = false;
+  bool inTurns = true;       // the wait cursor was never shown or taken back twice
+  bool addedWaiting = true;  // every row was added under the wait cursor
+  std::function<bool()> onAsked;
+  std::function<void(const TemplateEntry&)> onAdd;
+};
