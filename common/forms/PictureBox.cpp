@@ -132,12 +132,12 @@ void PictureBox::onAttached() {
 }
 
 void PictureBox::load(const std::wstring& path) {
-  clear();
   const auto picture = decode(path);
   const SIZE size = sizeOf(*picture.get());
-  bitmap_ = rendered(*picture.get(), size);
+  handles::Gdi bitmap = rendered(*picture.get(), size);
+  path_ = std::wstring(path);  // may be this very text
+  bitmap_ = std::move(bitmap);
   natural_ = size;
-  path_ = path;
   setPictureSize(size);
 }
 

@@ -18,8 +18,8 @@ class PictureBox : public Control {
   PictureBox(Form& form, int id);
   ~PictureBox() override;
 
-  // Shows a GIF or JPEG file at its natural size. The file is not kept open. On an Error the box is
-  // empty.
+  // Shows a GIF or JPEG file at its natural size. The file is not kept open. On an Error the box
+  // stays as it was.
   void load(const std::wstring& path);
   void clear() noexcept;
 

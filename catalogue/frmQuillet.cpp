@@ -1,0 +1,481 @@
+#include "catalogue/frmQuillet.h"
+
+#include "addin/host/environment.h"
+#include "catalogue/Destination.h"
+#include "catalogue/PageAddress.h"
+#include "catalogue/TemplateInfo.h"
+#include "catalogue/frmManageDWTFolders.h"
+#include "catalogue/resource.h"
+#include "common/forms/frmAbout.h"
+#include "common/log.h"
+#include "common/module.h"
+#include "common/paths.h"
+#include "common/placement.h"
+#include "common/settings.h"
+#include "common/text.h"
+#include "common/version.h"
+#include "webcopy/frmCopyToWeb.h"
+#include "webcopy/frmSelectWebFolder.h"
+
+using modCommon::WriteLog;
+
+namespace {
+
+constexpr wchar_t componentsMissing[] =
+    L"One or more components are not installed on your computer. You may need to setup the product "
+    L"again. The application will be terminated.";
+constexpr wchar_t nothingToCopy[] = L"There are no DWT's to copy.";
+constexpr wchar_t previewErrorPage[] =
+    L"<h3><font face=arial color=red>Error in preview</font></h3>";
+constexpr wchar_t previewErrorText[] = L"Error in preview";
+
+std::wstring versionText() {
+  constexpr int minor = QUILLET_VERSION_MINOR;
+  return std::to_wstring(QUILLET_VERSION_MAJOR) + (minor < 10 ? L".0" : L".") +
+         std::to_wstring(minor) + L"." + std::to_wstring(QUILLET_VERSION_REVISION);
+}
+
+bool isEmptyFile(const std::wstring& path) {
+  WIN32_FILE_ATTRIBUTE_DATA data = {};
+  if (!GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data))
+    throw errors::fromLastError();
+  return data.nFileSizeHigh == 0 && data.nFileSizeLow < 1;
+}
+
+}  // namespace
+
+// While the folders are scanned, pending events run: nothing may start that would scan again or
+// needs the whole list. The buttons that could are off meanwhile.
+class frmQuillet::Scanning {
+ public:
+  explicit Scanning(frmQuillet& form) noexcept : form_(form) { set(true); }
+  ~Scanning() { set(false); }
+  Scanning(const Scanning&) = delete;
+  Scanning& operator=(const Scanning&) = delete;
+
+ private:
+  void set(bool scanning) noexcept {
+    form_.scanning_ = scanning;
+    form_.cancelFlag_ = true;
+    form_.cmdSelect.setEnabled(!scanning);
+    form_.cmdDWTOnline.setEnabled(!scanning);
+  }
+
+  frmQuillet& form_;
+};
+
+frmQuillet::frmQuillet(HostApplication& host)
+    : Form(L"frmQuillet", IDD_QUILLET),
+      host_(host),
+      lblDWTs(*this, IDC_QUILLET_LIST_LABEL),
+      lvDWTs(*this, IDC_QUILLET_LIST, L"Title"),
+      lblTitle(*this, IDC_QUILLET_TITLE),
+      xwpPreview(*this, IDC_QUILLET_PICTURE),
+      wbPreview(*this, IDC_QUILLET_PAGE),
+      lblZoom(*this, IDC_QUILLET_ZOOM_LABEL),
+      cbZoom(*this, IDC_QUILLET_ZOOM),
+      lblDWTDescCaption(*this, IDC_QUILLET_DESC_LABEL),
+      lblDWTDesc(*this, IDC_QUILLET_DESC),
+      lblDWTPathCaption(*this, IDC_QUILLET_PATH_LABEL),
+      lblDWTPath(*this, IDC_QUILLET_PATH),
+      lblDestPathCaption(*this, IDC_QUILLET_DEST_LABEL),
+      lblDestPath(*this, IDC_QUILLET_DEST),
+      cmdCopytoWeb(*this, IDOK),
+      cmdDestFolder(*this, IDC_QUILLET_DESTFOLDER),
+      cmdDWTNotes(*this, IDC_QUILLET_NOTES),
+      cmdApplyInstructions(*this, IDC_QUILLET_INSTRUCTIONS),
+      cmdSelect(*this, IDC_QUILLET_SELECT),
+      cmdDWTOnline(*this, IDC_QUILLET_ONLINE),
+      cmdHelp(*this, IDC_QUILLET_HELP),
+      cmdAbout(*this, IDC_QUILLET_ABOUT),
+      cmdCancel(*this, IDCANCEL) {
+  // Templates come from anywhere; they are looked at here, not run.
+  wbPreview.setPassive(true);
+  connectEvents();
+}
+
+frmQuillet::~frmQuillet() = default;
+
+void frmQuillet::ShowQuillet(bool /*openedFromOnline*/, HWND owner) { showModal(owner); }
+
+void frmQuillet::connectEvents() {
+  lvDWTs.onItemClick = [this] { lvListView_ItemClick(); };
+  cbZoom.onClick = [this] { cboZoom_Click(); };
+  cmdCopytoWeb.onClick = [this] { cmdCopytoWeb_Click(); };
+  cmdDestFolder.onClick = [this] { cmdDestFolder_Click(); };
+  cmdSelect.onClick = [this] { cmdSelect_Click(); };
+  cmdDWTOnline.onClick = [this] { cmdDWTOnline_Click(); };
+  cmdDWTNotes.onClick = [this] { cmdDWTNotes_Click(); };
+  cmdApplyInstructions.onClick = [this] { cmdApplyInstructions_Click(); };
+  cmdHelp.onClick = [this] { cmdHelp_Click(); };
+  cmdAbout.onClick = [this] { cmdAbout_Click(); };
+  cmdCancel.onClick = [this] { cmdCancel_Click(); };
+  wbPreview.onBeforeNavigate2 = [this](const std::wstring& address, bool topFrame, bool& cancel) {
+    wbPreview_BeforeNavigate2(address, topFrame, cancel);
+  };
+  wbPreview.onNavigateError = [this](const std::wstring& address, bool topFrame, bool& cancel) {
+    wbPreview_NavigateError(address, topFrame, cancel);
+  };
+  wbPreview.onDocumentComplete = [this](const std::wstring&, bool topFrame) {
+    if (topFrame) pageLoaded_ = true;
+  };
+}
+
+void frmQuillet::keepEdges() {
+  using namespace forms;
+  keep(lvDWTs, left | top | bottom);
+  keep(lblTitle, left | top | right);
+  keep(xwpPreview, left | top | right | bottom);
+  keep(wbPreview, left | top | right | bottom);
+  for (const Control* each : std::initializer_list<const Control*>{
+           &lblZoom, &cbZoom, &lblDWTDescCaption, &lblDWTPathCaption, &lblDestPathCaption})
+    keep(*each, left | bottom);
+  for (const Label* each : {&lblDWTDesc, &lblDWTPath, &lblDestPath})
+    keep(*each, left | right | bottom);
+  for (const Button* each : {&cmdCopytoWeb, &cmdDestFolder, &cmdDWTNotes, &cmdApplyInstructions,
+                             &cmdSelect, &cmdDWTOnline})
+    keep(*each, top | right);
+  for (const Button* each : {&cmdHelp, &cmdAbout, &cmdCancel}) keep(*each, right | bottom);
+}
+
+void frmQuillet::Form_Load() {
+  try {
+    start();
+  } catch (...) {
+    startFailed(errors::current());
+  }
+}
+
+void frmQuillet::start() {
+  keepEdges();
+  modCommon::InitLog();
+  commonPath_ = modCommon::commonPath();
+  RestoreWindowPlacementSetting(hwnd(), module::title, settings::general, settings::placement);
+  writeVersions();
+
+  for (const long percent : {50, 75, 100}) cbZoom.add(std::to_wstring(percent) + L"%", percent);
+  enableTemplateButtons(false);
+  cbZoom.setEnabled(false);
+  navigate(forms::WebBrowser::blankPage);
+  destination_.clear();
+  cbZoom.select(2);
+  // A scan may take long: it is watched, and can be cancelled, on the screen.
+  showNow();
+  ListTemplates();
+}
+
+void frmQuillet::writeVersions() const {
+  WriteLog(L"Quillet started...");
+  WriteLog(L"Quillet ver.: " + versionText() + L" for FrontPage 2003");
+  WriteLog(L"FP ver.: " + host_.version());
+  WriteLog(L"OS: " + modCommon::GetOSVersionText());
+}
+
+void frmQuillet::startFailed(const Error& error) {
+  switch (error.number()) {
+    case errors::cannotCreateObject:
+      message(componentsMissing, MB_ICONHAND);
+      unload();
+      return;
+    case errors::cancelled:
+      message(errors::descriptionOf(errors::cancelled), MB_ICONINFORMATION);
+      return;
+    default:
+      modCommon::reportFormError(L"Form_Load", name(), error);
+  }
+}
+
+void frmQuillet::Form_Unload() {
+  SaveWindowPlacementSetting(hwnd(), module::title, settings::general, settings::placement);
+  WriteLog(L"Quillet unloaded successfully.");
+  WriteLog(modCommon::logSeparator);
+}
+
+bool frmQuillet::preTranslate(MSG& message) { return wbPreview.preTranslate(message); }
+
+// The list
+
+void frmQuillet::ListTemplates() {
+  lvDWTs.clear();
+  enableTemplateButtons(false);
+  try {
+    const Scanning scanning(*this);
+    TemplateScan(*this).ListTemplates();
+  } catch (...) {
+    // What was listed before the cancellation can be used.
+    showList();
+    throw;
+  }
+  showList();
+}
+
+void frmQuillet::showList() {
+  if (lvDWTs.count() == 0) {
+    clearPreview();
+    return;
+  }
+  enableTemplateButtons(true);
+  lvDWTs.autoSizeColumn();
+  lvDWTs.select(0);
+  lvListView_ItemClick();
+}
+
+void frmQuillet::clearPreview() {
+  xwpPreview.clear();
+  cbZoom.setEnabled(false);
+  lblDWTDesc.setText(L"");
+  lblDWTPath.setText(L"");
+  lblTitle.setText(emptyHeading);
+  navigate(forms::WebBrowser::blankPage);
+}
+
+void frmQuillet::enableTemplateButtons(bool enabled) {
+  for (forms::Button* each : {&cmdCopytoWeb, &cmdDestFolder, &cmdApplyInstructions, &cmdDWTNotes})
+    each->setEnabled(enabled);
+}
+
+bool frmQuillet::keepGoing() {
+  forms::yieldToMessages();
+  return cancelFlag_ && !isUnloaded();
+}
+
+void frmQuillet::add(const TemplateEntry& entry) {
+  lvDWTs.add({entry.key, entry.title, entry.folder, entry.folder});
+}
+
+void frmQuillet::showNotReady(const std::wstring& text) { message(text, MB_ICONHAND); }
+
+void frmQuillet::showWaitCursor(bool shown) noexcept {
+  if (shown)
+    wait_.emplace();
+  else
+    wait_.reset();
+}
+
+// The preview
+
+void frmQuillet::lvListView_ItemClick() {
+  handle(L"lvListView_ItemClick", [this] {
+    const int index = lvDWTs.selected();
+    if (index < 0) return;
+    const forms::ListRow row = lvDWTs.row(index);
+    if (modCommon::fileExists(row.key)) showTemplate(row);
+  });
+}
+
+void frmQuillet::showTemplate(const forms::ListRow& row) {
+  const std::wstring fileName(text::afterLast(row.key, L'\\'));
+  const Preview preview =
+      previewOf(row.key, GetDWTInfo(modCommon::withBackslash(row.tag), templateBaseName(fileName)));
+  lblDWTDesc.setText(preview.description);
+  lblDWTDesc.setToolTip(preview.description);
+  cmdDWTNotes.tag = preview.notes;
+  lblDWTPath.setText(wrappable(row.tag));
+  lblDWTPath.setToolTip(row.tag);
+  showPreview(preview);
+}
+
+void frmQuillet::showPreview(const Preview& preview) {
+  lblTitle.setText(preview.heading);
+  try {
+    if (preview.isImage)
+      showPicture(preview.file);
+    else
+      showPage(preview.file);
+  } catch (...) {
+    showPreviewError();
+    throw;
+  }
+}
+
+void frmQuillet::showPicture(const std::wstring& file) {
+  showPlace(true);
+  xwpPreview.load(file);
+  cbZoom.setEnabled(true);
+  applyZoom();
+}
+
+void frmQuillet::showPage(const std::wstring& file) {
+  navigate(isEmptyFile(file) ? forms::WebBrowser::blankPage : file);
+  showPlace(false);
+  cbZoom.setEnabled(false);
+}
+
+void frmQuillet::showPreviewError() {
+  xwpPreview.clear();
+  cbZoom.setEnabled(false);
+  wbPreview.setBodyHtml(previewErrorPage, previewErrorText);
+  showPlace(false);
+}
+
+// Picture and page share one place.
+void frmQuillet::showPlace(bool picture) {
+  xwpPreview.setVisible(picture);
+  wbPreview.setVisible(!picture);
+}
+
+void frmQuillet::navigate(const std::wstring& address) {
+  page_ = address;
+  pageLoaded_ = false;
+  wbPreview.navigate(address);
+}
+
+// The preview shows its template and nothing else: a link that is followed in it goes nowhere.
+// Frames may load what they belong to, until the page is there.
+void frmQuillet::wbPreview_BeforeNavigate2(const std::wstring& address, bool topFrame,
+                                           bool& cancel) {
+  handle(L"wbPreview_BeforeNavigate2",
+         [&] { cancel = topFrame ? !isSamePage(address, page_) : pageLoaded_; });
+}
+
+// No page of the browser's own about the error: a blank one that says so.
+void frmQuillet::wbPreview_NavigateError(const std::wstring& address, bool topFrame, bool& cancel) {
+  handle(L"wbPreview_NavigateError", [&] {
+    if (!topFrame || isSamePage(address, forms::WebBrowser::blankPage)) return;
+    cancel = true;
+    navigate(forms::WebBrowser::blankPage);
+    wbPreview.setBodyHtml(previewErrorPage, previewErrorText);
+  });
+}
+
+void frmQuillet::cboZoom_Click() {
+  handle(L"cboZoom_Click", [this] {
+    if (lvDWTs.count() == 0 || !xwpPreview.hasPicture()) return;
+    xwpPreview.load(xwpPreview.path());
+    applyZoom();
+  });
+}
+
+void frmQuillet::applyZoom() {
+  const SIZE natural = xwpPreview.naturalSize();
+  const long percent = cbZoom.selectedData();
+  xwpPreview.setPictureSize({zoomed(natural.cx, percent), zoomed(natural.cy, percent)});
+}
+
+// The destination
+
+void frmQuillet::cmdDestFolder_Click() {
+  handle(L"cmdDestFolder_Click", [this] {
+    const auto web = host_.activeWeb();
+    if (!web) return;
+    offerDefaultFolder(*web);
+    WriteLog(L"Setting destination folder...");
+    if (SelectWebFolder(*web, destination_, true, true, hwnd())) {
+      const auto folder = web->locateFolder(destination_);
+      lblDestPath.setText(folder ? folder->url() : destination_);
+      WriteLog(L"Destination folder set to: " + lblDestPath.text());
+    } else {
+      destination_ = lblDestPath.text();
+      WriteLog(L"Setting destination folder operation cancelled.");
+    }
+  });
+}
+
+void frmQuillet::offerDefaultFolder(const HostWeb& web) {
+  if (destination_ != defaultDestination(web.url()) || web.locateFolder(destination_)) return;
+  if (showMessage(hwnd(), createDefaultQuestion, MB_ICONQUESTION | MB_YESNO) == IDYES)
+    web.createFolder(defaultWebFolder);
+  else
+    destination_.clear();
+}
+
+// Copying
+
+void frmQuillet::cmdCopytoWeb_Click() {
+  handle(L"cmdCopytoWeb_Click", [this] {
+    const auto web = host_.activeWeb();
+    if (!web) return;
+    const int selected = lvDWTs.selected();
+    const forms::ListRow row = selected < 0 ? forms::ListRow() : lvDWTs.row(selected);
+    if (selected >= 0 && isSamePlace(row.tag, destination_)) {
+      showMessage(hwnd(), samePlaceMessage(row.tag), MB_ICONHAND);
+      return;
+    }
+    if (lvDWTs.count() == 0) {
+      message(nothingToCopy, MB_ICONINFORMATION);
+      return;
+    }
+    if (destination_.empty() && !askForDefault(*web)) return;
+    copyTo(*web, row);
+  });
+}
+
+bool frmQuillet::askForDefault(const HostWeb& web) {
+  const std::wstring url = web.url();
+  if (message(copyToDefaultQuestion(url), MB_ICONQUESTION | MB_YESNO) != IDYES) return false;
+  destination_ = defaultDestination(url);
+  return true;
+}
+
+void frmQuillet::copyTo(const HostWeb& web, const forms::ListRow& row) {
+  const auto located = web.locateFolder(destination_);
+  const HostFolder folder = located ? *located : web.createFolder(destination_);
+  WriteLog(L"Copying folder to the following path : " + destination_);
+  if (!frmCopyToWeb().CopyTemplateFolder(folder.url(), {row.text, row.tag}, hwnd())) return;
+  if (lvDWTs.count() == 0) {
+    cmdCopytoWeb.setEnabled(false);
+    cmdDestFolder.setEnabled(false);
+  }
+  xwpPreview.clear();
+  unload();
+}
+
+// The other windows
+
+void frmQuillet::cmdSelect_Click() {
+  handle(L"cmdSelect_Click", [this] {
+    bringToFront();
+    if (ShowFolderDialog(hwnd())) ListTemplates();
+    const bool any = lvDWTs.count() > 0;
+    for (forms::Button* each : {&cmdCopytoWeb, &cmdDestFolder, &cmdApplyInstructions})
+      each->setEnabled(any);
+  });
+}
+
+void frmQuillet::bringToFront() {
+  modCommon::SetHostProgID(host_.version());
+  modCommon::BringHostToTop();
+  BringWindowToTop(hwnd());
+}
+
+void frmQuillet::cmdDWTOnline_Click() {
+  handle(L"cmdDWTOnline_Click", [this] { WriteLog(L"DWT Online is not available yet."); });
+}
+
+// New templates join the list; the folders that are listed already are not scanned again.
+void frmQuillet::takeDownloads() {
+  {
+    const Scanning scanning(*this);
+    TemplateScan(*this).ScanFolder(
+        settings::GetSetting(settings::general, settings::downloadFolder));
+  }
+  lvDWTs.autoSizeColumn();
+  if (lvDWTs.selected() < 0 && lvDWTs.count() > 0) lvDWTs.select(0);
+  lvListView_ItemClick();
+  enableTemplateButtons(true);
+}
+
+void frmQuillet::cmdDWTNotes_Click() {
+  handle(L"cmdDWTNotes_Click",
+         [this] { modCommon::ShowQuickHelp(cmdDWTNotes.tag, L"DWTNotes", hwnd()); });
+}
+
+void frmQuillet::cmdApplyInstructions_Click() {
+  handle(L"cmdApplyInstructions_Click", [this] { modCommon::ShowHelp(L"HowToApply", {}, hwnd()); });
+}
+
+void frmQuillet::cmdHelp_Click() {
+  handle(L"cmdHelp_Click", [this] { modCommon::ShowHelp(L"Quillet", {}, hwnd()); });
+}
+
+void frmQuillet::cmdAbout_Click() {
+  handle(L"cmdAbout_Click_Error", [this] { frmAbout().ShowAbout(hwnd()); });
+}
+
+// During a scan it stops the scan: the window stays, with what was listed. Otherwise it closes.
+void frmQuillet::cmdCancel_Click() {
+  handle(L"cmdCancel_Click", [this] {
+    cancelFlag_ = false;
+    if (!scanning_) unload();
+  });
+}

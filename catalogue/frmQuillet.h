@@ -1,0 +1,114 @@
+// "Dynamic Web Template Browser": lists the templates, previews the selected one and copies it into
+// the open web.
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+
+#include "addin/host/HostApplication.h"
+#include "catalogue/Preview.h"
+#include "catalogue/TemplateScan.h"
+#include "common/forms/Form.h"
+#include "common/forms/ListView.h"
+#include "common/forms/PictureBox.h"
+#include "common/forms/WebBrowser.h"
+#include "common/forms/controls.h"
+
+class frmQuillet : public forms::Form, private TemplateScanView {
+ public:
+  explicit frmQuillet(HostApplication& host);
+  ~frmQuillet() override;
+
+  // Modal over `owner`. The first argument tells whether the online catalogue was left for this
+  // window; both ways open the same window.
+  void ShowQuillet(bool openedFromOnline, HWND owner);
+
+ private:
+  class Scanning;
+
+  void Form_Load() override;
+  void Form_Unload() override;
+  bool preTranslate(MSG& message) override;
+
+  // The scan's view of this window.
+  bool keepGoing() override;
+  bool isListed(std::wstring_view key) override { return lvDWTs.hasKey(key); }
+  void add(const TemplateEntry& entry) override;
+  int count() override { return lvDWTs.count(); }
+  void showNotReady(const std::wstring& message) override;
+  void showWaitCursor(bool shown) noexcept override;
+
+  void lvListView_ItemClick();
+  void cboZoom_Click();
+  void cmdCopytoWeb_Click();
+  void cmdDestFolder_Click();
+  void cmdSelect_Click();
+  void cmdDWTOnline_Click();
+  void cmdDWTNotes_Click();
+  void cmdApplyInstructions_Click();
+  void cmdHelp_Click();
+  void cmdAbout_Click();
+  void cmdCancel_Click();
+  void wbPreview_BeforeNavigate2(const std::wstring& address, bool topFrame, bool& cancel);
+  void wbPreview_NavigateError(const std::wstring& address, bool topFrame, bool& cancel);
+
+  void connectEvents();
+  void keepEdges();
+  void start();
+  void startFailed(const Error& error);
+  void writeVersions() const;
+  void bringToFront();
+
+  void ListTemplates();
+  void showList();
+  void clearPreview();
+  void enableTemplateButtons(bool enabled);
+
+  void showTemplate(const forms::ListRow& row);
+  void showPreview(const Preview& preview);
+  void showPicture(const std::wstring& file);
+  void showPage(const std::wstring& file);
+  void showPreviewError();
+  void showPlace(bool picture);
+  void navigate(const std::wstring& address);
+  void applyZoom();
+
+  void offerDefaultFolder(const HostWeb& web);
+  bool askForDefault(const HostWeb& web);
+  void copyTo(const HostWeb& web, const forms::ListRow& row);
+  void takeDownloads();
+
+  HostApplication& host_;
+  std::wstring commonPath_;
+  std::wstring destination_;  // empty: not chosen
+  bool cancelFlag_ = true;    // cleared, an enumeration stops at its next check
+  bool scanning_ = false;
+  std::optional<forms::WaitCursor> wait_;
+  std::wstring page_;  // what wbPreview was sent to
+  bool pageLoaded_ = false;
+
+  forms::Label lblDWTs;
+  forms::ListView lvDWTs;
+  forms::Label lblTitle;
+  forms::PictureBox xwpPreview;
+  forms::WebBrowser wbPreview;
+  forms::Label lblZoom;
+  forms::ComboBox cbZoom;
+  forms::Label lblDWTDescCaption;
+  forms::Label lblDWTDesc;
+  forms::Label lblDWTPathCaption;
+  forms::Label lblDWTPath;
+  forms::Label lblDestPathCaption;
+  forms::Label lblDestPath;
+  forms::Button cmdCopytoWeb;
+  forms::Button cmdDestFolder;
+  forms::Button cmdDWTNotes;
+  forms::Button cmdApplyInstructions;
+  forms::Button cmdSelect;
+  forms::Button cmdDWTOnline;
+  forms::Button cmdHelp;
+  forms::Button cmdAbout;
+  forms::Button cmdCancel;
+};
