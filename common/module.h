@@ -16,6 +16,9 @@ void setInstance(HINSTANCE instance) noexcept;
 // The module whose resources hold the dialogs, bitmaps and the version.
 HINSTANCE instance() noexcept;
 
+// The module's file.
+std::wstring path();
+
 // The folder the module's file stands in, ending in a backslash.
 std::wstring folder();
 

@@ -1,0 +1,17 @@
+// What the two menu entries open.
+#pragma once
+
+#include <windows.h>
+
+#include "addin/host/HostApplication.h"
+
+namespace commands {
+
+// The template browser, modal to `owner`. Needs an open web.
+void browseTemplates(HostApplication& host, HWND owner);
+
+// How the online catalogue was left.
+enum class OnlineResult { closed = 0, browseDownloads = 2 };
+OnlineResult openOnlineCatalogue(HostApplication& host, HWND owner);
+
+}  // namespace commands

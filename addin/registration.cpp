@@ -1,0 +1,235 @@
+#include "addin/registration.h"
+
+#include <iterator>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <objbase.h>
+
+#include "addin/identity.h"
+#include "common/errors.h"
+#include "common/handles.h"
+#include "common/module.h"
+#include "common/text.h"
+
+namespace registration {
+namespace {
+
+// A module's path may hold characters that the code page lacks, so all of this is wide.
+struct KeyTraits {
+  using type = HKEY;
+  static type none() noexcept { return nullptr; }
+  static void close(type key) noexcept { RegCloseKey(key); }
+};
+using Key = handles::Unique<KeyTraits>;
+
+// A key and what stands in it.
+struct Data {
+  DWORD type = REG_NONE;
+  std::vector<BYTE> bytes;
+};
+struct Entry {
+  HKEY root;
+  std::wstring key;
+  std::wstring name;         // empty: the key's unnamed value
+  std::optional<Data> data;  // nothing: the key alone
+};
+
+Data string(const std::wstring& value) {
+  const auto* first = reinterpret_cast<const BYTE*>(value.c_str());
+  return {REG_SZ, {first, first + (value.size() + 1) * sizeof(wchar_t)}};
+}
+
+Data number(DWORD value) {
+  const auto* first = reinterpret_cast<const BYTE*>(&value);
+  return {REG_DWORD, {first, first + sizeof value}};
+}
+
+std::wstring guidText(const GUID& guid) {
+  wchar_t text[40] = {};
+  StringFromGUID2(guid, text, static_cast<int>(std::size(text)));
+  return text;
+}
+
+// The interface in the type library is the host's, whose own registration must stay what it is:
+// that is why the keys are written here, and not by the system's type library services.
+std::vector<Entry> entries(Scope scope) {
+  const HKEY root = scope == Scope::machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
+  const std::wstring classes = L"Software\\Classes\\";
+  const std::wstring classId = guidText(identity::classId);
+  const std::wstring libraryId = guidText(identity::typeLibraryId);
+  const std::wstring clsid = classes + L"CLSID\\" + classId;
+  const std::wstring progId = classes + identity::programId;
+  const std::wstring library = classes + L"TypeLib\\" + libraryId + L"\\" + identity::version;
+  const std::wstring addIn =
+      std::wstring(L"Software\\Microsoft\\Office\\FrontPage\\Addins\\") + identity::programId;
+  std::wstring folder = module::folder();
+  folder.pop_back();
+
+  return {
+      {root, clsid, L"", string(identity::description)},
+      {root, clsid + L"\\InprocServer32", L"", string(module::path())},
+      {root, clsid + L"\\InprocServer32", L"ThreadingModel", string(L"Apartment")},
+      {root, clsid + L"\\ProgID", L"", string(identity::programId)},
+      {root, clsid + L"\\Programmable", L"", std::nullopt},
+      {root, clsid + L"\\TypeLib", L"", string(libraryId)},
+      {root, clsid + L"\\Version", L"", string(identity::version)},
+      {root, progId, L"", string(identity::description)},
+      {root, progId + L"\\CLSID", L"", string(classId)},
+      {root, library, L"", string(identity::description)},
+      {root, library + L"\\0\\win32", L"", string(module::path())},
+      {root, library + L"\\FLAGS", L"", string(L"0")},
+      {root, library + L"\\HELPDIR", L"", string(folder)},
+      {HKEY_CURRENT_USER, addIn, L"FriendlyName", string(identity::friendlyName)},
+      {HKEY_CURRENT_USER, addIn, L"Description", string(identity::description)},
+      {HKEY_CURRENT_USER, addIn, L"LoadBehavior", number(3)},
+      {HKEY_CURRENT_USER, addIn, L"CommandLineSafe", number(0)},
+  };
+}
+
+Key open(HKEY root, const std::wstring& path, REGSAM access) noexcept {
+  HKEY key = nullptr;
+  if (RegOpenKeyExW(root, path.c_str(), 0, access, &key) != ERROR_SUCCESS) return Key();
+  return Key(key);
+}
+
+bool isEmpty(HKEY key) noexcept {
+  DWORD keys = 0;
+  DWORD values = 0;
+  return RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr,
+                          nullptr, nullptr, nullptr) == ERROR_SUCCESS &&
+         keys == 0 && values == 0;
+}
+
+// Deletes the key when nothing is in it, then the keys above it that are left empty, down to the
+// system's own first levels.
+LONG prune(HKEY root, std::wstring path) {
+  for (;;) {
+    const auto above = path.rfind(L'\\');
+    if (above == path.npos || path == L"Software\\Classes") return ERROR_SUCCESS;
+    const Key key = open(root, path, KEY_READ);
+    if (key && !isEmpty(key.get())) return ERROR_SUCCESS;
+    if (key) {
+      const LONG deleted = RegDeleteKeyW(root, path.c_str());
+      if (deleted != ERROR_SUCCESS) return deleted;
+    }
+    path.resize(above);
+  }
+}
+
+std::optional<Data> read(HKEY key, const std::wstring& name) {
+  Data data;
+  DWORD size = 0;
+  if (RegQueryValueExW(key, name.c_str(), nullptr, &data.type, nullptr, &size) != ERROR_SUCCESS)
+    return std::nullopt;
+  data.bytes.resize(size);
+  if (RegQueryValueExW(key, name.c_str(), nullptr, &data.type, data.bytes.data(), &size) !=
+      ERROR_SUCCESS)
+    return std::nullopt;
+  return data;
+}
+
+LONG write(HKEY key, const std::wstring& name, const Data& data) noexcept {
+  return RegSetValueExW(key, name.c_str(), 0, data.type, data.bytes.data(),
+                        static_cast<DWORD>(data.bytes.size()));
+}
+
+// Writes entries and takes everything back unless told to keep it.
+class Transaction {
+ public:
+  Transaction() = default;
+  ~Transaction() {
+    while (!undo_.empty()) {
+      takeBack(undo_.back());
+      undo_.pop_back();
+    }
+  }
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+
+  LONG put(const Entry& entry) {
+    rememberMissingKeys(entry);
+    HKEY created = nullptr;
+    const LONG result = RegCreateKeyExW(entry.root, entry.key.c_str(), 0, nullptr, 0,
+                                        KEY_READ | KEY_WRITE, nullptr, &created, nullptr);
+    if (result != ERROR_SUCCESS) return result;
+    const Key key(created);
+    if (!entry.data) return ERROR_SUCCESS;
+    undo_.push_back({false, {entry.root, entry.key, entry.name, read(key.get(), entry.name)}});
+    return write(key.get(), entry.name, *entry.data);
+  }
+
+  void keep() noexcept { undo_.clear(); }
+
+ private:
+  struct Step {
+    bool isNewKey;
+    Entry before;
+  };
+
+  void rememberMissingKeys(const Entry& entry) {
+    std::wstring path;
+    for (const auto& level : text::split(entry.key, L'\\')) {
+      path += path.empty() ? level : L'\\' + level;
+      if (!open(entry.root, path, KEY_READ))
+        undo_.push_back({true, {entry.root, path, {}, std::nullopt}});
+    }
+  }
+
+  static void takeBack(const Step& step) noexcept {
+    const Entry& before = step.before;
+    if (step.isNewKey) {
+      RegDeleteKeyW(before.root, before.key.c_str());
+      return;
+    }
+    const Key key = open(before.root, before.key, KEY_READ | KEY_WRITE);
+    if (!key) return;
+    if (before.data)
+      write(key.get(), before.name, *before.data);
+    else
+      RegDeleteValueW(key.get(), before.name.c_str());
+  }
+
+  std::vector<Step> undo_;
+};
+
+LONG removeEntry(const Entry& entry) {
+  HKEY opened = nullptr;
+  LONG result = RegOpenKeyExW(entry.root, entry.key.c_str(), 0, KEY_READ | KEY_WRITE, &opened);
+  const Key key(opened);
+  if (result == ERROR_SUCCESS && entry.data)
+    result = RegDeleteValueW(key.get(), entry.name.c_str());
+  if (result != ERROR_SUCCESS && result != ERROR_FILE_NOT_FOUND) return result;
+  return prune(entry.root, entry.key);
+}
+
+}  // namespace
+
+LONG add(Scope scope) noexcept {
+  try {
+    Transaction transaction;
+    for (const Entry& entry : entries(scope))
+      if (const LONG result = transaction.put(entry); result != ERROR_SUCCESS) return result;
+    transaction.keep();
+    return ERROR_SUCCESS;
+  } catch (...) {
+    return ERROR_OUTOFMEMORY;
+  }
+}
+
+LONG remove(Scope scope) noexcept {
+  try {
+    LONG outcome = ERROR_SUCCESS;
+    for (const Entry& entry : entries(scope)) {
+      const LONG result = removeEntry(entry);
+      if (outcome == ERROR_SUCCESS) outcome = result;
+    }
+    return outcome;
+  } catch (...) {
+    return ERROR_OUTOFMEMORY;
+  }
+}
+
+}  // namespace registration
