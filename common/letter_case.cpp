@@ -24,6 +24,7 @@ bool beginsIgnoringCase(std::wstring_view value, std::wstring_view beginning) {
 
 std::wstring replaceIgnoringCase(std::wstring_view value, std::wstring_view what,
                                  std::wstring_view with) {
+  if (what.empty()) return std::wstring(value);
   const std::wstring lowered = toLower(value);
   const std::wstring wanted = toLower(what);
   std::wstring result;

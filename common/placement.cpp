@@ -1,5 +1,7 @@
 #include "common/placement.h"
 
+#include <algorithm>
+
 #include "common/RegKey.h"
 #include "common/handles.h"
 #include "common/settings.h"
@@ -26,19 +28,12 @@ bool read(std::wstring_view application, std::wstring_view section, std::wstring
          key.QueryValueEx(name, sizeof record, type, bytesOf(record));
 }
 
-// How far to shift the span so that it begins and, if it fits, ends within the limits.
-LONG shiftInto(LONG begin, LONG end, LONG lowest, LONG highest) noexcept {
-  if (end - begin > highest - lowest || begin < lowest) return lowest - begin;
-  return end > highest ? highest - end : 0;
-}
+// Window messages carry 16-bit coordinates: no window was ever beyond them.
+bool isPossible(LONG coordinate) noexcept { return coordinate == static_cast<SHORT>(coordinate); }
 
-// Far outside any desktop, and small enough to add and subtract.
-bool isSane(LONG coordinate) noexcept { return coordinate > -1000000 && coordinate < 1000000; }
-
-bool isSane(const RECT& rectangle) noexcept {
-  return isSane(rectangle.left) && isSane(rectangle.top) && isSane(rectangle.right) &&
-         isSane(rectangle.bottom) && rectangle.left < rectangle.right &&
-         rectangle.top < rectangle.bottom;
+bool isPossible(const RECT& rectangle) noexcept {
+  return isPossible(rectangle.left) && isPossible(rectangle.top) && isPossible(rectangle.right) &&
+         isPossible(rectangle.bottom) && !IsRectEmpty(&rectangle);
 }
 
 MONITORINFO infoOf(HMONITOR monitor) noexcept {
@@ -48,19 +43,29 @@ MONITORINFO infoOf(HMONITOR monitor) noexcept {
   return info;
 }
 
-// A monitor that the record still knows may be gone: the window then opens on the nearest one. The
-// rectangle is in workspace coordinates, which begin at the primary monitor's work area.
-void moveIntoView(RECT& rectangle) noexcept {
+// Shifts the span so that it ends, and above all begins, within the limits.
+void shiftInto(LONG& begin, LONG& end, LONG lowest, LONG highest) noexcept {
+  const LONG length = end - begin;
+  begin = std::max(std::min(begin, highest - length), lowest);
+  end = begin + length;
+}
+
+// The monitor that the window was on may be gone or smaller now.
+void bringIntoView(RECT& window) noexcept {
+  const RECT area = infoOf(MonitorFromRect(&window, MONITOR_DEFAULTTONEAREST)).rcWork;
+  if (window.right - window.left > GetSystemMetrics(SM_CXVIRTUALSCREEN))
+    window.right = window.left + (area.right - area.left);
+  if (window.bottom - window.top > GetSystemMetrics(SM_CYVIRTUALSCREEN))
+    window.bottom = window.top + (area.bottom - area.top);
+  if (MonitorFromRect(&window, MONITOR_DEFAULTTONULL)) return;
+  shiftInto(window.left, window.right, area.left, area.right);
+  shiftInto(window.top, window.bottom, area.top, area.bottom);
+}
+
+// Workspace coordinates begin at the primary monitor's work area instead of its corner.
+POINT workspaceOrigin() noexcept {
   const MONITORINFO primary = infoOf(MonitorFromPoint({0, 0}, MONITOR_DEFAULTTOPRIMARY));
-  const POINT offset = {primary.rcWork.left - primary.rcMonitor.left,
-                        primary.rcWork.top - primary.rcMonitor.top};
-  RECT onScreen = rectangle;
-  OffsetRect(&onScreen, offset.x, offset.y);
-  if (MonitorFromRect(&onScreen, MONITOR_DEFAULTTONULL)) return;
-  const MONITORINFO nearest = infoOf(MonitorFromRect(&onScreen, MONITOR_DEFAULTTONEAREST));
-  OffsetRect(&rectangle,
-             shiftInto(onScreen.left, onScreen.right, nearest.rcWork.left, nearest.rcWork.right),
-             shiftInto(onScreen.top, onScreen.bottom, nearest.rcWork.top, nearest.rcWork.bottom));
+  return {primary.rcWork.left - primary.rcMonitor.left, primary.rcWork.top - primary.rcMonitor.top};
 }
 
 }  // namespace
@@ -81,9 +86,13 @@ bool RestoreWindowPlacementSetting(HWND window, std::wstring_view application,
   PlacementRecord record = {};
   if (!read(application, section, name, record)) return false;
   if (record.pixelsPerInch != screenResolution()) return false;
-  if (!isSane(record.placement.rcNormalPosition)) return false;
+  RECT& rectangle = record.placement.rcNormalPosition;
+  if (!isPossible(rectangle)) return false;
+  const POINT origin = workspaceOrigin();
+  OffsetRect(&rectangle, origin.x, origin.y);
+  bringIntoView(rectangle);
+  OffsetRect(&rectangle, -origin.x, -origin.y);
   record.placement.length = sizeof record.placement;
   record.placement.showCmd = SW_HIDE;
-  moveIntoView(record.placement.rcNormalPosition);
   return SetWindowPlacement(window, &record.placement) != FALSE;
 }

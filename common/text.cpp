@@ -10,6 +10,7 @@ std::wstring trimBlanks(std::wstring_view value) {
 }
 
 std::wstring replaceAll(std::wstring_view value, std::wstring_view what, std::wstring_view with) {
+  if (what.empty()) return std::wstring(value);
   std::wstring result;
   std::size_t done = 0;
   for (auto hit = value.find(what); hit != value.npos; hit = value.find(what, done)) {

@@ -10,7 +10,8 @@ namespace text {
 // Without the blanks (U+0020, nothing else) at both ends.
 std::wstring trimBlanks(std::wstring_view value);
 
-// Every occurrence of `what` (not empty) becomes `with`; the replaced text is not looked at again.
+// Every occurrence of `what` becomes `with`; the replaced text is not looked at again. An empty
+// `what` occurs nowhere.
 std::wstring replaceAll(std::wstring_view value, std::wstring_view what, std::wstring_view with);
 
 // What stands before the first NUL character.

@@ -1,0 +1,395 @@
+#include "common/paths.h"
+
+#include <string>
+#include <vector>
+
+#include "common/errors.h"
+#include "common/handles.h"
+#include "tests/support/ImportPatch.h"
+#include "tests/support/ModalDriver.h"
+#include "tests/support/ScratchFolder.h"
+#include "tests/support/text_output.h"
+
+using namespace modCommon;
+
+namespace {
+
+const wchar_t* const refused =
+    L"\r\nInvalid file path or you do not have write permission to this location.";
+
+DWORD refusal = 0;
+
+BOOL WINAPI refuseToMake(LPCWSTR, LPSECURITY_ATTRIBUTES) {
+  SetLastError(refusal);
+  return FALSE;
+}
+
+HANDLE WINAPI refuseToOpen(LPCWSTR, DWORD, DWORD, LPSECURITY_ATTRIBUTES, DWORD, DWORD, HANDLE) {
+  SetLastError(refusal);
+  return INVALID_HANDLE_VALUE;
+}
+
+BOOL WINAPI refuseToWrite(HANDLE, LPCVOID, DWORD, LPDWORD, LPOVERLAPPED) {
+  SetLastError(refusal);
+  return FALSE;
+}
+
+BOOL WINAPI writeHalf(HANDLE, LPCVOID, DWORD length, LPDWORD written, LPOVERLAPPED) {
+  *written = length / 2;
+  return TRUE;
+}
+
+BOOL WINAPI refuseToDelete(LPCWSTR) {
+  SetLastError(ERROR_ACCESS_DENIED);
+  return FALSE;
+}
+
+std::wstring written;  // what the probe wrote, and under which name
+std::wstring deleted;
+
+BOOL WINAPI recordDeletion(LPCWSTR name) {
+  deleted = name;
+  const handles::File file(
+      CreateFileW(name, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+  char bytes[64] = {};
+  DWORD length = 0;
+  ReadFile(file.get(), bytes, sizeof bytes, &length, nullptr);
+  written.assign(bytes, bytes + length);
+  return TRUE;
+}
+
+std::vector<std::wstring> opened;
+decltype(&CreateFileW) realCreateFile = nullptr;
+
+HANDLE WINAPI firstNameIsTaken(LPCWSTR name, DWORD access, DWORD share,
+                               LPSECURITY_ATTRIBUTES security, DWORD disposition, DWORD flags,
+                               HANDLE pattern) {
+  opened.emplace_back(name);
+  if (opened.size() == 1) {
+    SetLastError(ERROR_FILE_EXISTS);
+    return INVALID_HANDLE_VALUE;
+  }
+  return realCreateFile(name, access, share, security, disposition, flags, pattern);
+}
+
+UINT modeWhileMaking = 0;
+
+BOOL WINAPI recordErrorMode(LPCWSTR, LPSECURITY_ATTRIBUTES) {
+  modeWhileMaking = SetErrorMode(0);
+  SetErrorMode(modeWhileMaking);
+  return TRUE;
+}
+
+// The box that the making of a folder shows when the system refuses with this code.
+ShownBox boxFor(DWORD code, const std::wstring& path) {
+  ModalDriver driver;
+  refusal = code;
+  ImportPatch patch(nullptr, "kernel32.dll", "CreateDirectoryW", refuseToMake);
+  CHECK_FALSE(CreateFolderPath(path));
+  REQUIRE(driver.boxes().size() == 1);
+  return driver.boxes().front();
+}
+
+// The same for the test of a folder.
+ShownBox probeBoxFor(DWORD code, const std::wstring& folder) {
+  ModalDriver driver;
+  refusal = code;
+  ImportPatch patch(nullptr, "kernel32.dll", "CreateFileW", refuseToOpen);
+  CHECK_FALSE(CanWriteToFolder(folder));
+  REQUIRE(driver.boxes().size() == 1);
+  return driver.boxes().front();
+}
+
+}  // namespace
+
+TEST_CASE("an empty file name and one of blanks are not valid") {
+  CHECK_FALSE(IsValidFileName(L""));
+  CHECK_FALSE(IsValidFileName(L"   "));
+}
+
+TEST_CASE("a file name with a point and an inner blank is valid") {
+  CHECK(IsValidFileName(L"my page.htm"));
+  CHECK(IsValidFileName(L"  my page.htm  "));
+  CHECK(IsValidFileName(L"\u00e4\u0416'#%&"));
+}
+
+TEST_CASE("a file name with any of the nine forbidden characters is not valid") {
+  for (const wchar_t forbidden : std::wstring(L"\\/:*?<>|\"")) {
+    const std::wstring character(1, forbidden);
+    CAPTURE(character);
+    CHECK_FALSE(IsValidFileName(L"a" + character + L"b"));
+    CHECK_FALSE(IsValidFileName(character));
+    CHECK_FALSE(IsValidFileName(L"ab" + character));
+  }
+}
+
+TEST_CASE("a folder path with several missing levels is made whole") {
+  ScratchFolder scratch;
+  CHECK(CreateFolderPath(scratch / L"one\\two words\\dr\u00e4\u0416"));
+  CHECK(scratch.tree() == std::vector<std::wstring>{L"one\\", L"one\\two words\\",
+                                                    L"one\\two words\\dr\u00e4\u0416\\"});
+}
+
+TEST_CASE("a folder path with a trailing backslash is made whole") {
+  ScratchFolder scratch;
+  CHECK(CreateFolderPath(scratch / L"one\\two\\"));
+  CHECK(scratch.exists(L"one\\two"));
+}
+
+TEST_CASE("an existing folder path is answered with true and nothing is made") {
+  ScratchFolder scratch;
+  scratch.makeFolder(L"one\\two");
+  ModalDriver driver;
+  refusal = ERROR_ACCESS_DENIED;
+  ImportPatch patch(nullptr, "kernel32.dll", "CreateDirectoryW", refuseToMake);
+  CHECK(CreateFolderPath(scratch / L"one\\two"));
+  CHECK(CreateFolderPath(scratch / L"one\\two\\"));
+  CHECK(CreateFolderPath(L"C:\\"));
+  CHECK(driver.boxes().empty());
+}
+
+TEST_CASE("hidden and system folders on the way count as existing") {
+  ScratchFolder scratch;
+  const std::wstring hidden = scratch.makeFolder(L"hidden");
+  SetFileAttributesW(hidden.c_str(), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
+  ModalDriver driver;
+  CHECK(CreateFolderPath(hidden + L"\\new"));
+  CHECK(scratch.exists(L"hidden\\new"));
+  CHECK(driver.boxes().empty());
+}
+
+TEST_CASE("a path without a root is answered with true and nothing is made") {
+  ScratchFolder scratch;
+  ModalDriver driver;
+  refusal = ERROR_ACCESS_DENIED;
+  ImportPatch patch(nullptr, "kernel32.dll", "CreateDirectoryW", refuseToMake);
+  for (const auto* path : {L"", L"one\\two", L"C:one\\two", L"one", L".\\one", L"C:"}) {
+    CAPTURE(std::wstring(path));
+    CHECK(CreateFolderPath(path));
+  }
+  CHECK(driver.boxes().empty());
+}
+
+TEST_CASE("a file in the place of a folder is a path access error") {
+  ScratchFolder scratch;
+  scratch.writeFile(L"file.txt", "x");
+  ModalDriver driver;
+  CHECK_FALSE(CreateFolderPath(scratch / L"file.txt"));
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text == scratch / L"file.txt" + refused);
+  CHECK(scratch.readFile(L"file.txt") == "x");
+}
+
+TEST_CASE("a failing folder path is shown in one box with the critical icon and the title") {
+  ScratchFolder scratch;
+  const ShownBox box = boxFor(ERROR_ACCESS_DENIED, scratch / L"a\\b\\c");
+  CHECK(box.title == L"Quillet Viewer");
+  CHECK(box.icon == MB_ICONHAND);
+  CHECK(box.buttons == std::vector<std::wstring>{L"OK"});
+  CHECK(box.text == scratch / L"a\\b\\c" + refused);
+}
+
+TEST_CASE("on a drive without a medium a folder path gives the text of error 71") {
+  ScratchFolder scratch;
+  CHECK(boxFor(ERROR_NOT_READY, scratch / L"a").text ==
+        L"The disk not ready or the path does not exist.");
+}
+
+TEST_CASE("on a drive without a medium the test of a folder gives the text of error 71") {
+  CHECK(probeBoxFor(ERROR_NOT_READY, L"A:").text ==
+        L"The disk not ready or the path does not exist.");
+}
+
+TEST_CASE("a bad name gives the text of error 52") {
+  ScratchFolder scratch;
+  const std::wstring text = L"The disk is not in the drive or the specified path does not exist.";
+  CHECK(boxFor(ERROR_INVALID_NAME, scratch / L"a").text == text);
+  CHECK(boxFor(ERROR_BAD_NETPATH, L"\\\\nowhere\\share\\a").text == text);
+  CHECK(probeBoxFor(ERROR_INVALID_NAME, scratch.path()).text == text);
+}
+
+TEST_CASE("a folder path with wild cards gives the text of error 52") {
+  ScratchFolder scratch;
+  ModalDriver driver;
+  CHECK_FALSE(CreateFolderPath(scratch / L"what*?"));
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text ==
+        L"The disk is not in the drive or the specified path does not exist.");
+  CHECK(scratch.tree().empty());
+}
+
+TEST_CASE("a missing path gives the text of error 76") {
+  ScratchFolder scratch;
+  ModalDriver driver;
+  CHECK_FALSE(CanWriteToFolder(scratch / L"missing"));
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text == L"The path could not be found.");
+  CHECK(boxFor(ERROR_PATH_NOT_FOUND, scratch / L"a").text == L"The path could not be found.");
+}
+
+TEST_CASE("any other error shows its own description") {
+  ScratchFolder scratch;
+  CHECK(boxFor(ERROR_DISK_FULL, scratch / L"a").text == L"Disk full");
+  CHECK(probeBoxFor(ERROR_TOO_MANY_OPEN_FILES, scratch.path()).text == L"Too many files");
+  CHECK(probeBoxFor(ERROR_SHARING_VIOLATION, scratch.path()).text == L"Permission denied");
+}
+
+TEST_CASE("a read-only medium gives the text of error 75 and no file stays behind") {
+  ScratchFolder scratch;
+  CHECK(probeBoxFor(ERROR_WRITE_PROTECT, scratch.path()).text == scratch.path() + refused);
+  CHECK(boxFor(ERROR_WRITE_PROTECT, scratch / L"a").text == scratch / L"a" + refused);
+  CHECK(scratch.tree().empty());
+}
+
+TEST_CASE("a folder that may be written to is answered with true and left empty") {
+  ScratchFolder scratch;
+  ModalDriver driver;
+  const long before = handles::liveCount();
+  CHECK(CanWriteToFolder(scratch.path()));
+  CHECK(scratch.tree().empty());
+  CHECK(driver.boxes().empty());
+  CHECK(handles::liveCount() == before);
+}
+
+TEST_CASE("the test file bears RND and five digits and holds eleven letters") {
+  ScratchFolder scratch;
+  {
+    ImportPatch patch(nullptr, "kernel32.dll", "DeleteFileW", recordDeletion);
+    CHECK(CanWriteToFolder(scratch.path()));
+  }
+  CHECK(written == L"XXXXXXXXXXX");
+  REQUIRE(deleted.size() == scratch.path().size() + 9);
+  CHECK(deleted.substr(0, scratch.path().size() + 4) == scratch.path() + L"\\RND");
+  CHECK(deleted.find_first_not_of(L"0123456789", scratch.path().size() + 4) == deleted.npos);
+}
+
+TEST_CASE("a file that bears the name of the test file is left alone") {
+  ScratchFolder scratch;
+  opened.clear();
+  ImportPatch patch(nullptr, "kernel32.dll", "CreateFileW", firstNameIsTaken);
+  realCreateFile = patch.original<std::remove_pointer_t<decltype(&CreateFileW)>>();
+  CHECK(CanWriteToFolder(scratch.path()));
+  REQUIRE(opened.size() == 2);
+  CHECK(opened[0] != opened[1]);
+}
+
+TEST_CASE("a folder in which every name is taken fails instead of trying for ever") {
+  ScratchFolder scratch;
+  CHECK(probeBoxFor(ERROR_FILE_EXISTS, scratch.path()).text == L"File already exists");
+}
+
+TEST_CASE("a write that fails is shown and leaves no file behind") {
+  ScratchFolder scratch;
+  ModalDriver driver;
+  {
+    refusal = ERROR_DISK_FULL;
+    ImportPatch patch(nullptr, "kernel32.dll", "WriteFile", refuseToWrite);
+    CHECK_FALSE(CanWriteToFolder(scratch.path()));
+  }
+  {
+    ImportPatch patch(nullptr, "kernel32.dll", "WriteFile", writeHalf);
+    CHECK_FALSE(CanWriteToFolder(scratch.path()));
+  }
+  REQUIRE(driver.boxes().size() == 2);
+  CHECK(driver.boxes()[0].text == L"Disk full");
+  CHECK(driver.boxes()[1].text == L"Disk full");
+  CHECK(scratch.tree().empty());
+}
+
+TEST_CASE("a test file that cannot be deleted again is a failure") {
+  ScratchFolder scratch;
+  ModalDriver driver;
+  ImportPatch patch(nullptr, "kernel32.dll", "DeleteFileW", refuseToDelete);
+  CHECK_FALSE(CanWriteToFolder(scratch.path()));
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text == scratch.path() + refused);
+}
+
+TEST_CASE("a failure is shown over the window that asked") {
+  ScratchFolder scratch;
+  const HWND owner = CreateWindowW(L"STATIC", L"owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 200,
+                                   100, nullptr, nullptr, nullptr, nullptr);
+  ModalDriver driver;
+  CHECK_FALSE(CanWriteToFolder(scratch / L"missing", owner));
+  CHECK_FALSE(CreateFolderPath(scratch / L"what?", owner));
+  REQUIRE(driver.boxes().size() == 2);
+  CHECK(driver.boxes()[0].owner == owner);
+  CHECK(driver.boxes()[1].owner == owner);
+  DestroyWindow(owner);
+}
+
+TEST_CASE("file operations keep the system's own boxes away and give the error mode back") {
+  ScratchFolder scratch;
+  const UINT previous = SetErrorMode(SEM_NOGPFAULTERRORBOX);
+  {
+    ImportPatch patch(nullptr, "kernel32.dll", "CreateDirectoryW", recordErrorMode);
+    CHECK(CreateFolderPath(scratch / L"new"));
+  }
+  CHECK(modeWhileMaking == (SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX));
+  CanWriteToFolder(scratch.path());
+  fileExists(L"A:\\x");
+  CHECK(SetErrorMode(previous) == SEM_NOGPFAULTERRORBOX);
+}
+
+TEST_CASE("making a folder that cannot be made raises an error with its number") {
+  ScratchFolder scratch;
+  const std::pair<DWORD, long> expected[] = {{ERROR_ALREADY_EXISTS, 75}, {ERROR_ACCESS_DENIED, 75},
+                                             {ERROR_WRITE_PROTECT, 75},  {ERROR_CANNOT_MAKE, 75},
+                                             {ERROR_PATH_NOT_FOUND, 76}, {ERROR_NOT_READY, 71},
+                                             {ERROR_INVALID_NAME, 52},   {ERROR_DISK_FULL, 61}};
+  ImportPatch patch(nullptr, "kernel32.dll", "CreateDirectoryW", refuseToMake);
+  for (const auto& [code, number] : expected) {
+    CAPTURE(code);
+    refusal = code;
+    long raised = 0;
+    try {
+      makeFolder(scratch / L"a");
+    } catch (const Error& error) {
+      raised = error.number();
+    }
+    CHECK(raised == number);
+  }
+}
+
+TEST_CASE("a path gets a backslash only when it ends in none") {
+  CHECK(withBackslash(L"C:\\a") == L"C:\\a\\");
+  CHECK(withBackslash(L"C:\\a\\") == L"C:\\a\\");
+  CHECK(withBackslash(L"") == L"\\");
+}
+
+TEST_CASE("files and folders are told apart and hidden ones are seen") {
+  ScratchFolder scratch;
+  const std::wstring file = scratch.writeFile(L"file.txt");
+  const std::wstring folder = scratch.makeFolder(L"folder");
+  SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
+  SetFileAttributesW(folder.c_str(), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
+  CHECK(fileExists(file));
+  CHECK_FALSE(folderExists(file));
+  CHECK(folderExists(folder));
+  CHECK(folderExists(folder + L"\\"));
+  CHECK_FALSE(fileExists(folder));
+  CHECK_FALSE(fileExists(scratch / L"missing"));
+  CHECK_FALSE(folderExists(scratch / L"missing"));
+  CHECK_FALSE(fileExists(L""));
+  CHECK_FALSE(folderExists(L""));
+}
+
+TEST_CASE("a wild card is no name of a file or folder") {
+  ScratchFolder scratch;
+  scratch.writeFile(L"file.txt");
+  scratch.makeFolder(L"folder");
+  CHECK_FALSE(fileExists(scratch / L"*.txt"));
+  CHECK_FALSE(fileExists(scratch / L"file.???"));
+  CHECK_FALSE(folderExists(scratch / L"f*"));
+}
+
+TEST_CASE("opening a missing file answers with a number below 33 and changes no folder") {
+  ScratchFolder scratch;
+  wchar_t before[MAX_PATH] = {};
+  wchar_t after[MAX_PATH] = {};
+  GetCurrentDirectoryW(MAX_PATH, before);
+  const int result = ShellOpen(scratch / L"missing.exe", L"");
+  GetCurrentDirectoryW(MAX_PATH, after);
+  CHECK(result == ERROR_FILE_NOT_FOUND);
+  CHECK(std::wstring(before) == after);
+}
