@@ -42,6 +42,7 @@ class frmManageDWTFolders : public forms::Form {
   };
 
   void Form_Load() override;
+  void Form_Resize() override { lvSelectedFolders.autoSizeColumn(); }
   bool preTranslate(MSG& message) override;
 
   void lvSelectedFolders_ItemClick();

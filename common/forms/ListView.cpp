@@ -116,7 +116,11 @@ void ListView::select(int index) noexcept {
 }
 
 void ListView::autoSizeColumn() noexcept {
+  ListView_SetColumnWidth(hwnd(), 0, LVSCW_AUTOSIZE);
+  const int contents = ListView_GetColumnWidth(hwnd(), 0);
+  // For the last column this mode fills the list, however wide the contents are.
   ListView_SetColumnWidth(hwnd(), 0, LVSCW_AUTOSIZE_USEHEADER);
+  if (ListView_GetColumnWidth(hwnd(), 0) < contents) ListView_SetColumnWidth(hwnd(), 0, contents);
 }
 
 void ListView::setImages(HIMAGELIST images) noexcept {

@@ -1,0 +1,800 @@
+#include "catalogue/frmManageDWTFolders.h"
+
+#include "catalogue/resource.h"
+#include "common/errors.h"
+#include "tests/catalogue/FolderPicker.h"
+#include "tests/catalogue/catalogue_support.h"
+#include "tests/support/DebugOutput.h"
+#include "tests/support/ImportPatch.h"
+#include "tests/support/ModalDriver.h"
+#include "tests/support/ScratchFolder.h"
+#include "tests/support/text_output.h"
+
+namespace {
+
+constexpr wchar_t dialogCaption[] = L"Manage Dynamic Web Template Folders";
+constexpr wchar_t pickerPrompt[] = L"Select a folder that contains Dynamic Web Templates";
+
+// The dialog's list as the user sees and uses it.
+class ShownList {
+ public:
+  explicit ShownList(HWND dialog) : window_(GetDlgItem(dialog, IDC_FOLDERS_LIST)) {}
+
+  int count() const { return ListView_GetItemCount(window_); }
+  std::wstring text(int index) const {
+    wchar_t buffer[1024] = {};
+    LVITEMW item = {};
+    item.pszText = buffer;
+    item.cchTextMax = 1024;
+    SendMessageW(window_, LVM_GETITEMTEXTW, static_cast<WPARAM>(index),
+                 reinterpret_cast<LPARAM>(&item));
+    return buffer;
+  }
+  int image(int index) const {
+    LVITEMW item = {};
+    item.mask = LVIF_IMAGE;
+    item.iItem = index;
+    SendMessageW(window_, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    return item.iImage;
+  }
+  Lines texts() const {
+    Lines result;
+    for (int index = 0; index < count(); ++index) result.push_back(text(index));
+    return result;
+  }
+  int selected() const { return ListView_GetNextItem(window_, -1, LVNI_SELECTED); }
+  void click(int index) const {
+    constexpr UINT state = LVIS_SELECTED | LVIS_FOCUSED;
+    ListView_SetItemState(window_, index, state, state);
+  }
+  void deselect() const { ListView_SetItemState(window_, -1, 0, LVIS_SELECTED | LVIS_FOCUSED); }
+  void doubleClick(int index) const {
+    NMITEMACTIVATE activate = {};
+    activate.hdr = {window_, IDC_FOLDERS_LIST, static_cast<UINT>(NM_DBLCLK)};
+    activate.iItem = index;
+    SendMessageW(GetParent(window_), WM_NOTIFY, IDC_FOLDERS_LIST,
+                 reinterpret_cast<LPARAM>(&activate));
+  }
+  void clickHeader() const {
+    NMLISTVIEW click = {};
+    click.hdr = {window_, IDC_FOLDERS_LIST, static_cast<UINT>(LVN_COLUMNCLICK)};
+    click.iItem = -1;
+    SendMessageW(GetParent(window_), WM_NOTIFY, IDC_FOLDERS_LIST, reinterpret_cast<LPARAM>(&click));
+  }
+  void pressKey(WPARAM key) const {
+    PostMessageW(window_, WM_KEYDOWN, key, 0);
+    PostMessageW(window_, WM_KEYUP, key, 0);
+    forms::yieldToMessages();
+  }
+  int columnWidth() const { return ListView_GetColumnWidth(window_, 0); }
+  HWND hwnd() const { return window_; }
+
+ private:
+  HWND window_;
+};
+
+struct EnabledButtons {
+  bool edit;
+  bool remove;
+  bool removeAll;
+  bool operator==(const EnabledButtons&) const = default;
+};
+
+EnabledButtons enabledButtons(HWND dialog) {
+  return {isEnabled(dialog, IDC_FOLDERS_EDIT), isEnabled(dialog, IDC_FOLDERS_REMOVE),
+          isEnabled(dialog, IDC_FOLDERS_REMOVEALL)};
+}
+
+constexpr EnabledButtons noneEnabled{false, false, false};
+constexpr EnabledButtons machineRowEnabled{false, false, true};
+constexpr EnabledButtons userRowEnabled{true, true, true};
+
+// The dialog with everything around it.
+struct FolderDialog {
+  ScratchRegistry registry;
+  LoggingOn logging;
+  DebugOutput output;
+  ModalDriver driver;
+  FolderPicker picker;
+  bool wasOpen = false;
+
+  // Shows the dialog and runs `script` in it; what the script leaves open is closed.
+  bool show(const std::function<void(HWND, const ShownList&)>& script) {
+    driver.onDialog(dialogCaption, [this, script](HWND dialog) {
+      wasOpen = true;
+      output.clear();
+      script(dialog, ShownList(dialog));
+      if (IsWindowVisible(dialog)) PostMessageW(dialog, WM_CLOSE, 0, 0);
+    });
+    return ShowFolderDialog(nullptr);
+  }
+
+  Lines stored() const { return registry.valueNames(HKEY_CURRENT_USER, userFolders); }
+};
+
+void checkBox(const FolderDialog& dialog, const std::wstring& text, UINT icon,
+              const Lines& buttons) {
+  REQUIRE(dialog.driver.boxes().size() == 1);
+  const ShownBox& box = dialog.driver.boxes()[0];
+  CHECK(box.title == dialogCaption);
+  CHECK(box.text == text);
+  CHECK(box.icon == icon);
+  CHECK(box.buttons == buttons);
+}
+
+std::wstring toolTip(HWND dialog, int control) {
+  HWND tips = nullptr;
+  while ((tips = FindWindowExW(nullptr, tips, TOOLTIPS_CLASSW, nullptr)) != nullptr) {
+    if (GetWindow(tips, GW_OWNER) != dialog) continue;
+    wchar_t buffer[256] = {};
+    TTTOOLINFOW tool = {};
+    tool.cbSize = TTTOOLINFOW_V1_SIZE;
+    tool.hwnd = dialog;
+    tool.uId = reinterpret_cast<UINT_PTR>(GetDlgItem(dialog, control));
+    tool.lpszText = buffer;
+    SendMessageW(tips, TTM_GETTEXTW, 256, reinterpret_cast<LPARAM>(&tool));
+    if (buffer[0]) return buffer;
+  }
+  return {};
+}
+
+LSTATUS WINAPI refuseValue(HKEY, LPCSTR name, DWORD, DWORD, const BYTE*, DWORD);
+
+// Lets values be written until one has this name.
+struct RefusedValue {
+  static inline RefusedValue* current = nullptr;
+  explicit RefusedValue(std::string refused) : name(std::move(refused)) { current = this; }
+  ~RefusedValue() { current = nullptr; }
+  RefusedValue(const RefusedValue&) = delete;
+  RefusedValue& operator=(const RefusedValue&) = delete;
+
+  std::string name;
+  ImportPatch patch{nullptr, "advapi32.dll", "RegSetValueExA", refuseValue};
+};
+
+LSTATUS WINAPI refuseValue(HKEY key, LPCSTR name, DWORD reserved, DWORD type, const BYTE* data,
+                           DWORD size) {
+  const RefusedValue& refused = *RefusedValue::current;
+  if (refused.name == name) return ERROR_ACCESS_DENIED;
+  return refused.patch.original<decltype(refuseValue)>()(key, name, reserved, type, data, size);
+}
+
+LSTATUS WINAPI enumerateForEver(HKEY, DWORD, LPSTR name, LPDWORD, LPDWORD, LPDWORD, LPBYTE,
+                                LPDWORD) {
+  lstrcpyA(name, "C:\\T");
+  return ERROR_SUCCESS;
+}
+
+RECT placeOf(HWND window) {
+  RECT place;
+  GetWindowRect(window, &place);
+  MapWindowPoints(nullptr, GetParent(window), reinterpret_cast<POINT*>(&place), 2);
+  return place;
+}
+
+}  // namespace
+
+TEST_CASE("the folder dialog has its captions") {
+  FolderDialog session;
+  session.show([](HWND dialog, const ShownList& list) {
+    CHECK(windowText(dialog) == dialogCaption);
+    CHECK(windowText(dialog, IDC_FOLDERS_LABEL) == L"Folders to scan for Dynamic Web Template :");
+    CHECK(windowText(dialog, IDC_FOLDERS_ADD) == L"&Add...");
+    CHECK(windowText(dialog, IDC_FOLDERS_EDIT) == L"&Edit...");
+    CHECK(windowText(dialog, IDC_FOLDERS_REMOVE) == L"&Remove");
+    CHECK(windowText(dialog, IDC_FOLDERS_REMOVEALL) == L"Re&move All");
+    CHECK(windowText(dialog, IDOK) == L"OK");
+    CHECK(windowText(dialog, IDCANCEL) == L"Cancel");
+    wchar_t title[100] = {};
+    LVCOLUMNW column = {};
+    column.mask = LVCF_TEXT;
+    column.pszText = title;
+    column.cchTextMax = 100;
+    SendMessageW(list.hwnd(), LVM_GETCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
+    CHECK(title == std::wstring(L"DWT folder list"));
+    CHECK_FALSE(SendMessageW(list.hwnd(), LVM_GETCOLUMNW, 1, reinterpret_cast<LPARAM>(&column)));
+  });
+  CHECK(session.wasOpen);
+}
+
+TEST_CASE("the buttons of the folder dialog have their tool tips") {
+  FolderDialog session;
+  session.show([](HWND dialog, const ShownList&) {
+    CHECK(toolTip(dialog, IDC_FOLDERS_ADD) == L"Add a folder to the DWT folders list");
+    CHECK(toolTip(dialog, IDC_FOLDERS_EDIT) == L"Modify path for the selected DWT folder");
+    CHECK(toolTip(dialog, IDC_FOLDERS_REMOVE) ==
+          L"Remove selected folder from the DWT folders list");
+    CHECK(toolTip(dialog, IDC_FOLDERS_REMOVEALL) ==
+          L"Remove all folders from the DWT folders list");
+    CHECK(toolTip(dialog, IDOK) == L"Saves changes to the DWT folders list");
+    CHECK(toolTip(dialog, IDCANCEL) == L"Cancel modifications to DWT folders list");
+  });
+}
+
+TEST_CASE("without listed folders the dialog opens empty with edit and both removes disabled") {
+  FolderDialog session;
+  session.driver.onDialog(dialogCaption, [](HWND dialog) {
+    CHECK(ShownList(dialog).count() == 0);
+    CHECK(enabledButtons(dialog) == noneEnabled);
+    CHECK(isEnabled(dialog, IDC_FOLDERS_ADD));
+    CHECK(isEnabled(dialog, IDOK));
+    press(dialog, IDCANCEL);
+  });
+  CHECK_FALSE(ShowFolderDialog(nullptr));
+  CHECK(session.output.messages() ==
+        Lines{L"Reading DWT folders list...", L"DWT folders list contains 0 items."});
+}
+
+TEST_CASE("a path in both lists is shown twice in the dialog with an icon for each list") {
+  FolderDialog session;
+  listForMachine(session.registry, L"C:\\Both");
+  listForUser(session.registry, L"C:\\Both");
+  session.show([](HWND, const ShownList& list) {
+    CHECK(list.texts() == Lines{L"C:\\Both", L"C:\\Both"});
+    CHECK(list.image(0) == 0);
+    CHECK(list.image(1) == 1);
+    const auto images =
+        reinterpret_cast<HIMAGELIST>(SendMessageW(list.hwnd(), LVM_GETIMAGELIST, LVSIL_SMALL, 0));
+    CHECK(ImageList_GetImageCount(images) == 2);
+  });
+  CHECK(session.wasOpen);
+}
+
+TEST_CASE("the folder dialog opens with its first row selected") {
+  FolderDialog session;
+  listForMachine(session.registry, L"C:\\Machine");
+  listForUser(session.registry, L"C:\\User");
+  session.show([](HWND dialog, const ShownList& list) {
+    CHECK(list.selected() == 0);
+    CHECK(enabledButtons(dialog) == machineRowEnabled);
+  });
+}
+
+TEST_CASE("a machine-wide folder can be neither edited nor removed") {
+  FolderDialog session;
+  listForMachine(session.registry, L"C:\\Machine");
+  listForUser(session.registry, L"C:\\User");
+  session.show([](HWND dialog, const ShownList& list) {
+    list.click(1);
+    CHECK(enabledButtons(dialog) == userRowEnabled);
+    list.click(0);
+    CHECK(enabledButtons(dialog) == machineRowEnabled);
+  });
+}
+
+TEST_CASE("adding a folder lists and selects it as the user's own") {
+  FolderDialog session;
+  const ScratchFolder folder;
+  listForMachine(session.registry, L"C:\\Machine");
+  session.picker.choose(folder.path());
+  session.show([&](HWND dialog, const ShownList& list) {
+    press(dialog, IDC_FOLDERS_ADD);
+    CHECK(list.texts() == Lines{L"C:\\Machine", folder.path()});
+    CHECK(list.image(1) == 1);
+    CHECK(list.selected() == 1);
+    CHECK(enabledButtons(dialog) == userRowEnabled);
+    REQUIRE(session.picker.shown.size() == 1);
+    CHECK(session.picker.shown[0].prompt == pickerPrompt);
+    CHECK(session.picker.shown[0].owner == dialog);
+  });
+  CHECK(session.driver.boxes().empty());
+}
+
+TEST_CASE("adding the first folder enables the buttons") {
+  FolderDialog session;
+  const ScratchFolder folder;
+  session.picker.choose(folder.path());
+  session.show([&](HWND dialog, const ShownList& list) {
+    press(dialog, IDC_FOLDERS_ADD);
+    CHECK(list.texts() == Lines{folder.path()});
+    CHECK(enabledButtons(dialog) == userRowEnabled);
+  });
+}
+
+TEST_CASE("adding nothing changes nothing") {
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\User");
+  session.picker.cancel();
+  session.show([](HWND dialog, const ShownList& list) {
+    press(dialog, IDC_FOLDERS_ADD);
+    CHECK(list.texts() == Lines{L"C:\\User"});
+    CHECK(enabledButtons(dialog) == userRowEnabled);
+  });
+  CHECK(session.picker.shown.size() == 1);
+  CHECK(session.driver.boxes().empty());
+}
+
+TEST_CASE("adding a virtual folder shows that its path is invalid") {
+  FolderDialog session;
+  session.picker.chooseVirtualFolder();
+  session.show([&](HWND dialog, const ShownList& list) {
+    press(dialog, IDC_FOLDERS_ADD);
+    CHECK(list.count() == 0);
+    CHECK(enabledButtons(dialog) == noneEnabled);
+    CHECK(session.output.messages() == Lines{});
+    CHECK(session.driver.boxes()[0].owner == dialog);
+  });
+  checkBox(session, L"Invalid path. Please select a valid file system path to search for DWT's.",
+           MB_ICONASTERISK, {L"OK"});
+}
+
+TEST_CASE("adding a listed folder silently selects its row") {
+  FolderDialog session;
+  const ScratchFolder folder;
+  listForMachine(session.registry, folder.path());
+  listForUser(session.registry, L"A:\\User");
+  session.picker.choose(folder.path());
+  session.show([&](HWND dialog, const ShownList& list) {
+    list.click(1);
+    press(dialog, IDC_FOLDERS_ADD);
+    CHECK(list.count() == 2);
+    CHECK(list.selected() == 0);
+    CHECK(enabledButtons(dialog) == machineRowEnabled);
+  });
+  CHECK(session.driver.boxes().empty());
+}
+
+TEST_CASE("adding a listed folder in another letter case selects its row") {
+  FolderDialog session;
+  const ScratchFolder folder;
+  const std::wstring listed = text::toLower(folder.path());
+  listForUser(session.registry, listed);
+  session.picker.choose(folder.path());
+  session.show([&](HWND dialog, const ShownList& list) {
+    press(dialog, IDC_FOLDERS_ADD);
+    CHECK(list.texts() == Lines{listed});
+    CHECK(list.selected() == 0);
+  });
+}
+
+TEST_CASE("a part of a listed path is not the listed path") {
+  FolderDialog session;
+  const ScratchFolder folder;
+  listForUser(session.registry, folder / L"deeper");
+  session.picker.choose(folder.path());
+  session.show([&](HWND dialog, const ShownList& list) {
+    press(dialog, IDC_FOLDERS_ADD);
+    CHECK(list.texts() == Lines{folder / L"deeper", folder.path()});
+  });
+}
+
+TEST_CASE("an added long path widens the column") {
+  FolderDialog session;
+  const ScratchFolder folder;
+  session.picker.choose(folder.makeFolder(std::wstring(120, L'm')));
+  session.show([&](HWND dialog, const ShownList& list) {
+    const int before = list.columnWidth();
+    press(dialog, IDC_FOLDERS_ADD);
+    CHECK(list.columnWidth() > before);
+    CHECK(list.columnWidth() > ListView_GetStringWidth(list.hwnd(), list.text(0).c_str()));
+  });
+}
+
+TEST_CASE("editing a folder replaces its path") {
+  FolderDialog session;
+  const ScratchFolder folder;
+  listForMachine(session.registry, L"C:\\Machine");
+  listForUser(session.registry, L"C:\\User");
+  session.picker.choose(folder.path());
+  session.show([&](HWND dialog, const ShownList& list) {
+    list.click(1);
+    press(dialog, IDC_FOLDERS_EDIT);
+    CHECK(list.texts() == Lines{L"C:\\Machine", folder.path()});
+    CHECK(list.image(1) == 1);
+    CHECK(list.selected() == 1);
+    CHECK(enabledButtons(dialog) == userRowEnabled);
+    CHECK(session.output.messages() ==
+          Lines{L"Path Name : C:\\User", L"New Path : " + folder.path()});
+    REQUIRE(session.picker.shown.size() == 1);
+    CHECK(session.picker.shown[0].prompt == pickerPrompt);
+    CHECK(session.picker.shown[0].start == L"C:\\User");
+  });
+  CHECK(session.driver.boxes().empty());
+}
+
+TEST_CASE("cancelling the picker leaves an edited folder as it was") {
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\User");
+  session.picker.cancel();
+  session.show([&](HWND dialog, const ShownList& list) {
+    press(dialog, IDC_FOLDERS_EDIT);
+    CHECK(list.texts() == Lines{L"C:\\User"});
+    CHECK(session.output.messages() == Lines{L"Path Name : C:\\User"});
+  });
+}
+
+TEST_CASE("editing to a virtual folder shows and logs that its path is invalid") {
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\User");
+  session.picker.chooseVirtualFolder();
+  const std::wstring invalid =
+      L"Invalid path. Please select a valid file system path to search for DWT's.";
+  session.show([&](HWND dialog, const ShownList& list) {
+    press(dialog, IDC_FOLDERS_EDIT);
+    CHECK(list.texts() == Lines{L"C:\\User"});
+    CHECK(session.output.messages() == Lines{L"Path Name : C:\\User", invalid});
+  });
+  checkBox(session, invalid, MB_ICONASTERISK, {L"OK"});
+}
+
+TEST_CASE("editing a folder to its own path in another letter case does nothing") {
+  FolderDialog session;
+  const ScratchFolder folder;
+  const std::wstring listed = text::toLower(folder.path());
+  listForUser(session.registry, listed);
+  session.picker.choose(folder.path());
+  session.show([&](HWND dialog, const ShownList& list) {
+    press(dialog, IDC_FOLDERS_EDIT);
+    CHECK(list.texts() == Lines{listed});
+    CHECK(session.output.messages() == Lines{L"Path Name : " + listed});
+  });
+  CHECK(session.driver.boxes().empty());
+}
+
+TEST_CASE("editing a folder to a listed path objects") {
+  FolderDialog session;
+  const ScratchFolder folder;
+  listForMachine(session.registry, folder.path());
+  listForUser(session.registry, L"C:\\User");
+  session.picker.choose(folder.path());
+  session.show([&](HWND dialog, const ShownList& list) {
+    list.click(1);
+    press(dialog, IDC_FOLDERS_EDIT);
+    CHECK(list.texts() == Lines{folder.path(), L"C:\\User"});
+    CHECK(list.selected() == 1);
+    CHECK(session.output.messages() ==
+          Lines{L"Path Name : C:\\User", folder.path() + L": Path already exists in the list."});
+  });
+  checkBox(session, folder.path() + L"\r\nPath already exists in the list.", MB_ICONASTERISK,
+           {L"OK"});
+}
+
+TEST_CASE("editing without a selected row asks for one") {
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\User");
+  session.show([&](HWND dialog, const ShownList& list) {
+    list.deselect();
+    press(dialog, IDC_FOLDERS_EDIT);
+    CHECK(session.output.messages() == Lines{});
+  });
+  checkBox(session, L"Please select an item to edit.", MB_ICONASTERISK, {L"OK"});
+  CHECK(session.picker.shown.empty());
+}
+
+TEST_CASE("removing without a selected row asks for one") {
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\User");
+  session.show([](HWND dialog, const ShownList& list) {
+    list.deselect();
+    press(dialog, IDC_FOLDERS_REMOVE);
+    CHECK(list.count() == 1);
+  });
+  checkBox(session, L"Please select an item to remove.", MB_ICONASTERISK, {L"OK"});
+}
+
+TEST_CASE("removing a folder asks first and selects the row that takes its place") {
+  FolderDialog session;
+  for (const wchar_t* path : {L"C:\\a", L"C:\\b", L"C:\\c"}) listForUser(session.registry, path);
+  session.driver.answer(IDYES);
+  session.show([](HWND dialog, const ShownList& list) {
+    list.click(1);
+    press(dialog, IDC_FOLDERS_REMOVE);
+    CHECK(list.texts() == Lines{L"C:\\a", L"C:\\c"});
+    CHECK(list.selected() == 1);
+    CHECK(enabledButtons(dialog) == userRowEnabled);
+  });
+  checkBox(session, L"Are you sure you want to remove the selected folder?", MB_ICONQUESTION,
+           {L"Yes", L"No"});
+}
+
+TEST_CASE("a folder whose removal was declined stays") {
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\User");
+  session.driver.answer(IDNO);
+  session.show([](HWND dialog, const ShownList& list) {
+    press(dialog, IDC_FOLDERS_REMOVE);
+    CHECK(list.texts() == Lines{L"C:\\User"});
+    CHECK(enabledButtons(dialog) == userRowEnabled);
+  });
+}
+
+TEST_CASE("removing the bottom row selects the one above") {
+  FolderDialog session;
+  listForMachine(session.registry, L"C:\\Machine");
+  listForUser(session.registry, L"C:\\User");
+  session.driver.answer(IDYES);
+  session.show([](HWND dialog, const ShownList& list) {
+    list.click(1);
+    press(dialog, IDC_FOLDERS_REMOVE);
+    CHECK(list.texts() == Lines{L"C:\\Machine"});
+    CHECK(list.selected() == 0);
+    CHECK(enabledButtons(dialog) == machineRowEnabled);
+  });
+}
+
+TEST_CASE("removing the only folder disables edit and both removes") {
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\User");
+  session.driver.answer(IDYES);
+  session.show([](HWND dialog, const ShownList& list) {
+    press(dialog, IDC_FOLDERS_REMOVE);
+    CHECK(list.count() == 0);
+    CHECK(enabledButtons(dialog) == noneEnabled);
+  });
+}
+
+TEST_CASE("remove all keeps the machine-wide folders") {
+  FolderDialog session;
+  listForMachine(session.registry, L"C:\\Machine a");
+  listForMachine(session.registry, L"C:\\Machine b");
+  listForUser(session.registry, L"C:\\User a");
+  listForUser(session.registry, L"C:\\User b");
+  session.driver.answer(IDYES);
+  session.show([](HWND dialog, const ShownList& list) {
+    list.click(3);
+    press(dialog, IDC_FOLDERS_REMOVEALL);
+    CHECK(list.texts() == Lines{L"C:\\Machine a", L"C:\\Machine b"});
+    CHECK(list.selected() >= 0);
+    CHECK(enabledButtons(dialog) == machineRowEnabled);
+  });
+  checkBox(session, L"Are you sure you want to remove all folders?", MB_ICONQUESTION,
+           {L"Yes", L"No"});
+}
+
+TEST_CASE("remove all of the user's folders alone empties the list") {
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\User a");
+  listForUser(session.registry, L"C:\\User b");
+  session.driver.answer(IDYES);
+  session.show([](HWND dialog, const ShownList& list) {
+    press(dialog, IDC_FOLDERS_REMOVEALL);
+    CHECK(list.count() == 0);
+    CHECK(enabledButtons(dialog) == noneEnabled);
+  });
+}
+
+TEST_CASE("remove all that was declined removes nothing") {
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\User a");
+  listForUser(session.registry, L"C:\\User b");
+  session.driver.answer(IDNO);
+  session.show([](HWND dialog, const ShownList& list) {
+    press(dialog, IDC_FOLDERS_REMOVEALL);
+    CHECK(list.count() == 2);
+    CHECK(enabledButtons(dialog) == userRowEnabled);
+  });
+}
+
+TEST_CASE("OK stores the user's folders with the path as name and value") {
+  FolderDialog session;
+  const ScratchFolder folder;
+  listForMachine(session.registry, L"C:\\Machine");
+  listForUser(session.registry, L"C:\\Old");
+  session.registry.setString(HKEY_CURRENT_USER, userFolders, L"C:\\Kept", L"C:\\Other data");
+  session.picker.choose(folder.path());
+  session.driver.answer(IDYES);
+  const bool saved = session.show([&](HWND dialog, const ShownList& list) {
+    press(dialog, IDC_FOLDERS_ADD);
+    list.click(list.text(1) == L"C:\\Old" ? 1 : 2);
+    press(dialog, IDC_FOLDERS_REMOVE);
+    session.output.clear();
+    press(dialog, IDOK);
+    CHECK(session.output.messages() ==
+          Lines{L"Saving DWT list...", L"User folder: C:\\Kept", L"User folder: " + folder.path()});
+  });
+  CHECK(saved);
+  CHECK(session.stored().size() == 2);
+  CHECK(session.registry.string(HKEY_CURRENT_USER, userFolders, L"C:\\Kept") == L"C:\\Kept");
+  CHECK(session.registry.string(HKEY_CURRENT_USER, userFolders, folder.path()) == folder.path());
+  CHECK(session.registry.valueNames(HKEY_LOCAL_MACHINE, machineFolders) == Lines{L"C:\\Machine"});
+}
+
+TEST_CASE("OK with machine-wide folders only leaves the section of the user deleted") {
+  FolderDialog session;
+  listForMachine(session.registry, L"C:\\Machine");
+  listForUser(session.registry, L"C:\\User");
+  session.driver.answer(IDYES);
+  const bool saved = session.show([&](HWND dialog, const ShownList&) {
+    press(dialog, IDC_FOLDERS_REMOVEALL);
+    session.output.clear();
+    press(dialog, IDOK);
+    CHECK(session.output.messages() == Lines{L"Saving DWT list..."});
+  });
+  CHECK(saved);
+  CHECK_FALSE(session.registry.hasKey(HKEY_CURRENT_USER, userFolders));
+}
+
+TEST_CASE("OK on an empty list is a success") {
+  FolderDialog session;
+  CHECK(session.show([](HWND dialog, const ShownList&) { press(dialog, IDOK); }));
+  CHECK_FALSE(session.registry.hasKey(HKEY_CURRENT_USER, userFolders));
+}
+
+TEST_CASE("nothing is stored before OK") {
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\User");
+  session.driver.answer(IDYES);
+  session.show([&](HWND dialog, const ShownList& list) {
+    press(dialog, IDC_FOLDERS_REMOVE);
+    CHECK(list.count() == 0);
+    CHECK(session.stored() == Lines{L"C:\\User"});
+  });
+}
+
+TEST_CASE("cancel and the close box and Escape store nothing") {
+  const std::pair<UINT, WPARAM> ways[] = {
+      {WM_COMMAND, IDCANCEL}, {WM_CLOSE, 0}, {WM_SYSCOMMAND, SC_CLOSE}};
+  for (const auto& [message, wParam] : ways) {
+    FolderDialog session;
+    listForUser(session.registry, L"C:\\User");
+    session.driver.answer(IDYES);
+    CHECK_FALSE(session.show([&](HWND dialog, const ShownList&) {
+      press(dialog, IDC_FOLDERS_REMOVE);
+      SendMessageW(dialog, message, wParam, 0);
+      CHECK_FALSE(IsWindowVisible(dialog));
+    }));
+    CHECK(session.stored() == Lines{L"C:\\User"});
+  }
+}
+
+TEST_CASE("a sorted folder list is stored in the order in which it stands") {
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\a");
+  listForUser(session.registry, L"C:\\b");
+  listForUser(session.registry, L"C:\\c");
+  session.show([&](HWND dialog, const ShownList& list) {
+    list.clickHeader();
+    list.clickHeader();
+    CHECK(list.texts() == Lines{L"C:\\c", L"C:\\b", L"C:\\a"});
+    press(dialog, IDOK);
+    CHECK(session.output.messages() == Lines{L"Saving DWT list...", L"User folder: C:\\c",
+                                             L"User folder: C:\\b", L"User folder: C:\\a"});
+  });
+}
+
+TEST_CASE("a sorted folder list removes and edits the row that is selected") {
+  FolderDialog session;
+  const ScratchFolder folder;
+  for (const wchar_t* path : {L"C:\\a", L"C:\\b", L"C:\\c"}) listForUser(session.registry, path);
+  session.picker.choose(folder.path());
+  session.driver.answer(IDYES);
+  session.show([&](HWND dialog, const ShownList& list) {
+    list.clickHeader();
+    list.clickHeader();
+    list.click(0);
+    press(dialog, IDC_FOLDERS_REMOVE);
+    CHECK(list.texts() == Lines{L"C:\\b", L"C:\\a"});
+    press(dialog, IDC_FOLDERS_EDIT);
+    CHECK(list.texts() == Lines{folder.path(), L"C:\\a"});
+    press(dialog, IDOK);
+  });
+  CHECK(session.stored().size() == 2);
+  CHECK(session.registry.string(HKEY_CURRENT_USER, userFolders, folder.path()) == folder.path());
+}
+
+TEST_CASE("paths with umlauts and percent signs and quotes are stored as they are") {
+  FolderDialog session;
+  const std::wstring path = L"C:\\100% \x00E4\x00F6\x00FC's & more";
+  listForUser(session.registry, path);
+  session.show([](HWND dialog, const ShownList&) { press(dialog, IDOK); });
+  CHECK(session.registry.string(HKEY_CURRENT_USER, userFolders, path) == path);
+}
+
+TEST_CASE("a folder that cannot be stored is logged and the dialog stays open") {
+  FolderDialog session;
+  for (const wchar_t* path : {L"C:\\a", L"C:\\b", L"C:\\c"}) listForUser(session.registry, path);
+  const RefusedValue refused("C:\\b");
+  const bool saved = session.show([&](HWND dialog, const ShownList& list) {
+    press(dialog, IDOK);
+    CHECK(IsWindowVisible(dialog));
+    CHECK(list.count() == 3);
+    CHECK(session.output.messages() ==
+          Lines{L"Saving DWT list...", L"User folder: C:\\a",
+                L"ERROR in procedure cmdOk_Click of Form frmManageDWTFolders. Error : 5\tInvalid "
+                L"procedure call or argument"});
+  });
+  CHECK_FALSE(saved);
+  CHECK(session.stored() == Lines{L"C:\\a"});
+  CHECK(session.driver.boxes().empty());
+}
+
+TEST_CASE("a folder list that cannot be read is logged and the dialog opens") {
+  FolderDialog session;
+  listForMachine(session.registry, L"C:\\T");
+  const ImportPatch patch(nullptr, "advapi32.dll", "RegEnumValueA", enumerateForEver);
+  session.driver.onDialog(dialogCaption, [](HWND dialog) {
+    CHECK(ShownList(dialog).count() == 0);
+    press(dialog, IDCANCEL);
+  });
+  CHECK_FALSE(ShowFolderDialog(nullptr));
+  CHECK(session.driver.dialogs() == Lines{dialogCaption});
+  CHECK(session.output.messages().back() ==
+        L"ERROR in procedure Form_Load of Form frmManageDWTFolders. Error : 6\tOverflow");
+}
+
+TEST_CASE("add and edit log their errors under the same name") {
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\User");
+  session.picker.fail([] { throw Error(errors::outOfMemory); });
+  const std::wstring line =
+      L"ERROR in procedure cmdAdd_Click of Form frmManageDWTFolders. Error : 7\tOut of memory";
+  session.show([&](HWND dialog, const ShownList&) {
+    press(dialog, IDC_FOLDERS_ADD);
+    press(dialog, IDC_FOLDERS_EDIT);
+    CHECK(session.output.messages() == Lines{line, L"Path Name : C:\\User", line});
+    CHECK(IsWindowVisible(dialog));
+  });
+}
+
+TEST_CASE("the Delete key in the folder list removes the selected folder") {
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\User");
+  session.driver.answer(IDYES);
+  session.show([](HWND, const ShownList& list) {
+    list.pressKey(VK_DELETE);
+    CHECK(list.count() == 0);
+  });
+  checkBox(session, L"Are you sure you want to remove the selected folder?", MB_ICONQUESTION,
+           {L"Yes", L"No"});
+}
+
+TEST_CASE("the Delete key leaves a machine-wide folder alone") {
+  FolderDialog session;
+  listForMachine(session.registry, L"C:\\Machine");
+  session.show([](HWND, const ShownList& list) {
+    list.pressKey(VK_DELETE);
+    CHECK(list.count() == 1);
+  });
+  CHECK(session.driver.boxes().empty());
+}
+
+TEST_CASE("a double click edits a folder of the user only") {
+  FolderDialog session;
+  listForMachine(session.registry, L"C:\\Machine");
+  listForUser(session.registry, L"C:\\User");
+  session.show([&](HWND, const ShownList& list) {
+    list.doubleClick(0);
+    CHECK(session.picker.shown.empty());
+    list.click(1);
+    list.doubleClick(1);
+    CHECK(session.picker.shown.size() == 1);
+    CHECK(session.output.messages() == Lines{L"Path Name : C:\\User"});
+  });
+}
+
+TEST_CASE("the folder list grows with its dialog and the buttons keep their edges") {
+  FolderDialog session;
+  session.show([](HWND dialog, const ShownList& list) {
+    const RECT listBefore = placeOf(list.hwnd());
+    const RECT addBefore = placeOf(GetDlgItem(dialog, IDC_FOLDERS_ADD));
+    const RECT okBefore = placeOf(GetDlgItem(dialog, IDOK));
+    RECT window;
+    GetWindowRect(dialog, &window);
+    const int width = window.right - window.left;
+    const int height = window.bottom - window.top;
+    SetWindowPos(dialog, nullptr, 0, 0, width + 60, height + 40, SWP_NOMOVE | SWP_NOZORDER);
+    const RECT listAfter = placeOf(list.hwnd());
+    const RECT addAfter = placeOf(GetDlgItem(dialog, IDC_FOLDERS_ADD));
+    const RECT okAfter = placeOf(GetDlgItem(dialog, IDOK));
+    CHECK(listAfter.left == listBefore.left);
+    CHECK(listAfter.right == listBefore.right + 60);
+    CHECK(listAfter.bottom == listBefore.bottom + 40);
+    CHECK(addAfter.left == addBefore.left + 60);
+    CHECK(addAfter.top == addBefore.top);
+    CHECK(okAfter.left == okBefore.left + 60);
+    CHECK(okAfter.top == okBefore.top + 40);
+    SetWindowPos(dialog, nullptr, 0, 0, 10, 10, SWP_NOMOVE | SWP_NOZORDER);
+    GetWindowRect(dialog, &window);
+    CHECK(window.right - window.left == width);
+    CHECK(window.bottom - window.top == height);
+  });
+  CHECK(session.wasOpen);
+}
+
+TEST_CASE("the folder dialog gives back every handle") {
+  const long before = handles::liveCount();
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\User");
+  session.show([](HWND dialog, const ShownList&) { press(dialog, IDOK); });
+  CHECK(handles::liveCount() == before);
+}
