@@ -30,6 +30,7 @@ class Host {
 
   IDispatch* application() const noexcept { return application_.get(); }  // borrowed
   Session& session() const noexcept { return *session_; }
+  const SharedSession& sharedSession() const noexcept { return session_; }
   HostOptions& options() const noexcept { return session_->options; }
   Faults& faults() const noexcept { return session_->faults; }
 

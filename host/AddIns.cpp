@@ -1,0 +1,250 @@
+#include "host/AddIns.h"
+
+#include <algorithm>
+#include <functional>
+#include <initializer_list>
+
+#include "host/guarded.h"
+
+namespace standin {
+namespace {
+
+constexpr wchar_t addInsKey[] = L"Software\\Microsoft\\Office\\FrontPage\\Addins";
+constexpr long connectedAtStart = 3;
+constexpr long afterFailure = 2;
+
+const MemberTable entryMembers(
+    L"COMAddIn", {{L"ProgId", Kind::get, {}, call<&AddInEntry::getProgId>},
+                  {L"Description", Kind::get, {}, call<&AddInEntry::getDescription>}});
+
+class Key {
+ public:
+  Key(HKEY parent, const std::wstring& path, REGSAM access) {
+    if (RegOpenKeyExW(parent, path.c_str(), 0, access, &key_) != ERROR_SUCCESS) key_ = nullptr;
+  }
+  ~Key() {
+    if (key_) RegCloseKey(key_);
+  }
+  Key(const Key&) = delete;
+  Key& operator=(const Key&) = delete;
+
+  HKEY get() const { return key_; }
+
+  std::vector<std::wstring> subKeys() const {
+    std::vector<std::wstring> result;
+    wchar_t name[256];
+    for (DWORD i = 0; key_ && RegEnumKeyW(key_, i, name, 256) == ERROR_SUCCESS; ++i)
+      result.emplace_back(name);
+    return result;
+  }
+
+  std::wstring text(const wchar_t* name) const {
+    wchar_t value[512] = {};
+    DWORD size = sizeof value - sizeof(wchar_t);
+    DWORD type = 0;
+    const LONG result =
+        RegQueryValueExW(key_, name, nullptr, &type, reinterpret_cast<BYTE*>(value), &size);
+    return result == ERROR_SUCCESS && type == REG_SZ ? value : L"";
+  }
+
+  long number(const wchar_t* name) const {
+    DWORD value = 0;
+    DWORD size = sizeof value;
+    DWORD type = 0;
+    const LONG result =
+        RegQueryValueExW(key_, name, nullptr, &type, reinterpret_cast<BYTE*>(&value), &size);
+    return result == ERROR_SUCCESS && type == REG_DWORD ? static_cast<long>(value) : 0;
+  }
+
+  void setNumber(const wchar_t* name, DWORD value) const {
+    RegSetValueExW(key_, name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&value), sizeof value);
+  }
+
+ private:
+  HKEY key_ = nullptr;
+};
+
+// The host's own data for add-ins: an empty list of values.
+class CustomData {
+ public:
+  CustomData() : array_(SafeArrayCreateVector(VT_VARIANT, 1, 0)) {}
+  ~CustomData() {
+    if (array_) SafeArrayDestroy(array_);
+  }
+  CustomData(const CustomData&) = delete;
+  CustomData& operator=(const CustomData&) = delete;
+
+  SAFEARRAY** get() { return &array_; }
+  VARIANT asVariant() {
+    VARIANT value = {};
+    value.vt = VT_BYREF | VT_ARRAY | VT_VARIANT;
+    value.pparray = &array_;
+    return value;
+  }
+
+ private:
+  SAFEARRAY* array_;
+};
+
+VARIANT numberVariant(long value) {
+  VARIANT result = {};
+  result.vt = VT_I4;
+  result.lVal = value;
+  return result;
+}
+
+VARIANT objectVariant(IDispatch* borrowed) {
+  VARIANT result = {};
+  result.vt = VT_DISPATCH;
+  result.pdispVal = borrowed;
+  return result;
+}
+
+// `arguments` in the order in which they are written; all of them stay the caller's.
+HRESULT invoke(Extensibility* addIn, ExtensibilityMember member,
+               std::initializer_list<VARIANT> arguments) {
+  std::vector<VARIANT> reversed(arguments);
+  std::reverse(reversed.begin(), reversed.end());
+  DISPPARAMS parameters = {reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
+  return addIn->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, nullptr,
+                       nullptr, nullptr);
+}
+
+ComPtr<Extensibility> createAddIn(const std::wstring& progId, HRESULT& result) {
+  CLSID classId;
+  ComPtr<Extensibility> addIn;
+  result = CLSIDFromProgID(progId.c_str(), &classId);
+  if (SUCCEEDED(result))
+    result = CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, iidExtensibility,
+                              reinterpret_cast<void**>(addIn.put()));
+  return addIn;
+}
+
+// The outcome of a guarded call into an add-in; E_UNEXPECTED when the call did not come back.
+HRESULT attempted(const std::function<HRESULT()>& call) {
+  HRESULT result = E_UNEXPECTED;
+  if (!guarded([&] { result = call(); })) return E_UNEXPECTED;
+  return result;
+}
+
+std::wstring failureText(HRESULT result) {
+  wchar_t digits[16];
+  wsprintfW(digits, L"0x%08lX", result);
+  return std::wstring(L"Not loaded: it failed with ") + digits + L".";
+}
+
+}  // namespace
+
+AddInEntry::AddInEntry(SharedSession session, std::wstring progId, std::wstring description)
+    : AutomationObject(std::move(session)),
+      progId_(std::move(progId)),
+      description_(std::move(description)) {}
+
+const MemberTable& AddInEntry::members() const { return entryMembers; }
+com::Variant AddInEntry::getProgId(const Arguments&) { return progId_; }
+com::Variant AddInEntry::getDescription(const Arguments&) { return description_; }
+
+AddIns::AddIns(SharedSession session, IDispatch* application, bool byDispatch)
+    : session_(std::move(session)), application_(application), byDispatch_(byDispatch) {}
+
+void AddIns::find() {
+  const Key all(HKEY_CURRENT_USER, addInsKey, KEY_READ);
+  for (const auto& progId : all.subKeys()) {
+    if (named(progId)) continue;
+    const Key key(all.get(), progId, KEY_READ);
+    AddIn addIn;
+    addIn.progId = progId;
+    addIn.friendlyName = key.text(L"FriendlyName");
+    addIn.description = key.text(L"Description");
+    addIn.loadBehavior = key.number(L"LoadBehavior");
+    list_.push_back(std::move(addIn));
+  }
+}
+
+void AddIns::connectAtStart() {
+  for (AddIn& addIn : list_)
+    if ((addIn.loadBehavior & connectedAtStart) == connectedAtStart)
+      connect(addIn, ConnectMode::connectAtStartup);
+  for (AddIn& addIn : list_) notify(addIn, memberOnStartupComplete);
+}
+
+void AddIns::shutDown() {
+  for (AddIn& addIn : list_) notify(addIn, memberOnBeginShutdown);
+  for (AddIn& addIn : list_) disconnect(addIn, disconnectHostShutdown);
+}
+
+bool AddIns::load(std::wstring_view progId) {
+  find();
+  AddIn* addIn = named(progId);
+  return addIn && !addIn->connected && connect(*addIn, connectAfterStartup);
+}
+
+bool AddIns::unload(std::wstring_view progId) {
+  AddIn* addIn = named(progId);
+  return addIn && addIn->connected && disconnect(*addIn, disconnectUserClosed);
+}
+
+AddIn* AddIns::named(std::wstring_view progId) {
+  const auto found = std::find_if(list_.begin(), list_.end(), [&](const AddIn& addIn) {
+    return sameName(addIn.progId, progId);
+  });
+  return found == list_.end() ? nullptr : &*found;
+}
+
+bool AddIns::connect(AddIn& addIn, ConnectMode mode) {
+  ComPtr<Extensibility> created;
+  const auto entry = make<AddInEntry>(session_, addIn.progId, addIn.description);
+  const HRESULT result = attempted([&] {
+    HRESULT creation = S_OK;
+    created = createAddIn(addIn.progId, creation);
+    if (!created) return creation;
+    CustomData custom;
+    if (byDispatch_)
+      return invoke(created.get(), memberOnConnection,
+                    {objectVariant(application_), numberVariant(mode), objectVariant(entry.get()),
+                     custom.asVariant()});
+    return created->OnConnection(application_, mode, entry.get(), custom.get());
+  });
+  if (FAILED(result)) {
+    addIn.failure = failureText(result);
+    addIn.loadBehavior = afterFailure;
+    const Key key(HKEY_CURRENT_USER, std::wstring(addInsKey) + L"\\" + addIn.progId, KEY_WRITE);
+    key.setNumber(L"LoadBehavior", afterFailure);
+    // A component that did not come back from a call is not to be trusted with its release either.
+    if (result == E_UNEXPECTED) (void)created.release();
+    return false;
+  }
+  addIn.failure.clear();
+  addIn.connected = std::move(created);
+  return true;
+}
+
+bool AddIns::disconnect(AddIn& addIn, DisconnectMode mode) {
+  if (!addIn.connected) return false;
+  const HRESULT result = attempted([&] {
+    CustomData custom;
+    if (byDispatch_)
+      return invoke(addIn.connected.get(), memberOnDisconnection,
+                    {numberVariant(mode), custom.asVariant()});
+    return addIn.connected->OnDisconnection(mode, custom.get());
+  });
+  ComPtr<Extensibility> last = std::move(addIn.connected);
+  if (result == E_UNEXPECTED)
+    (void)last.release();
+  else
+    guarded([&] { last.reset(); });
+  CoFreeUnusedLibraries();
+  return true;
+}
+
+void AddIns::notify(AddIn& addIn, ExtensibilityMember member) {
+  if (!addIn.connected) return;
+  attempted([&] {
+    CustomData custom;
+    if (byDispatch_) return invoke(addIn.connected.get(), member, {custom.asVariant()});
+    return member == memberOnBeginShutdown ? addIn.connected->OnBeginShutdown(custom.get())
+                                           : addIn.connected->OnStartupComplete(custom.get());
+  });
+}
+
+}  // namespace standin

@@ -1,0 +1,292 @@
+#include "host/script/Desktop.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "common/text.h"
+#include "host/model/CommandBars.h"
+
+namespace standin::desktop {
+namespace {
+
+constexpr UINT answerMilliseconds = 10000;
+
+template <class Visit>
+BOOL CALLBACK visitWindow(HWND window, LPARAM visit) {
+  (*reinterpret_cast<Visit*>(visit))(window);
+  return TRUE;
+}
+
+std::wstring raw(HWND window) {
+  std::wstring text(static_cast<std::size_t>(send(window, WM_GETTEXTLENGTH)) + 1, L'\0');
+  text.resize(static_cast<std::size_t>(
+      send(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
+  return text;
+}
+
+// --- Lists
+
+std::wstring listText(HWND list, int row, int column) {
+  wchar_t text[512] = {};
+  LVITEMW item = {};
+  item.iSubItem = column;
+  item.pszText = text;
+  item.cchTextMax = 512;
+  send(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+  return text;
+}
+
+int listColumns(HWND list) {
+  const HWND header = reinterpret_cast<HWND>(send(list, LVM_GETHEADER));
+  return header ? static_cast<int>(send(header, HDM_GETITEMCOUNT)) : 1;
+}
+
+int listRow(HWND list, const std::wstring& text) {
+  const int rows = static_cast<int>(send(list, LVM_GETITEMCOUNT));
+  const int columns = listColumns(list);
+  for (int row = 0; row < rows; ++row)
+    for (int column = 0; column < columns; ++column)
+      if (listText(list, row, column) == text) return row;
+  return -1;
+}
+
+void selectListRow(HWND list, int row) {
+  LVITEMW item = {};
+  item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+  send(list, LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&item));
+  item.state = LVIS_SELECTED | LVIS_FOCUSED;
+  send(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+  send(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
+}
+
+// --- List and combo boxes
+
+struct BoxMessages {
+  UINT find;
+  UINT choose;
+  WORD notify;
+};
+
+BoxMessages boxMessages(HWND box) {
+  return isClass(box, L"ComboBox") ? BoxMessages{CB_FINDSTRINGEXACT, CB_SETCURSEL, CBN_SELCHANGE}
+                                   : BoxMessages{LB_FINDSTRINGEXACT, LB_SETCURSEL, LBN_SELCHANGE};
+}
+
+int boxRow(HWND box, const std::wstring& text) {
+  return static_cast<int>(send(box, boxMessages(box).find, static_cast<WPARAM>(-1),
+                               reinterpret_cast<LPARAM>(text.c_str())));
+}
+
+void selectBoxRow(HWND box, int row) {
+  send(box, boxMessages(box).choose, static_cast<WPARAM>(row));
+  // A box that is set by a message does not tell its parent, as it does when the user sets it.
+  const auto id = static_cast<WORD>(GetDlgCtrlID(box));
+  PostMessageW(GetParent(box), WM_COMMAND, MAKEWPARAM(id, boxMessages(box).notify),
+               reinterpret_cast<LPARAM>(box));
+}
+
+bool isBox(HWND window) { return isClass(window, L"ComboBox") || isClass(window, L"ListBox"); }
+
+int rowOf(HWND child, const std::wstring& text) {
+  if (isClass(child, WC_LISTVIEWW)) return listRow(child, text);
+  return isBox(child) ? boxRow(child, text) : -1;
+}
+
+// --- Trees
+
+std::wstring nodeText(HWND tree, HTREEITEM node) {
+  wchar_t text[512] = {};
+  TVITEMW item = {};
+  item.mask = TVIF_TEXT;
+  item.hItem = node;
+  item.pszText = text;
+  item.cchTextMax = 512;
+  send(tree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+  return text;
+}
+
+HTREEITEM nextNode(HWND tree, WPARAM relation, HTREEITEM node) {
+  return reinterpret_cast<HTREEITEM>(
+      send(tree, TVM_GETNEXTITEM, relation, reinterpret_cast<LPARAM>(node)));
+}
+
+HTREEITEM nodeNamed(HWND tree, HTREEITEM first, const std::wstring& text) {
+  for (HTREEITEM node = first; node; node = nextNode(tree, TVGN_NEXT, node))
+    if (nodeText(tree, node) == text) return node;
+  return nullptr;
+}
+
+HTREEITEM openedChild(HWND tree, HTREEITEM node) {
+  send(tree, TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(node));
+  return nextNode(tree, TVGN_CHILD, node);
+}
+
+bool openNodeIn(HWND tree, const std::vector<std::wstring>& levels) {
+  HTREEITEM among = nextNode(tree, TVGN_ROOT, nullptr);
+  // The root may be left out of the path.
+  if (among && !nodeNamed(tree, among, levels.front())) among = openedChild(tree, among);
+  HTREEITEM node = nullptr;
+  for (const auto& level : levels) {
+    node = nodeNamed(tree, among, level);
+    if (!node) return false;
+    among = openedChild(tree, node);
+  }
+  send(tree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(node));
+  return true;
+}
+
+// --- Menus
+
+std::wstring menuText(HMENU menu, int position) {
+  wchar_t text[256] = {};
+  GetMenuStringW(menu, static_cast<UINT>(position), text, 256, MF_BYPOSITION);
+  return plainCaption(text::beforeLast(text, L'\t'));
+}
+
+UINT menuCommandIn(HMENU menu, const std::vector<std::wstring>& path, std::size_t next) {
+  const int count = GetMenuItemCount(menu);
+  for (int i = 0; i < count; ++i) {
+    const bool hit = menuText(menu, i) == path[next];
+    const HMENU opened = GetSubMenu(menu, i);
+    if (opened) {
+      const std::size_t left = hit && next + 1 < path.size() ? next + 1 : next;
+      if (const UINT command = menuCommandIn(opened, path, left)) return command;
+    } else if (hit && next + 1 == path.size()) {
+      const UINT state = GetMenuState(menu, static_cast<UINT>(i), MF_BYPOSITION);
+      return state & (MF_GRAYED | MF_DISABLED) ? 0 : GetMenuItemID(menu, i);
+    }
+  }
+  return 0;
+}
+
+void describeWindow(HWND window, int depth, std::wstring& result) {
+  result.append(static_cast<std::size_t>(depth) * 2, L' ');
+  result += classOf(window) + L" " + std::to_wstring(GetDlgCtrlID(window)) + L" \"" +
+            textOf(window) + L"\"" + (IsWindowEnabled(window) ? L"" : L" disabled") + L"\n";
+  for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
+    if (IsWindowVisible(child)) describeWindow(child, depth + 1, result);
+}
+
+}  // namespace
+
+LRESULT send(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  DWORD_PTR result = 0;
+  SendMessageTimeoutW(window, message, wParam, lParam, SMTO_NORMAL, answerMilliseconds, &result);
+  return static_cast<LRESULT>(result);
+}
+
+std::vector<HWND> windows() {
+  std::vector<HWND> result;
+  auto visit = [&](HWND window) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (process == GetCurrentProcessId() && IsWindowVisible(window)) result.push_back(window);
+  };
+  EnumWindows(visitWindow<decltype(visit)>, reinterpret_cast<LPARAM>(&visit));
+  return result;
+}
+
+std::vector<HWND> windows(std::wstring_view caption) {
+  const bool anyRest = !caption.empty() && caption.back() == L'*';
+  if (anyRest) caption.remove_suffix(1);
+  std::vector<HWND> result = windows();
+  std::erase_if(result, [&](HWND window) {
+    const std::wstring text = textOf(window);
+    return anyRest ? text.substr(0, caption.size()) != caption : text != caption;
+  });
+  return result;
+}
+
+std::vector<HWND> children(HWND window) {
+  std::vector<HWND> result;
+  auto visit = [&](HWND child) {
+    if (IsWindowVisible(child)) result.push_back(child);
+  };
+  EnumChildWindows(window, visitWindow<decltype(visit)>, reinterpret_cast<LPARAM>(&visit));
+  return result;
+}
+
+std::wstring textOf(HWND window) {
+  const std::wstring text = text::replaceAll(raw(window), L"\r\n", L"|");
+  return text::replaceAll(text::replaceAll(text, L"\n", L"|"), L"\r", L"|");
+}
+
+std::wstring captionOf(HWND window) { return plainCaption(textOf(window)); }
+
+std::wstring classOf(HWND window) {
+  wchar_t name[128] = {};
+  GetClassNameW(window, name, 128);
+  return name;
+}
+
+bool isClass(HWND window, const wchar_t* name) { return sameName(classOf(window), name); }
+
+bool isMessageBox(HWND window) {
+  if (!isClass(window, L"#32770")) return false;
+  int buttons = 0;
+  int texts = 0;
+  for (const HWND child : children(window)) {
+    const int id = GetDlgCtrlID(child);
+    if (isClass(child, L"Button") && id >= IDOK && id <= IDCONTINUE)
+      ++buttons;
+    else if (isClass(child, L"Static"))
+      texts += textOf(child).empty() ? 0 : 1;
+    else
+      return false;
+  }
+  return buttons > 0 && texts == 1;
+}
+
+HWND control(HWND window, const std::wstring& idOrLabel) {
+  if (!idOrLabel.empty() && idOrLabel.find_first_not_of(L"0123456789") == idOrLabel.npos)
+    return GetDlgItem(window, std::stoi(idOrLabel));
+  for (const HWND child : children(window))
+    if (isClass(child, L"Static") && captionOf(child) == idOrLabel)
+      return GetWindow(child, GW_HWNDNEXT);
+  return nullptr;
+}
+
+HWND button(HWND window, const std::wstring& caption) {
+  for (const HWND child : children(window))
+    if (isClass(child, L"Button") && captionOf(child) == caption) return child;
+  return nullptr;
+}
+
+bool hasRow(HWND window, const std::wstring& text) {
+  for (const HWND child : children(window))
+    if (rowOf(child, text) >= 0) return true;
+  return false;
+}
+
+bool selectRow(HWND window, const std::wstring& text) {
+  for (const HWND child : children(window)) {
+    const int row = rowOf(child, text);
+    if (row < 0) continue;
+    if (isBox(child))
+      selectBoxRow(child, row);
+    else
+      selectListRow(child, row);
+    return true;
+  }
+  return false;
+}
+
+bool openNode(HWND window, const std::wstring& path) {
+  for (const HWND child : children(window))
+    if (isClass(child, WC_TREEVIEWW) && openNodeIn(child, text::split(path, L'/'))) return true;
+  return false;
+}
+
+UINT menuCommand(HWND window, const std::vector<std::wstring>& path) {
+  const HMENU menu = GetMenu(window);
+  return menu ? menuCommandIn(menu, path, 0) : 0;
+}
+
+std::wstring describe() {
+  std::wstring result;
+  for (const HWND window : windows()) describeWindow(window, 0, result);
+  return result;
+}
+
+}  // namespace standin::desktop

@@ -1,0 +1,382 @@
+#include "host/script/ScriptRunner.h"
+
+#include <algorithm>
+
+#include "common/handles.h"
+#include "host/model/Faults.h"
+#include "host/model/disk.h"
+#include "host/script/Desktop.h"
+#include "host/script/picture.h"
+
+namespace standin {
+namespace {
+
+constexpr DWORD betweenLooks = 20;
+
+std::wstring fromUtf8(std::string_view bytes) {
+  std::wstring text(bytes.size(), L'\0');
+  text.resize(static_cast<std::size_t>(
+      MultiByteToWideChar(CP_UTF8, 0, bytes.data(), static_cast<int>(bytes.size()), text.data(),
+                          static_cast<int>(text.size()))));
+  return text;
+}
+
+std::string toUtf8(std::wstring_view text) {
+  std::string bytes(text.size() * 3, '\0');
+  bytes.resize(static_cast<std::size_t>(
+      WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), bytes.data(),
+                          static_cast<int>(bytes.size()), nullptr, nullptr)));
+  return bytes;
+}
+
+void writeOut(std::string_view bytes) {
+  DWORD written = 0;
+  WriteFile(GetStdHandle(STD_OUTPUT_HANDLE), bytes.data(), static_cast<DWORD>(bytes.size()),
+            &written, nullptr);
+}
+
+bool isEnabled(HWND window) { return IsWindowEnabled(window) != FALSE; }
+
+// Folders before files, each with everything below it.
+void listTree(const std::wstring& folder, const std::wstring& indent) {
+  for (const auto& name : disk::folderNames(folder)) {
+    printLine(indent + name + L"/");
+    listTree(folder + L"\\" + name, indent + L"  ");
+  }
+  for (const auto& name : disk::fileNames(folder))
+    printLine(indent + name + L"  " + std::to_wstring(disk::fileSize(folder + L"\\" + name)));
+}
+
+// The lines of a script as they come in.
+class LineSource {
+ public:
+  explicit LineSource(const std::wstring& script) {
+    if (script == L"-")
+      handle_ = GetStdHandle(STD_INPUT_HANDLE);
+    else
+      file_.reset(CreateFileW(script.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                              FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (file_) handle_ = file_.get();
+    if (!handle_ || handle_ == INVALID_HANDLE_VALUE)
+      throw ScriptError(L"cannot read the script \"" + script + L"\"");
+  }
+
+  bool next(std::wstring& line) {
+    std::string bytes;
+    char letter = 0;
+    DWORD read = 0;
+    while (ReadFile(handle_, &letter, 1, &read, nullptr) && read == 1 && letter != '\n')
+      bytes += letter;
+    if (read == 0 && bytes.empty()) return false;
+    line = fromUtf8(bytes);
+    if (!line.empty() && line.front() == 0xFEFF) line.erase(0, 1);
+    return true;
+  }
+
+ private:
+  handles::File file_;
+  HANDLE handle_ = nullptr;
+};
+
+}  // namespace
+
+void printLine(std::wstring_view text) { writeOut(toUtf8(text) + "\n"); }
+
+ScriptRunner::ScriptRunner(HWND mainWindow, Places places)
+    : main_(mainWindow), places_(std::move(places)) {}
+
+bool ScriptRunner::until(const std::function<bool()>& condition) const {
+  const DWORD start = GetTickCount();
+  while (!condition()) {
+    if (GetTickCount() - start >= timeout_) return false;
+    Sleep(betweenLooks);
+  }
+  return true;
+}
+
+void ScriptRunner::require(const std::function<bool()>& condition,
+                           const std::wstring& failure) const {
+  if (!until(condition)) throw ScriptError(failure);
+}
+
+HWND ScriptRunner::windowWith(const std::wstring& caption,
+                              const std::function<bool(HWND)>& condition) const {
+  for (const HWND window : desktop::windows(caption))
+    if (condition(window)) return window;
+  return nullptr;
+}
+
+bool ScriptRunner::anyWindow(const std::wstring& caption,
+                             const std::function<bool(HWND)>& condition) const {
+  return windowWith(caption, condition) != nullptr;
+}
+
+void ScriptRunner::run(const ScriptLine& line) {
+  const std::wstring& command = line.command;
+  const Arguments& arguments = line.arguments;
+  const auto startsWith = [&](std::wstring_view start) {
+    return command.substr(0, start.size()) == start;
+  };
+  if (startsWith(L"wait ")) return runWait(command.substr(5), arguments);
+  if (startsWith(L"expect ")) return runExpect(command.substr(7), arguments);
+  if (command == L"menu") return menu(arguments);
+  if (command == L"load") return changeAddIn(arguments[0], L"Load");
+  if (command == L"unload") return changeAddIn(arguments[0], L"Unload");
+  if (command == L"picture") return picture(arguments);
+  if (command == L"tree") return tree(arguments.empty() ? L"" : arguments[0]);
+  if (command == L"cat") return cat(arguments[0]);
+  if (command == L"print") return printLine(arguments[0]);
+  if (command == L"windows") return writeOut(toUtf8(desktop::describe()));
+  if (command == L"timeout")
+    timeout_ = static_cast<DWORD>(std::max(0, _wtoi(arguments[0].c_str()))) * 1000;
+  else if (command == L"exit")
+    ended_ = true;
+  else if (!command.empty())
+    runControl(command, arguments);
+}
+
+void ScriptRunner::runWait(const std::wstring& what, const Arguments& arguments) {
+  if (what == L"main") {
+    require([&] { return isEnabled(main_); }, L"the main window is still disabled");
+    return;
+  }
+  const std::wstring& caption = arguments[0];
+  if (what == L"window") {
+    require([&] { return anyWindow(caption, isEnabled); }, L"the window has not come");
+  } else if (what == L"box") {
+    require([&] { return anyWindow(caption, desktop::isMessageBox); },
+            L"the message box has not come");
+  } else if (what == L"gone") {
+    require([&] { return desktop::windows(caption).empty(); }, L"the window is still there");
+  } else {
+    require(
+        [&] {
+          return anyWindow(caption, [&](HWND window) {
+            const HWND button = desktop::button(window, arguments[1]);
+            return button && isEnabled(button);
+          });
+        },
+        L"the button is not there or disabled");
+  }
+}
+
+void ScriptRunner::runExpect(const std::wstring& what, const Arguments& arguments) {
+  const std::wstring& first = arguments[0];
+  if (what == L"text") return expectText(first, arguments[1]);
+  if (what == L"row" || what == L"no row") {
+    const bool wanted = what == L"row";
+    require(
+        [&] {
+          return !desktop::windows(first).empty() && anyWindow(first, [&](HWND window) {
+                                                       return desktop::hasRow(window, arguments[1]);
+                                                     }) == wanted;
+        },
+        wanted ? L"there is no such row" : L"there is such a row");
+  } else if (what == L"menu" || what == L"no menu") {
+    const bool wanted = what == L"menu";
+    require([&] { return (desktop::menuCommand(main_, arguments) != 0) == wanted; },
+            wanted ? L"there is no such menu entry" : L"there is such a menu entry");
+  } else if (what == L"file" || what == L"no file") {
+    const bool wanted = what == L"file";
+    require([&] { return disk::exists(webPath(first)) == wanted; },
+            wanted ? L"there is no such file" : L"there is such a file");
+  } else {
+    const std::string part = toUtf8(arguments[1]);
+    require([&] { return disk::readBytes(webPath(first)).find(part) != std::string::npos; },
+            L"the file does not hold that");
+  }
+}
+
+void ScriptRunner::runControl(const std::wstring& what, const Arguments& arguments) {
+  const std::wstring& caption = arguments[0];
+  if (what == L"press") return press(caption, arguments[1]);
+  if (what == L"type") return type(arguments);
+  if (what == L"check") return check(arguments);
+  if (what == L"select") {
+    require(
+        [&] {
+          return anyWindow(caption, [&](HWND window) {
+            return isEnabled(window) && desktop::selectRow(window, arguments[1]);
+          });
+        },
+        L"there is no such row");
+  } else if (what == L"expand") {
+    require(
+        [&] {
+          return anyWindow(caption, [&](HWND window) {
+            return isEnabled(window) && desktop::openNode(window, arguments[1]);
+          });
+        },
+        L"there is no such node");
+  } else if (what == L"post") {
+    // For commands that no push button bears: a tool bar's, by their number.
+    HWND window = nullptr;
+    require([&] { return (window = windowWith(caption, isEnabled)) != nullptr; },
+            L"there is no such window");
+    PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(_wtoi(arguments[1].c_str())), 0);
+  } else {
+    HWND window = nullptr;
+    require([&] { return (window = windowWith(caption, isEnabled)) != nullptr; },
+            L"there is no such window");
+    PostMessageW(window, WM_CLOSE, 0, 0);
+  }
+}
+
+void ScriptRunner::menu(const Arguments& path) {
+  UINT command = 0;
+  require(
+      [&] {
+        command = desktop::menuCommand(main_, path);
+        return command != 0 && isEnabled(main_);
+      },
+      command ? L"the main window is disabled" : L"there is no such menu entry");
+  PostMessageW(main_, WM_COMMAND, command, 0);
+}
+
+void ScriptRunner::press(const std::wstring& caption, const std::wstring& button) {
+  HWND found = nullptr;
+  const auto pressable = [&](HWND window) {
+    if (!isEnabled(window)) return false;
+    found = desktop::button(window, button);
+    return found && isEnabled(found);
+  };
+  require([&] { return anyWindow(caption, pressable); },
+          L"there is no such button that can be pressed");
+  PostMessageW(found, BM_CLICK, 0, 0);
+}
+
+void ScriptRunner::type(const Arguments& arguments) {
+  HWND found = nullptr;
+  const auto typeable = [&](HWND window) {
+    found = isEnabled(window) ? desktop::control(window, arguments[1]) : nullptr;
+    return found && isEnabled(found);
+  };
+  require([&] { return anyWindow(arguments[0], typeable); }, L"there is no such control");
+  desktop::send(found, EM_SETSEL, 0, -1);
+  desktop::send(found, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(arguments[2].c_str()));
+}
+
+void ScriptRunner::check(const Arguments& arguments) {
+  const bool wanted = arguments[2] == L"on";
+  if (!wanted && arguments[2] != L"off") throw ScriptError(L"the state is \"on\" or \"off\"");
+  HWND found = nullptr;
+  const auto checkable = [&](HWND window) {
+    found = isEnabled(window) ? desktop::button(window, arguments[1]) : nullptr;
+    return found && isEnabled(found);
+  };
+  const auto isChecked = [&] { return desktop::send(found, BM_GETCHECK) == BST_CHECKED; };
+  require([&] { return anyWindow(arguments[0], checkable); }, L"there is no such check box");
+  if (isChecked() == wanted) return;
+  PostMessageW(found, BM_CLICK, 0, 0);
+  require([&] { return isChecked() == wanted; }, L"the check box does not change");
+}
+
+void ScriptRunner::expectText(const std::wstring& caption, const std::wstring& text) {
+  std::wstring seen;
+  const auto shows = [&](HWND window) {
+    for (const HWND child : desktop::children(window)) {
+      const std::wstring shown = desktop::textOf(child);
+      if (shown == text) return true;
+      if (!shown.empty()) seen += L"\n    \"" + shown + L"\"";
+    }
+    return false;
+  };
+  const bool met = until([&] {
+    seen.clear();
+    return anyWindow(caption, shows);
+  });
+  if (!met) throw ScriptError(L"the text is not there; what is there:" + seen);
+}
+
+void ScriptRunner::changeAddIn(const std::wstring& progId, const std::wstring& button) {
+  const std::wstring dialog = L"Add-ins";
+  menu({L"Tools", L"Add-ins..."});
+  runWait(L"window", {dialog});
+  runControl(L"select", {dialog, progId});
+  press(dialog, button);
+  // The buttons change places when it is done.
+  runWait(L"enabled", {dialog, button == L"Load" ? L"Unload" : L"Load"});
+  press(dialog, L"Close");
+  runWait(L"gone", {dialog});
+}
+
+void ScriptRunner::picture(const Arguments& arguments) {
+  RECT area = wholeScreen();
+  if (arguments.size() > 1) {
+    HWND window = nullptr;
+    require(
+        [&] { return (window = windowWith(arguments[1], [](HWND) { return true; })) != nullptr; },
+        L"there is no such window");
+    GetWindowRect(window, &area);
+  }
+  for (const HWND window : desktop::windows())
+    RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+  const std::wstring folder = places_.pictures.empty() ? L"." : places_.pictures;
+  if (!takePicture(area, folder + L"\\" + arguments[0]))
+    throw ScriptError(L"the picture cannot be taken");
+}
+
+std::wstring ScriptRunner::webPath(const std::wstring& relative) const {
+  if (places_.webFolder.empty()) throw ScriptError(L"no web was opened");
+  std::wstring path = places_.webFolder;
+  if (!relative.empty()) path += L"\\" + relative;
+  std::replace(path.begin(), path.end(), L'/', L'\\');
+  return path;
+}
+
+void ScriptRunner::tree(const std::wstring& below) const {
+  const std::wstring folder = webPath(below);
+  printLine(folder);
+  listTree(folder, L"  ");
+}
+
+void ScriptRunner::cat(const std::wstring& file) const {
+  writeOut(disk::readBytes(webPath(file)) + "\n");
+}
+
+bool ScriptRunner::closeAll() {
+  timeout_ = 20000;
+  return until([&] {
+    if (!IsWindow(main_)) return true;
+    for (const HWND window : desktop::windows()) {
+      if (!isEnabled(window)) continue;
+      // A question without a Cancel does not close; No is the answer that does nothing.
+      if (desktop::isMessageBox(window) && GetDlgItem(window, IDNO))
+        PostMessageW(window, WM_COMMAND, IDNO, 0);
+      else
+        PostMessageW(window, WM_CLOSE, 0, 0);
+      break;
+    }
+    return false;
+  });
+}
+
+int runScript(const std::wstring& script, HWND mainWindow, const ScriptRunner::Places& places,
+              bool stay) {
+  ScriptRunner runner(mainWindow, places);
+  int number = 0;
+  std::wstring line;
+  int result = 0;
+  try {
+    LineSource source(script);
+    while (!runner.ended() && source.next(line)) {
+      ++number;
+      runner.run(parseScriptLine(line));
+    }
+  } catch (const ScriptError& error) {
+    printLine(L"script: line " + std::to_wstring(number) + L": " + line + L": " + error.text());
+    result = 1;
+  } catch (const Refusal& refusal) {
+    printLine(L"script: line " + std::to_wstring(number) + L": " + line + L": " +
+              refusal.description);
+    result = 1;
+  }
+  if (result == 0 && stay && !runner.ended()) return result;
+  if (!runner.closeAll()) {
+    printLine(L"script: the host does not close; what is open:\n" + desktop::describe());
+    ExitProcess(1);
+  }
+  return result;
+}
+
+}  // namespace standin
