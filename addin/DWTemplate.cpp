@@ -6,6 +6,7 @@
 #include "addin/ClipboardKeeper.h"
 #include "addin/accelerator.h"
 #include "addin/commands.h"
+#include "addin/host/environment.h"
 #include "addin/resource.h"
 #include "common/handles.h"
 #include "common/letter_case.h"
@@ -72,10 +73,16 @@ std::optional<long> positionBehind(const HostControl& parent, const ControlKey& 
   return static_cast<long>(controls.size()) + 1;
 }
 
+// A dialog of the host's may stand in front of its main window.
+HWND ownerOfWindows() noexcept {
+  const HWND active = GetActiveWindow();
+  return active ? active : modCommon::GetHostMainWindow();
+}
+
 void tellNoWebIsOpen() {
   std::wstring title = module::title;
   quietly(L"tellNoWebIsOpen", [&] { title = hostApplication().name(); });
-  showMessage(GetActiveWindow(), L"No web is currently open.", MB_ICONINFORMATION, title);
+  showMessage(ownerOfWindows(), L"No web is currently open.", MB_ICONINFORMATION, title);
 }
 
 }  // namespace
@@ -158,7 +165,7 @@ std::optional<HostControl> DWTemplate::CreateFPMenuItem(
 
     const auto parent = cbar->find(keyOf(cbpval, bcbpid));
     if (!parent) {
-      showMessage(GetActiveWindow(),
+      showMessage(ownerOfWindows(),
                   L"The menu item could not be created. The Quillet will not be available.",
                   MB_ICONINFORMATION, L"Dynamic Web Template Browser");
       return;
@@ -228,7 +235,7 @@ bool DWTemplate::RemoveAddInCommandBarButton(long RemoveMode,
 void DWTemplate::m_btnCopyToWeb_Click(IDispatch*, VARIANT_BOOL*) noexcept {
   quietly(L"m_btnCopyToWeb_Click", [&] {
     if (hostApplication().activeWeb())
-      commands::browseTemplates(hostApplication(), GetActiveWindow());
+      commands::browseTemplates(hostApplication(), ownerOfWindows());
     else
       tellNoWebIsOpen();
   });
@@ -240,7 +247,7 @@ void DWTemplate::m_btnDWTOnline_Click(IDispatch*, VARIANT_BOOL* CancelDefault) n
       tellNoWebIsOpen();
       return;
     }
-    const auto result = commands::openOnlineCatalogue(hostApplication(), GetActiveWindow());
+    const auto result = commands::openOnlineCatalogue(hostApplication(), ownerOfWindows());
     if (result == commands::OnlineResult::browseDownloads && m_btnCopyToWeb.control)
       m_btnCopyToWeb_Click(m_btnCopyToWeb.control->object().get(), CancelDefault);
   });

@@ -1,17 +1,20 @@
 #include "addin/commands.h"
 
+#include <memory>
+
+#include "catalogue/frmQuillet.h"
 #include "common/log.h"
 
 namespace commands {
 
-void browseTemplates(HostApplication&, HWND) {
-  modCommon::InitLog();
-  modCommon::WriteLog(L"The template browser is not there yet.");
+void browseTemplates(HostApplication& host, HWND owner) {
+  const auto window = std::make_unique<frmQuillet>(host);
+  window->ShowQuillet(false, owner);
 }
 
 OnlineResult openOnlineCatalogue(HostApplication&, HWND) {
   modCommon::InitLog();
-  modCommon::WriteLog(L"The online catalogue is not there yet.");
+  modCommon::WriteLog(L"The online catalogue is not available yet.");
   return OnlineResult::closed;
 }
 

@@ -1,5 +1,6 @@
-// The compiler's own last words, written to an error output that a host's module does not have, bring
-// in a tenth of the module's size. An error that nobody catches ends the process without them.
+// The compiler's own last words, written to an error output that a host's module does not have,
+// bring in a tenth of the module's size. An error that nobody catches ends the process without
+// them.
 #include <cstdlib>
 
 namespace __gnu_cxx {

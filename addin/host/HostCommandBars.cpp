@@ -34,9 +34,12 @@ std::vector<HostControl> HostControl::controls() const {
 
 std::optional<HostControl> HostControl::add(long type, const std::wstring& parameter,
                                             long position) const {
+  const host::Dispatch collection = object_.object(L"Controls");
+  // Behind the last control there is none to stand before: leaving the place out appends.
+  const bool appends = position > collection.value(L"Count").number();
+  const Variant before = appends ? Variant::missing() : Variant(position);
   const Variant added =
-      object_.object(L"Controls")
-          .call(L"Add", {type, Variant::missing(), parameter, position, /*temporary=*/true});
+      collection.call(L"Add", {type, Variant::missing(), parameter, before, /*temporary=*/true});
   return asControl(host::Dispatch(added.object()));
 }
 
