@@ -243,7 +243,8 @@ INT_PTR Form::onDialogMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       if (!unloaded_) handle(L"Form_Activate", [this] { Form_Activate(); });
       return TRUE;
     case WM_COMMAND:
-      onCommand(LOWORD(wParam), lParam ? HIWORD(wParam) : static_cast<WORD>(BN_CLICKED));
+      onCommand(LOWORD(wParam), lParam ? HIWORD(wParam) : static_cast<WORD>(BN_CLICKED),
+                reinterpret_cast<HWND>(lParam));
       return TRUE;
     case WM_NOTIFY:
       return onNotify(*reinterpret_cast<NMHDR*>(lParam));
@@ -318,8 +319,12 @@ void Form::addToolTips() {
   }
 }
 
-void Form::onCommand(int id, WORD code) {
-  Control* const target = control(id);
+void Form::onCommand(int id, WORD code, HWND from) {
+  Control* const target = from ? control(from) : control(id);
+  if (target && target->id() != id) {
+    target->onChildCommand(id);
+    return;
+  }
   if (target && target->enabled())
     target->onCommand(code);
   else if (!target && id == IDCANCEL)

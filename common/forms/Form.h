@@ -107,7 +107,7 @@ class Form {
   INT_PTR onDialogMessage(UINT message, WPARAM wParam, LPARAM lParam);
   INT_PTR answer(LRESULT result) noexcept;
   INT_PTR onInitDialog();
-  void onCommand(int id, WORD code);
+  void onCommand(int id, WORD code, HWND from);
   INT_PTR onNotify(NMHDR& header);
   void measureDesign();
   void attachControls();

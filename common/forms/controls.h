@@ -46,6 +46,8 @@ class Control {
   friend class Form;
   virtual void onAttached() {}
   virtual void onCommand(WORD /*code*/) {}
+  // A command of one of the control's own parts, a toolbar's button.
+  virtual void onChildCommand(int /*command*/) {}
   virtual LRESULT onNotify(NMHDR& /*header*/) { return 0; }
 
   Form& form_;
