@@ -10,6 +10,12 @@ std::wstring toLower(std::wstring_view value) {
   return result;
 }
 
+std::wstring toUpper(std::wstring_view value) {
+  std::wstring result(value);
+  CharUpperBuffW(result.data(), static_cast<DWORD>(result.size()));
+  return result;
+}
+
 bool equalIgnoringCase(std::wstring_view left, std::wstring_view right) {
   return left.size() == right.size() && toLower(left) == toLower(right);
 }

@@ -7,6 +7,7 @@
 namespace text {
 
 std::wstring toLower(std::wstring_view value);
+std::wstring toUpper(std::wstring_view value);
 
 bool equalIgnoringCase(std::wstring_view left, std::wstring_view right);
 bool containsIgnoringCase(std::wstring_view value, std::wstring_view what);

@@ -2,7 +2,7 @@
 
 packages_to_work=(
   wine wine32:i386 wine64 g++-mingw-w64-i686-win32 mingw-w64-tools doctest-dev cmake ninja-build
-  clang-format python3 xvfb openbox imagemagick x11-utils fonts-wine fonts-liberation)
+  dpkg-dev clang-format python3 xvfb openbox imagemagick x11-utils fonts-wine fonts-liberation)
 packages_to_lint=(clang-tidy cppcheck)
 
 # usage: set_up [PACKAGE...]   The packages that are wanted beside those that every command needs.
@@ -14,6 +14,7 @@ set_up() {
   local missing
   mapfile -t missing < <(missing_packages "${packages_to_work[@]}" "$@")
   ((${#missing[@]} == 0)) || (install_packages "${missing[@]}")
+  cmake/unzip/build-unzip32
 }
 
 missing_packages() {

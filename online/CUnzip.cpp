@@ -1,0 +1,16 @@
+#include "online/CUnzip.h"
+
+#include "common/errors.h"
+
+long CUnzip::Unzip(std::wstring& zipFileName, std::wstring& extractDir, HWND owner) {
+  try {
+    if (!zipFileName.empty()) ZipFileName = zipFileName;
+    if (!extractDir.empty()) ExtractDir = extractDir;
+    zipFileName = ZipFileName;
+    extractDir = ExtractDir;
+    return modZipUnzip::Unzip(*this, lastMessage_, owner);
+  } catch (...) {
+    const Error error = errors::current();
+    throw Error(error.number(), error.description(), L"CGUnZipFiles::Unzip");
+  }
+}

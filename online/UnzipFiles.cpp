@@ -1,0 +1,67 @@
+#include "online/UnzipFiles.h"
+
+#include "common/errors.h"
+#include "common/letter_case.h"
+#include "common/log.h"
+#include "common/message.h"
+#include "common/report.h"
+#include "online/CUnzip.h"
+#include "online/UnzipRecords.h"
+
+namespace modCommon {
+namespace {
+
+constexpr wchar_t cannotWriteText[] =
+    L"Invalid file path or you do not have write permission to this location.";
+constexpr wchar_t notAnArchiveText[] =
+    L"Cannot unzip file: \" %s \".\r\nIt does not appear to be a valid archive. If you downloaded "
+    L"this file, try downloading the file again.";
+
+void showResult(long result, const std::wstring& archivePath, const std::wstring& extractDir,
+                HWND owner) {
+  switch (result) {
+    case unzip::cannotCreate:
+      showMessage(owner, extractDir + L"\r\n" + cannotWriteText, MB_ICONHAND);
+      break;
+    case unzip::notAnArchive:
+      showMessage(owner, text::replaceIgnoringCase(notAnArchiveText, L"%s", archivePath),
+                  MB_ICONHAND);
+      // So that the next download starts clean.
+      DeleteFileW(archivePath.c_str());
+      break;
+    default:
+      break;
+  }
+}
+
+bool unzipFiles(const std::wstring& archivePath, const std::wstring& extractDir, HWND owner) {
+  CUnzip extractor;
+  extractor.ZipFileName = archivePath;
+  extractor.ExtractDir = extractDir;
+  extractor.HonorDirectories = true;
+  extractor.OverWriteFiles = true;
+  extractor.ExtractNewer = true;
+  std::wstring archive;
+  std::wstring folder;
+  const long result = extractor.Unzip(archive, folder, owner);
+  if (result == unzip::success) return true;
+  showResult(result, archivePath, extractDir, owner);
+  WriteLog(text::toUpper(extractor.GetLastMessage()));
+  return false;
+}
+
+}  // namespace
+
+bool UnzipFiles(const std::wstring& archivePath, const std::wstring& extractDir,
+                HWND owner) noexcept {
+  try {
+    return unzipFiles(archivePath, extractDir, owner);
+  } catch (...) {
+    const Error error = errors::current();
+    showMessage(owner, error.description(), MB_ICONHAND);
+    reportModuleError(L"UnzipFiles", error);
+    return false;
+  }
+}
+
+}  // namespace modCommon

@@ -1,0 +1,60 @@
+#include "online/UnzipLibrary.h"
+
+#include <string>
+
+#include "common/errors.h"
+#include "common/module.h"
+
+namespace unzip {
+namespace {
+
+constexpr wchar_t fileName[] = L"unzip32.dll";
+
+std::wstring libraryPath() { return module::folder() + fileName; }
+
+Error unusable(const wchar_t* why) {
+  return {errors::fileNotFound, L"The unzip library \" " + libraryPath() + L" \" " + why +
+                                    L" The product may have to be reinstalled."};
+}
+
+template <class Function>
+Function entryPoint(HMODULE module, const char* name) {
+  const auto address = reinterpret_cast<void*>(GetProcAddress(module, name));
+  if (!address) throw unusable(L"is not usable.");
+  return reinterpret_cast<Function>(address);
+}
+
+}  // namespace
+
+Library::Library() {
+  // What the library itself imports is looked for beside it first.
+  module_.reset(LoadLibraryExW(libraryPath().c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
+  if (!module_) throw unusable(L"could not be loaded.");
+  const auto version = entryPoint<VersionEntry>(module_.get(), "UzpVersion2");
+  unzip_ = entryPoint<UnzipEntry>(module_.get(), "Wiz_SingleEntryUnzip");
+  readVersion(version);
+}
+
+void Library::readVersion(VersionEntry version) {
+  VersionRecord record = {};
+  record.length = sizeof record;
+  if (version(&record) == oldVersionLength) {
+    record.length = oldVersionLength;
+    version(&record);
+  }
+  const int major = record.unzip.major;
+  // A later library says itself whether it still takes the records known here.
+  const int needed = record.length == sizeof record ? record.oldestInterface.major : major;
+  if (major < 5 || needed > 6) throw unusable(L"has an unknown version.");
+  newRecords_ = major >= 6;
+}
+
+int Library::run(const OptionsNew& options, CallbacksNew& callbacks) const {
+  return unzip_(0, nullptr, 0, nullptr, &options, &callbacks);
+}
+
+int Library::run(const OptionsOld& options, CallbacksOld& callbacks) const {
+  return unzip_(0, nullptr, 0, nullptr, &options, &callbacks);
+}
+
+}  // namespace unzip

@@ -1,0 +1,46 @@
+// The unzip library while it is loaded.
+#pragma once
+
+#include <windows.h>
+
+#include "common/handles.h"
+#include "online/UnzipRecords.h"
+
+namespace handles {
+struct ModuleTraits {
+  using type = HMODULE;
+  static type none() noexcept { return nullptr; }
+  static void close(type handle) noexcept { FreeLibrary(handle); }
+};
+using Module = Unique<ModuleTraits>;
+}  // namespace handles
+
+namespace unzip {
+
+class Library {
+ public:
+  // Loads unzip32.dll from the folder of this module, never from anywhere else: a library of that
+  // name in the host's current folder or on the path is somebody else's. Raises an Error (53) when
+  // it is not there, cannot be loaded or lacks an entry point or a version that is known here.
+  Library();
+
+  // True for the records since version 6, false for the older ones.
+  bool hasNewRecords() const noexcept { return newRecords_; }
+
+  // The library's result (0 = success). The whole archive is handled.
+  int run(const OptionsNew& options, CallbacksNew& callbacks) const;
+  int run(const OptionsOld& options, CallbacksOld& callbacks) const;
+
+ private:
+  using VersionEntry = unsigned(WINAPI*)(VersionRecord*);
+  using UnzipEntry = int(WINAPI*)(int nameCount, char** names, int excludedCount, char** excluded,
+                                  const void* options, void* callbacks);
+
+  void readVersion(VersionEntry version);
+
+  handles::Module module_;
+  UnzipEntry unzip_ = nullptr;
+  bool newRecords_ = true;
+};
+
+}  // namespace unzip

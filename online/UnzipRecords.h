@@ -1,0 +1,160 @@
+// The records of the Info-ZIP library (unzip32.dll), as its documentation lays them out for 32-bit
+// Windows: everything packed to its natural size, text in the ANSI code page. The library changed
+// them with its version 6; both kinds are in use.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+
+namespace unzip {
+
+using Size = unsigned long long;
+
+// UzpVersion2. The caller says in the first field how long the record is; a library that expects
+// another length answers with that length and fills nothing in.
+struct Version {
+  unsigned char major;
+  unsigned char minor;
+  unsigned char patchLevel;
+  unsigned char unused;
+};
+struct VersionRecord {
+  unsigned long length;
+  unsigned long flags;
+  char betaLevel[10];
+  char date[20];
+  char zlibVersion[10];
+  Version unzip;
+  Version zipInfo;
+  Version os2Library;
+  Version windowsLibrary;
+  Version oldestInterface;  // since version 6: the last change of the interface
+};
+static_assert(sizeof(VersionRecord) == 68);
+static_assert(offsetof(VersionRecord, unzip) == 48);
+inline constexpr unsigned long oldVersionLength = offsetof(VersionRecord, oldestInterface);
+
+// The options, up to version 5.
+struct OptionsOld {
+  int extractOnlyNewer;
+  int spaceToUnderscore;
+  int promptToOverwrite;
+  int quiet;      // 0 all messages, 1 few, 2 none
+  int toStdOut;   // hands the files' bytes to the print routine
+  int test;       // reads everything, writes nothing
+  int list;       // lists the contents, writes nothing
+  int freshen;    // only files that exist already and are older
+  int comment;    // the archive's comment, nothing else
+  int folders;    // 0 drops the folders of the names; 1 keeps them, without ".."
+  int overwrite;  // without a question
+  int convertLineEnds;
+  int zipInfo;  // a technical listing, nothing else
+  int ignoreCase;
+  int privilege;  // 1 restores access rights, 2 with the user's privileges
+  const char* archive;
+  const char* folder;  // null for the current folder
+};
+static_assert(sizeof(OptionsOld) == 68);
+static_assert(offsetof(OptionsOld, archive) == 60);
+
+// The options since version 6: three more, and the version of the record itself.
+inline constexpr unsigned optionsVersion = 0x600;
+struct OptionsNew {
+  unsigned version;  // optionsVersion
+  int extractOnlyNewer;
+  int spaceToUnderscore;
+  int promptToOverwrite;
+  int quiet;
+  int toStdOut;
+  int test;
+  int list;
+  int freshen;
+  int comment;
+  int folders;
+  int overwrite;
+  int convertLineEnds;
+  int zipInfo;
+  int backup;  // keeps a copy of what it overwrites
+  int ignoreCase;
+  int times;  // 0 restores all file times
+  int utf8;   // 0 translates names in UTF-8 to the code page
+  int privilege;
+  const char* archive;
+  const char* folder;
+};
+static_assert(sizeof(OptionsNew) == 84);
+static_assert(offsetof(OptionsNew, archive) == 76);
+
+// What the library calls. `print` and `replace` must be there.
+using Print = int(WINAPI*)(char* text, unsigned long length);
+using Sound = void(WINAPI*)();
+using Password = int(WINAPI*)(char* buffer, int size, const char* prompt, const char* entry);
+using ReplaceOld = int(WINAPI*)(char* name);
+using ReplaceNew = int(WINAPI*)(char* name, unsigned size);
+// One line of a listing. `caseMark` is "^" for a name in lower-case letters, `crypt` is "E" for an
+// encrypted entry.
+using MessageOld = void(WINAPI*)(unsigned long unpackedSize, unsigned long packedSize,
+                                 unsigned ratio, unsigned month, unsigned day, unsigned year,
+                                 unsigned hour, unsigned minute, char caseMark, const char* name,
+                                 const char* method, unsigned long crc, char crypt);
+using MessageNew = void(WINAPI*)(Size unpackedSize, Size packedSize, unsigned ratio, unsigned month,
+                                 unsigned day, unsigned year, unsigned hour, unsigned minute,
+                                 char caseMark, const char* name, const char* method,
+                                 unsigned long crc, char crypt);
+// After each entry; an answer other than 0 stops the library.
+using ServiceOld = int(WINAPI*)(const char* name, unsigned long unpackedSize);
+using ServiceNew = int(WINAPI*)(const char* name, Size unpackedSize);
+
+struct CallbacksOld {
+  Print print;
+  Sound sound;
+  ReplaceOld replace;
+  Password password;
+  MessageOld message;
+  ServiceOld service;
+  // Filled in by a listing.
+  unsigned long packedSize;
+  unsigned long unpackedSize;
+  unsigned long ratio;
+  unsigned long entries;
+  WORD hasComment;
+};
+static_assert(sizeof(CallbacksOld) == 44);
+static_assert(offsetof(CallbacksOld, packedSize) == 24);
+
+struct CallbacksNew {
+  Print print;
+  Sound sound;
+  ReplaceNew replace;
+  Password password;
+  MessageNew message;
+  ServiceNew service;
+  void* message32;  // in place of `message` and `service` for callers without 64-bit numbers
+  void* service32;
+  Size packedSize;
+  Size unpackedSize;
+  Size entries;
+  unsigned ratio;
+  WORD hasComment;
+};
+static_assert(sizeof(CallbacksNew) == 64);
+static_assert(offsetof(CallbacksNew, packedSize) == 32);
+
+// Answers of the callbacks.
+inline constexpr int replaceNo = 100;
+inline constexpr int replaceYes = 102;
+inline constexpr int replaceNone = 104;
+inline constexpr int passwordEntered = 0;
+inline constexpr int passwordCancelAll = -2;  // and ask for no further one
+
+// Results of the entry point, as far as they are told apart.
+enum Result : long {
+  success = 0,
+  warning = 1,       // unpacked, with something odd on the way
+  cannotCreate = 2,  // the folder to unpack into cannot be made
+  notAnArchive = 9,  // or there is no such file
+  cannotWrite = 50,  // the disk is full, or a file cannot be made
+};
+
+}  // namespace unzip

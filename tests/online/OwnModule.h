@@ -1,0 +1,42 @@
+// Makes the product believe that its module stands in a scratch folder, for what it loads from
+// there.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "common/module.h"
+#include "tests/support/ScratchFolder.h"
+
+class OwnModule {
+ public:
+  OwnModule() : before_(module::instance()) {
+    CopyFileW(testLibrary().c_str(), (folder_ / L"module.dll").c_str(), FALSE);
+    module_ = LoadLibraryW((folder_ / L"module.dll").c_str());
+    module::setInstance(module_);
+  }
+  ~OwnModule() {
+    module::setInstance(before_);
+    FreeLibrary(module_);
+  }
+  OwnModule(const OwnModule&) = delete;
+  OwnModule& operator=(const OwnModule&) = delete;
+
+  const ScratchFolder& folder() const noexcept { return folder_; }
+  void useOldLibrary() const {
+    CopyFileW(testLibrary().c_str(), (folder_ / L"unzip32.dll").c_str(), FALSE);
+  }
+
+ private:
+  static std::wstring testLibrary() {
+    wchar_t path[MAX_PATH];
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    const std::wstring program = path;
+    return program.substr(0, program.rfind(L'\\') + 1) + L"old-unzip32.dll";
+  }
+
+  HINSTANCE before_;
+  ScratchFolder folder_;
+  HMODULE module_ = nullptr;
+};

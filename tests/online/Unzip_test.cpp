@@ -1,0 +1,634 @@
+#include <functional>
+
+#include "common/ansi.h"
+#include "common/errors.h"
+#include "common/log.h"
+#include "online/CUnzip.h"
+#include "online/UnzipFiles.h"
+#include "online/UnzipRecords.h"
+#include "tests/online/OwnModule.h"
+#include "tests/online/ZipMaker.h"
+#include "tests/support/DebugOutput.h"
+#include "tests/support/ImportPatch.h"
+#include "tests/support/ModalDriver.h"
+#include "tests/support/text_output.h"
+
+namespace {
+
+using Tree = std::vector<std::wstring>;
+
+// An archive and the folder it is unpacked into, inside a folder that must stay as it was.
+struct Unpacking {
+  ScratchFolder scratch;
+  std::wstring archive;
+  std::wstring folder;
+
+  explicit Unpacking(const std::string& bytes)
+      : archive(scratch.writeFile(L"staging\\theme.zip", bytes)),
+        folder(scratch.makeFolder(L"inside")) {}
+  explicit Unpacking(const ZipMaker& zip) : Unpacking(zip.bytes()) {}
+
+  bool run() const { return modCommon::UnzipFiles(archive, folder); }
+  std::string read(std::wstring_view name) const {
+    return scratch.readFile(L"inside\\" + std::wstring(name));
+  }
+  bool untouched() const {
+    return scratch.tree() == Tree{L"inside\\", L"staging\\", L"staging\\theme.zip"};
+  }
+};
+
+struct Logging {
+  Logging() { modCommon::setLoggingFlag(1); }
+  ~Logging() { modCommon::setLoggingFlag(0); }
+};
+
+constexpr char deflated[] =
+    "\313\317\113\125\050\051\317\127\050\311\050\112\115\125\310\037\345\215\362\360\362\000";
+
+ZipMaker onePage() { return ZipMaker().add("page.htm", "new page"); }
+
+std::wstring notAnArchive(const std::wstring& path) {
+  return L"Cannot unzip file: \" " + path +
+         L" \".\r\nIt does not appear to be a valid archive. If you downloaded this file, try "
+         L"downloading the file again.";
+}
+
+std::wstring unsafe(const Unpacking& unpacking, const std::wstring& name) {
+  return L"The archive \" " + unpacking.archive +
+         L" \" was not unpacked. The name of a file in it is not safe, since it could lead outside "
+         L"of the chosen folder : " +
+         name;
+}
+
+// Unpacks an archive with this one name between two harmless ones.
+void checkRefused(const std::string& name, const std::wstring& shown) {
+  ModalDriver driver;
+  const Unpacking unpacking(
+      ZipMaker().add("first.htm", "1").add(name, "evil").add("last.htm", "2"));
+  CHECK_FALSE(unpacking.run());
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text == unsafe(unpacking, shown));
+  CHECK(driver.boxes()[0].title == L"Quillet Viewer");
+  CHECK(driver.boxes()[0].icon == MB_ICONHAND);
+  CHECK(unpacking.untouched());
+}
+
+void typePassword(ModalDriver& driver, const std::wstring& password, int button = IDOK) {
+  driver.onDialog(L"Quillet Viewer", [=](HWND dialog) {
+    CHECK(windowText(dialog, 4210) == L"Please Enter The Password!");
+    SetDlgItemTextW(dialog, 4211, password.c_str());
+    press(dialog, button);
+  });
+}
+
+}  // namespace
+
+TEST_CASE("an archive is unpacked with its folders and without a message") {
+  ModalDriver driver;
+  const Unpacking unpacking(ZipMaker()
+                                .add("page.dwt", "the page")
+                                .add("images/", "")
+                                .add("images/deep/dot.gif", "a dot"));
+  CHECK(unpacking.run());
+  CHECK(unpacking.read(L"page.dwt") == "the page");
+  CHECK(unpacking.read(L"images\\deep\\dot.gif") == "a dot");
+  CHECK(driver.boxes().empty());
+}
+
+TEST_CASE("a compressed archive is unpacked") {
+  const std::string plain = [] {
+    std::string text;
+    for (int i = 0; i < 40; ++i) text += "one two three ";
+    return text;
+  }();
+  ZipMaker::Extras extras;
+  extras.method = 8;
+  extras.unpackedCrc = ZipMaker::crc(plain);
+  extras.unpackedSize = static_cast<std::uint32_t>(plain.size());
+  const Unpacking unpacking(
+      ZipMaker().add("page.htm", std::string(deflated, sizeof deflated - 1), extras));
+  CHECK(unpacking.run());
+  CHECK(unpacking.read(L"page.htm") == plain);
+}
+
+TEST_CASE("files that exist are overwritten without a question even when they are newer") {
+  ModalDriver driver;
+  const Unpacking unpacking(onePage());
+  unpacking.scratch.writeFile(L"inside\\page.htm", "old page");
+  CHECK(unpacking.run());
+  CHECK(unpacking.read(L"page.htm") == "new page");
+  CHECK(driver.boxes().empty());
+}
+
+TEST_CASE("a file that is no archive is named in a message and deleted") {
+  const Logging logging;
+  DebugOutput output;
+  ModalDriver driver;
+  const Unpacking unpacking("this is no archive at all");
+  CHECK_FALSE(unpacking.run());
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text == notAnArchive(unpacking.archive));
+  CHECK(driver.boxes()[0].icon == MB_ICONHAND);
+  CHECK(driver.boxes()[0].title == L"Quillet Viewer");
+  CHECK(driver.boxes()[0].buttons == Tree{L"OK"});
+  CHECK(unpacking.scratch.tree() == Tree{L"inside\\", L"staging\\"});
+  REQUIRE(output.messages().size() >= 1);
+  const std::wstring logged = output.messages().back();
+  CHECK(logged.size() > 10);
+  std::wstring upper = logged;
+  CharUpperW(upper.data());
+  CHECK(logged == upper);
+}
+
+TEST_CASE("a truncated archive is named in a message and deleted") {
+  ModalDriver driver;
+  std::string bytes = ZipMaker().add("page.htm", std::string(5000, 'x')).bytes();
+  bytes.resize(3000);
+  const Unpacking unpacking(bytes);
+  CHECK_FALSE(unpacking.run());
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text == notAnArchive(unpacking.archive));
+  CHECK(unpacking.scratch.tree() == Tree{L"inside\\", L"staging\\"});
+}
+
+TEST_CASE("an empty file is no archive") {
+  ModalDriver driver;
+  const Unpacking unpacking(std::string{});
+  CHECK_FALSE(unpacking.run());
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text == notAnArchive(unpacking.archive));
+  CHECK_FALSE(unpacking.scratch.exists(L"staging\\theme.zip"));
+}
+
+TEST_CASE("an archive that is not there is named in the same message") {
+  ModalDriver driver;
+  const Unpacking unpacking(onePage());
+  DeleteFileW(unpacking.archive.c_str());
+  CHECK_FALSE(unpacking.run());
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text == notAnArchive(unpacking.archive));
+}
+
+TEST_CASE("an extraction folder that cannot be made is named in a message") {
+  ModalDriver driver;
+  const Unpacking unpacking(onePage());
+  const std::wstring folder = unpacking.scratch / L"gone\\deeper";
+  CHECK_FALSE(modCommon::UnzipFiles(unpacking.archive, folder));
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text ==
+        folder + L"\r\nInvalid file path or you do not have write permission to this location.");
+  CHECK(driver.boxes()[0].icon == MB_ICONHAND);
+  CHECK(unpacking.scratch.exists(L"staging\\theme.zip"));
+}
+
+TEST_CASE("an extraction folder that is a file is named in a message") {
+  ModalDriver driver;
+  const Unpacking unpacking(onePage());
+  const std::wstring folder = unpacking.scratch.writeFile(L"a file", "x");
+  CHECK_FALSE(modCommon::UnzipFiles(unpacking.archive, folder));
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text ==
+        folder + L"\r\nInvalid file path or you do not have write permission to this location.");
+}
+
+namespace {
+
+UINT WINAPI noTemporaryFile(LPCWSTR, LPCWSTR, UINT, LPWSTR) {
+  SetLastError(ERROR_ACCESS_DENIED);
+  return 0;
+}
+
+}  // namespace
+
+TEST_CASE("an extraction folder without write permission is named in a message") {
+  // What the library meets in such a folder is met here by a folder in the way of the file.
+  ModalDriver driver;
+  const Unpacking unpacking(onePage());
+  unpacking.scratch.makeFolder(L"inside\\page.htm");
+  const ImportPatch patch(nullptr, "KERNEL32.dll", "GetTempFileNameW", noTemporaryFile);
+  CHECK_FALSE(unpacking.run());
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text ==
+        unpacking.folder +
+            L"\r\nInvalid file path or you do not have write permission to this location.");
+}
+
+TEST_CASE("other results of the library are logged without a message") {
+  const Logging logging;
+  DebugOutput output;
+  ModalDriver driver;
+  ZipMaker::Extras extras;
+  extras.method = 99;  // compressed by a method that nobody knows
+  const Unpacking unpacking(ZipMaker().add("page.htm", "new page", extras));
+  CHECK_FALSE(unpacking.run());
+  CHECK(driver.boxes().empty());
+  CHECK(unpacking.scratch.exists(L"staging\\theme.zip"));
+  REQUIRE(output.messages().size() == 1);
+}
+
+TEST_CASE("a damaged file in an archive gets the message of the result that the library gives it") {
+  const Logging logging;
+  DebugOutput output;
+  ModalDriver driver;
+  std::string bytes = onePage().bytes();
+  bytes[bytes.find("new page")] = 'N';  // no longer what its check sum says
+  const Unpacking unpacking(bytes);
+  CHECK_FALSE(unpacking.run());
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text ==
+        unpacking.folder +
+            L"\r\nInvalid file path or you do not have write permission to this location.");
+  CHECK(unpacking.scratch.exists(L"staging\\theme.zip"));
+  REQUIRE(output.messages().size() == 1);
+  CHECK(output.messages()[0].find(L"BAD CRC") != std::wstring::npos);
+}
+
+TEST_CASE("a name that climbs out keeps the whole archive packed") {
+  checkRefused("../evil.htm", L"../evil.htm");
+}
+TEST_CASE("a name that climbs out behind a folder keeps the whole archive packed") {
+  checkRefused("images/../../evil.htm", L"images/../../evil.htm");
+}
+TEST_CASE("a name that climbs out with backslashes keeps the whole archive packed") {
+  checkRefused("..\\evil.htm", L"..\\evil.htm");
+}
+TEST_CASE("an absolute name keeps the whole archive packed") {
+  checkRefused("/evil.htm", L"/evil.htm");
+}
+TEST_CASE("a name with a drive letter keeps the whole archive packed") {
+  checkRefused("C:/evil.htm", L"C:/evil.htm");
+}
+TEST_CASE("a name of a stream keeps the whole archive packed") {
+  checkRefused("first.htm:evil", L"first.htm:evil");
+}
+TEST_CASE("a reserved name keeps the whole archive packed") { checkRefused("nul.htm", L"nul.htm"); }
+TEST_CASE("a name that ends in a point keeps the whole archive packed") {
+  checkRefused("evil.htm.", L"evil.htm.");
+}
+TEST_CASE("a name that ends in a blank keeps the whole archive packed") {
+  checkRefused("evil /x.htm", L"evil /x.htm");
+}
+
+TEST_CASE("a name that climbs out only in the local header does not leave the folder") {
+  ModalDriver driver;
+  ZipMaker::Extras extras;
+  extras.directoryName = "page1.htm";
+  const Unpacking unpacking(ZipMaker().add("../ev.htm", "evil", extras));
+  unpacking.run();
+  CHECK_FALSE(unpacking.scratch.exists(L"ev.htm"));
+  CHECK(unpacking.scratch.tree().size() == 4);
+}
+
+TEST_CASE("a name that climbs out only in its Unicode form does not leave the folder") {
+  ModalDriver driver;
+  const std::string name = "page1.htm";
+  const std::string other = "../evil.htm";
+  const std::uint32_t nameCrc = ZipMaker::crc(name);
+  std::string field = "\x75\x70";
+  const auto length = static_cast<char>(5 + other.size());
+  field += length;
+  field += '\0';
+  field += '\1';
+  for (int i = 0; i < 4; ++i) field += static_cast<char>(nameCrc >> (8 * i));
+  field += other;
+  ZipMaker::Extras extras;
+  extras.extraField = field;
+  const Unpacking unpacking(ZipMaker().add(name, "evil", extras));
+  unpacking.run();
+  CHECK_FALSE(unpacking.scratch.exists(L"evil.htm"));
+}
+
+TEST_CASE("control characters in a name do not lead outside of the folder") {
+  ModalDriver driver;
+  const Unpacking unpacking(ZipMaker()
+                                .add(".\x01./evil1.htm", "evil")
+                                .add("..\x01/evil2.htm", "evil")
+                                .add(".. \x01/evil3.htm", "evil")
+                                .add("...\x01/evil4.htm", "evil"));
+  unpacking.run();
+  for (const std::wstring& path : unpacking.scratch.tree())
+    CHECK_MESSAGE((path.starts_with(L"inside\\") || path.starts_with(L"staging\\")), path);
+}
+
+TEST_CASE("a bomb is not unpacked") {
+  ModalDriver driver;
+  ZipMaker::Extras extras;
+  extras.claimedSize = 0xF0000000;
+  const Unpacking unpacking(ZipMaker().add("page.htm", "little", extras));
+  CHECK_FALSE(unpacking.run());
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text ==
+        L"The archive \" " + unpacking.archive +
+            L" \" was not unpacked. It claims to hold 3.75 GB, which is out of all proportion to "
+            L"its own size.");
+  CHECK(unpacking.untouched());
+}
+
+namespace {
+
+BOOL WINAPI smallDisk(LPCWSTR, PULARGE_INTEGER available, PULARGE_INTEGER, PULARGE_INTEGER) {
+  available->QuadPart = 2048;
+  return TRUE;
+}
+
+}  // namespace
+
+TEST_CASE("an archive that the disk cannot hold is not unpacked") {
+  ModalDriver driver;
+  const Unpacking unpacking(ZipMaker().add("page.htm", std::string(4096, 'x')));
+  const ImportPatch patch(nullptr, "KERNEL32.dll", "GetDiskFreeSpaceExW", smallDisk);
+  CHECK_FALSE(unpacking.run());
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text ==
+        L"The archive \" " + unpacking.archive +
+            L" \" was not unpacked. It holds 4.00 KB, but there are only 2.00 KB left on the "
+            L"disk.");
+  CHECK(unpacking.untouched());
+}
+
+TEST_CASE("an encrypted archive is unpacked with the password that the user types") {
+  ModalDriver driver;
+  typePassword(driver, L"open sesame");
+  ZipMaker::Extras extras;
+  extras.password = "open sesame";
+  const Unpacking unpacking(ZipMaker().add("page.htm", "a secret", extras));
+  CHECK(unpacking.run());
+  CHECK(unpacking.read(L"page.htm") == "a secret");
+  CHECK(driver.dialogs() == Tree{L"Quillet Viewer"});
+}
+
+TEST_CASE("a wrong password is asked for again") {
+  ModalDriver driver;
+  typePassword(driver, L"wrong");
+  typePassword(driver, L"open sesame");
+  ZipMaker::Extras extras;
+  extras.password = "open sesame";
+  const Unpacking unpacking(ZipMaker().add("page.htm", "a secret", extras));
+  CHECK(unpacking.run());
+  CHECK(unpacking.read(L"page.htm") == "a secret");
+  CHECK(driver.dialogs().size() == 2);
+}
+
+TEST_CASE("a password that is cancelled is not asked for again and nothing is unpacked") {
+  ModalDriver driver;
+  typePassword(driver, L"open sesame", IDCANCEL);
+  ZipMaker::Extras extras;
+  extras.password = "open sesame";
+  const Unpacking unpacking(
+      ZipMaker().add("page.htm", "a secret", extras).add("other.htm", "another", extras));
+  CHECK_FALSE(unpacking.run());
+  CHECK(driver.dialogs().size() == 1);
+  CHECK(driver.boxes().empty());
+  CHECK(unpacking.untouched());
+}
+
+TEST_CASE("a password longer than the library takes is cut by the input box") {
+  ModalDriver driver;
+  driver.onDialog(L"Quillet Viewer", [](HWND dialog) {
+    for (int i = 0; i < 200; ++i) SendDlgItemMessageW(dialog, 4211, WM_CHAR, L'x', 0);
+    CHECK(windowText(dialog, 4211).size() < 200);
+    press(dialog, IDCANCEL);
+  });
+  ZipMaker::Extras extras;
+  extras.password = "open sesame";
+  const Unpacking unpacking(ZipMaker().add("page.htm", "a secret", extras));
+  CHECK_FALSE(unpacking.run());
+}
+
+TEST_CASE("an archive whose name holds a bracket is found under its own name") {
+  const Unpacking unpacking(onePage());
+  unpacking.scratch.writeFile(L"staging\\pack1.zip", ZipMaker().add("wrong.htm", "x").bytes());
+  const std::wstring archive =
+      unpacking.scratch.writeFile(L"staging\\pack[1].zip", onePage().bytes());
+  CHECK(modCommon::UnzipFiles(archive, unpacking.folder));
+  CHECK(unpacking.read(L"page.htm") == "new page");
+  CHECK_FALSE(unpacking.scratch.exists(L"inside\\wrong.htm"));
+}
+
+TEST_CASE("an archive in a folder whose name holds a bracket is found") {
+  const ScratchFolder scratch;
+  const std::wstring archive = scratch.writeFile(L"new [2]\\theme.zip", onePage().bytes());
+  CHECK(modCommon::UnzipFiles(archive, scratch.makeFolder(L"in [x]")));
+  CHECK(scratch.readFile(L"in [x]\\page.htm") == "new page");
+}
+
+TEST_CASE("a missing library is a clear message and no harm") {
+  const OwnModule own;
+  ModalDriver driver;
+  const Unpacking unpacking(onePage());
+  CHECK_FALSE(unpacking.run());
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text == L"The unzip library \" " + (own.folder() / L"unzip32.dll") +
+                                      L" \" could not be loaded. The product may have to be "
+                                      L"reinstalled.");
+  CHECK(driver.boxes()[0].icon == MB_ICONHAND);
+  CHECK(unpacking.untouched());
+}
+
+TEST_CASE("a library that is no library is a clear message and no harm") {
+  const OwnModule own;
+  own.folder().writeFile(L"unzip32.dll", "MZ and nothing else");
+  ModalDriver driver;
+  const Unpacking unpacking(onePage());
+  CHECK_FALSE(unpacking.run());
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text == L"The unzip library \" " + (own.folder() / L"unzip32.dll") +
+                                      L" \" could not be loaded. The product may have to be "
+                                      L"reinstalled.");
+}
+
+TEST_CASE("a library without the entry points is a clear message and no harm") {
+  const OwnModule own;
+  wchar_t system[MAX_PATH];
+  GetSystemDirectoryW(system, MAX_PATH);
+  REQUIRE(CopyFileW((std::wstring(system) + L"\\version.dll").c_str(),
+                    (own.folder() / L"unzip32.dll").c_str(), FALSE));
+  ModalDriver driver;
+  const Unpacking unpacking(onePage());
+  CHECK_FALSE(unpacking.run());
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text.starts_with(L"The unzip library \" "));
+  CHECK(unpacking.untouched());
+}
+
+TEST_CASE("the library is loaded only while an archive is unpacked") {
+  const Unpacking unpacking(onePage());
+  CHECK(GetModuleHandleW(L"unzip32.dll") == nullptr);
+  CHECK(unpacking.run());
+  CHECK(GetModuleHandleW(L"unzip32.dll") == nullptr);
+}
+
+TEST_CASE("a library of before version 6 gets the older records") {
+  const OwnModule own;
+  own.useOldLibrary();
+  const Unpacking unpacking(onePage());
+  CHECK(unpacking.run());
+  CHECK(unpacking.read(L"page.htm") == "old one");
+}
+
+TEST_CASE("each option reaches its place in the older record") {
+  const OwnModule own;
+  own.useOldLibrary();
+  const ScratchFolder scratch;
+  CUnzip extractor;
+  extractor.ExtractNewer = true;
+  extractor.MessageLevel = 7;
+  extractor.TestZip = true;  // so that only one call is made
+  extractor.ExtractOnlyNewer = true;
+  extractor.HonorDirectories = true;
+  extractor.ConvertCRtoCRLF = true;
+  extractor.CaseSensitive = true;
+  extractor.Privilege = 2;
+  std::wstring archive = L"C:\\x.zip";
+  std::wstring folder = scratch.path();
+  CHECK(extractor.Unzip(archive, folder) == 0);
+  CHECK(extractor.GetLastMessage() == L"1 0 0 7 0 1 0 1 0 1 0 1 0 0 2 C:\\x.zip " + scratch.path());
+
+  CUnzip others;
+  others.SpaceToUnderScore = true;
+  others.PromptOverwrite = true;
+  others.WriteToStdOut = true;
+  others.DisplayComment = true;
+  others.OverWriteFiles = true;
+  others.Verbose = true;
+  ModalDriver driver;
+  driver.answer(IDYES);
+  CHECK(others.Unzip(archive, folder) == 0);
+  CHECK(others.GetLastMessage() == L"0 1 1 2 1 0 0 0 1 0 1 0 1 1 0 C:\\x.zip " + scratch.path());
+}
+
+TEST_CASE("the older library asks before it overwrites") {
+  const OwnModule own;
+  own.useOldLibrary();
+  const ScratchFolder scratch;
+  scratch.writeFile(L"page.htm", "mine");
+  CUnzip extractor;
+  extractor.PromptOverwrite = true;
+  extractor.WriteToStdOut = true;  // the stand-in writes all the same
+  std::wstring archive = L"C:\\x.zip";
+  std::wstring folder = scratch.path();
+  ModalDriver driver;
+  driver.answer(IDNO);
+  CHECK(extractor.Unzip(archive, folder) == 0);
+  CHECK(scratch.readFile(L"page.htm") == "mine");
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text == L"Overwrite " + (scratch / L"page.htm") + L"?");
+}
+
+TEST_CASE("the extractor begins with its defaults") {
+  const CUnzip extractor;
+  CHECK_FALSE(extractor.ExtractNewer);
+  CHECK_FALSE(extractor.SpaceToUnderScore);
+  CHECK_FALSE(extractor.PromptOverwrite);
+  CHECK(extractor.MessageLevel == 2);
+  CHECK_FALSE(extractor.WriteToStdOut);
+  CHECK_FALSE(extractor.TestZip);
+  CHECK(extractor.ExtractList == 0);
+  CHECK_FALSE(extractor.ExtractOnlyNewer);
+  CHECK_FALSE(extractor.DisplayComment);
+  CHECK_FALSE(extractor.HonorDirectories);
+  CHECK_FALSE(extractor.OverWriteFiles);
+  CHECK_FALSE(extractor.ConvertCRtoCRLF);
+  CHECK_FALSE(extractor.Verbose);
+  CHECK_FALSE(extractor.CaseSensitive);
+  CHECK(extractor.Privilege == 0);
+  CHECK(extractor.ZipFileName.empty());
+  CHECK(extractor.ExtractDir.empty());
+}
+
+TEST_CASE("arguments of the extractor become its properties and come back") {
+  const Unpacking unpacking(onePage());
+  CUnzip extractor;
+  extractor.ZipFileName = unpacking.archive;
+  std::wstring archive;
+  std::wstring folder = unpacking.folder;
+  CHECK(extractor.Unzip(archive, folder) == 0);
+  CHECK(archive == unpacking.archive);
+  CHECK(extractor.ExtractDir == unpacking.folder);
+  CHECK(unpacking.read(L"page.htm") == "new page");
+}
+
+TEST_CASE("errors of the extractor bear its source") {
+  const OwnModule own;
+  CUnzip extractor;
+  std::wstring archive = L"C:\\x.zip";
+  std::wstring folder = L"C:\\";
+  try {
+    extractor.Unzip(archive, folder);
+    FAIL("no error");
+  } catch (const Error& error) {
+    CHECK(error.number() == errors::fileNotFound);
+    CHECK(error.source() == L"CGUnZipFiles::Unzip");
+  }
+}
+
+TEST_CASE("a listing is laid out in columns and writes nothing") {
+  const Unpacking unpacking(ZipMaker().add("page.htm", "new page").add("images/dot.gif", "12"));
+  CUnzip extractor;
+  extractor.ExtractList = 1;
+  std::wstring archive = unpacking.archive;
+  std::wstring folder = unpacking.folder;
+  CHECK(extractor.Unzip(archive, folder) == 0);
+  CHECK(extractor.GetLastMessage() ==
+        L"Filename:                                                Size  Date      Time\r\n"
+        L"page.htm                                                    8  01/01/00  12:00\r\n"
+        L"images/dot.gif                                              2  01/01/00  12:00");
+  CHECK(unpacking.untouched());
+}
+
+TEST_CASE("a test of an archive writes nothing") {
+  const Unpacking unpacking(onePage());
+  CUnzip extractor;
+  extractor.TestZip = true;
+  std::wstring archive = unpacking.archive;
+  std::wstring folder = unpacking.folder;
+  CHECK(extractor.Unzip(archive, folder) == 0);
+  CHECK(unpacking.untouched());
+}
+
+TEST_CASE("without the folders of the names everything lands in one folder") {
+  const Unpacking unpacking(ZipMaker().add("images/deep/dot.gif", "a dot"));
+  CUnzip extractor;
+  std::wstring archive = unpacking.archive;
+  std::wstring folder = unpacking.folder;
+  CHECK(extractor.Unzip(archive, folder) == 0);
+  CHECK(unpacking.read(L"dot.gif") == "a dot");
+}
+
+namespace {
+
+// Unpacks over an existing file, asking, and returns its contents afterwards.
+std::string overwriteWith(int answer, ShownBox& box) {
+  const Unpacking unpacking(onePage().add("other.htm", "new too"));
+  unpacking.scratch.writeFile(L"inside\\page.htm", "old page");
+  unpacking.scratch.writeFile(L"inside\\other.htm", "old too");
+  CUnzip extractor;
+  extractor.PromptOverwrite = true;
+  std::wstring archive = unpacking.archive;
+  std::wstring folder = unpacking.folder;
+  ModalDriver driver;
+  driver.answer(answer);
+  driver.answer(IDNO);
+  extractor.Unzip(archive, folder);
+  REQUIRE(driver.boxes().size() == (answer == IDCANCEL ? 1 : 2));
+  box = driver.boxes()[0];
+  CHECK(box.text == L"Overwrite " + unpacking.folder + L"/page.htm" + L"?");
+  return unpacking.read(L"page.htm") + " " + unpacking.read(L"other.htm");
+}
+
+}  // namespace
+
+TEST_CASE("the overwrite question replaces a file on Yes") {
+  ShownBox box;
+  CHECK(overwriteWith(IDYES, box) == "new page old too");
+  CHECK(box.title == L"VBUnZip32 - File Already Exists!");
+  CHECK(box.buttons == Tree{L"Yes", L"No", L"Cancel"});
+}
+TEST_CASE("the overwrite question keeps a file on No") {
+  ShownBox box;
+  CHECK(overwriteWith(IDNO, box) == "old page old too");
+}
+TEST_CASE("the overwrite question keeps all files on Cancel and is not asked again") {
+  ShownBox box;
+  CHECK(overwriteWith(IDCANCEL, box) == "old page old too");
+}
