@@ -1,0 +1,135 @@
+// The real browser window over a real disk, a stand-in host and a stand-in web browser control.
+#pragma once
+
+#include <windows.h>
+#include <commctrl.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "addin/host/HostApplication.h"
+#include "catalogue/frmQuillet.h"
+#include "catalogue/resource.h"
+#include "host/model/Host.h"
+#include "tests/catalogue/catalogue_support.h"
+#include "tests/support/DebugOutput.h"
+#include "tests/support/FakeWebBrowser.h"
+#include "tests/support/ModalDriver.h"
+#include "tests/support/ScratchFolder.h"
+#include "tests/support/ScratchRegistry.h"
+#include "tests/support/pictures.h"
+#include "tests/support/text_output.h"
+
+inline constexpr wchar_t browserCaption[] = L"Dynamic Web Template Browser";
+inline constexpr wchar_t browserSettings[] =
+    L"Software\\VB and VBA Program Settings\\Quillet Viewer\\Settings";
+
+// The rows of a list view as the user reads them.
+inline Lines listTexts(HWND list) {
+  Lines texts;
+  for (int row = 0; row < ListView_GetItemCount(list); ++row) {
+    wchar_t text[512] = {};
+    LVITEMW item = {};
+    item.pszText = text;
+    item.cchTextMax = 512;
+    SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    texts.push_back(text);
+  }
+  return texts;
+}
+
+class BrowserWindow {
+ public:
+  explicit BrowserWindow(standin::HostOptions options = {})
+      : host(options, web.path(), themes.path()), former_(hostApplication()) {
+    hostApplication() = HostApplication(host::Dispatch(ComPtr<IDispatch>(host.application())));
+    registry.setString(HKEY_CURRENT_USER, browserSettings, L"Logging", L"1");
+  }
+  ~BrowserWindow() {
+    hostApplication() = former_;
+    modCommon::setLoggingFlag(0);
+  }
+
+  // A template "name" of its own folder, listed for the user; what else lies in it is up to the
+  // test.
+  std::wstring addTemplate(const std::wstring& name, std::string_view description = {}) {
+    if (!listed_) listForUser(registry, disk.path());
+    listed_ = true;
+    if (!description.empty()) disk.writeFile(name + L"\\quillet.ini", description);
+    return disk.writeFile(name + L"\\" + name + L".dwt", "<html><body>a page</body></html>");
+  }
+
+  // Shows the window. `script` runs once its templates are listed; then it is closed, unless the
+  // script has done so.
+  void show(std::function<void()> script = [] {}) {
+    driver.onDialog(browserCaption, [this, script](HWND window) {
+      dialog = window;
+      whenListed([this, script] {
+        script();
+        if (IsWindow(dialog) && IsWindowVisible(dialog)) press(dialog, IDCANCEL);
+      });
+    });
+    run();
+  }
+
+  // Shows the window; `script` runs as soon as it is on the screen.
+  void showAtOnce(std::function<void()> script) {
+    driver.onDialog(browserCaption, [this, script](HWND window) {
+      dialog = window;
+      script();
+    });
+    run();
+  }
+
+  // Runs `next` when no scan is under way and no message stands over the window.
+  void whenListed(std::function<void()> next) {
+    next_ = std::move(next);
+    waiting_ = this;
+    SetTimer(nullptr, 0, 10, onTimer);
+  }
+
+  HWND control(int id) const { return GetDlgItem(dialog, id); }
+  std::wstring text(int id) const { return windowText(dialog, id); }
+  bool enabled(int id) const { return isEnabled(dialog, id); }
+  bool visible(int id) const { return IsWindowVisible(control(id)) != FALSE; }
+  Lines rows() const { return listTexts(control(IDC_QUILLET_LIST)); }
+  void selectRow(int row) const {
+    ListView_SetItemState(control(IDC_QUILLET_LIST), row, LVIS_SELECTED | LVIS_FOCUSED,
+                          LVIS_SELECTED | LVIS_FOCUSED);
+  }
+  void chooseZoom(int item) const {
+    SendMessageW(control(IDC_QUILLET_ZOOM), CB_SETCURSEL, static_cast<WPARAM>(item), 0);
+    SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(IDC_QUILLET_ZOOM, CBN_SELCHANGE),
+                 reinterpret_cast<LPARAM>(control(IDC_QUILLET_ZOOM)));
+  }
+
+  ScratchRegistry registry;
+  ScratchFolder disk;
+  ScratchFolder web;
+  ScratchFolder themes;
+  standin::Host host;
+  FakeWebBrowser page;
+  ModalDriver driver;
+  DebugOutput log;
+  HWND dialog = nullptr;
+
+ private:
+  void run() {
+    frmQuillet form(hostApplication());
+    form.ShowQuillet(false, nullptr);
+  }
+
+  static void CALLBACK onTimer(HWND, UINT, UINT_PTR timer, DWORD) {
+    if (!isEnabled(waiting_->dialog, IDC_QUILLET_SELECT) || !IsWindowEnabled(waiting_->dialog))
+      return;
+    KillTimer(nullptr, timer);
+    const auto next = std::move(waiting_->next_);
+    next();
+  }
+
+  HostApplication former_;
+  bool listed_ = false;
+  std::function<void()> next_;
+  static inline BrowserWindow* waiting_ = nullptr;
+};
