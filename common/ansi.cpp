@@ -5,14 +5,19 @@
 namespace text {
 namespace {
 
+// The system refuses flags and the question for losses where the code page is UTF-8, which loses
+// nothing.
 std::string convert(std::wstring_view value, BOOL* lossy) {
   if (value.empty()) return {};
+  const UINT page = GetACP();
+  const bool universal = page == CP_UTF8;
+  const DWORD flags = universal ? 0 : WC_NO_BEST_FIT_CHARS;
+  if (universal) lossy = nullptr;
   const int length = static_cast<int>(value.size());
-  const int needed = WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, value.data(), length,
-                                         nullptr, 0, nullptr, lossy);
+  const int needed =
+      WideCharToMultiByte(page, flags, value.data(), length, nullptr, 0, nullptr, nullptr);
   std::string result(static_cast<std::size_t>(needed), '\0');
-  WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, value.data(), length, result.data(), needed,
-                      nullptr, lossy);
+  WideCharToMultiByte(page, flags, value.data(), length, result.data(), needed, nullptr, lossy);
   return result;
 }
 
@@ -29,9 +34,10 @@ bool fitsAnsi(std::wstring_view value) {
 std::wstring fromAnsi(std::string_view value) {
   if (value.empty()) return {};
   const int length = static_cast<int>(value.size());
-  const int needed = MultiByteToWideChar(CP_ACP, 0, value.data(), length, nullptr, 0);
+  const UINT page = GetACP();
+  const int needed = MultiByteToWideChar(page, 0, value.data(), length, nullptr, 0);
   std::wstring result(static_cast<std::size_t>(needed), L'\0');
-  MultiByteToWideChar(CP_ACP, 0, value.data(), length, result.data(), needed);
+  MultiByteToWideChar(page, 0, value.data(), length, result.data(), needed);
   return result;
 }
 
