@@ -12,8 +12,6 @@ configure_file(common/version.h.in common/version.h @ONLY)
 # The one place that knows the compiler: everything else is standard C++ and the Windows interfaces.
 target_compile_options(quillet-flags INTERFACE
   -Wall -Wextra -Wpedantic -Werror
-  -ffunction-sections -fdata-sections -fno-ident
-  # It all runs at the pace of disks and people, inside somebody else's process: small is what counts.
-  $<$<CONFIG:Release>:-Os>)
+  -ffunction-sections -fdata-sections -fno-ident)
 target_link_options(quillet-flags INTERFACE
   -static -Wl,--gc-sections -Wl,--nxcompat -Wl,--dynamicbase $<$<CONFIG:Release>:-s>)
