@@ -371,10 +371,9 @@ void Form::layOut() {
                              size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
   }
   if (batch) EndDeferWindowPos(batch);
-  // A text that was cut or wrapped for the old width is painted anew.
-  for (const Anchor& anchor : anchors_)
-    if ((anchor.edges & (left | right)) == (left | right))
-      InvalidateRect(anchor.control, nullptr, TRUE);
+  // A text that was cut or wrapped for the old width is painted anew; so is a control that moved,
+  // whose picture does not always move with it.
+  for (const Anchor& anchor : anchors_) InvalidateRect(anchor.control, nullptr, TRUE);
 }
 
 void Form::centreOn(HWND owner) noexcept {

@@ -765,6 +765,8 @@ TEST_CASE("a double click edits a folder of the user only") {
 TEST_CASE("the folder list grows with its dialog and the buttons keep their edges") {
   FolderDialog session;
   session.show([](HWND dialog, const ShownList& list) {
+    UpdateWindow(dialog);
+    UpdateWindow(GetDlgItem(dialog, IDC_FOLDERS_ADD));
     const RECT listBefore = placeOf(list.hwnd());
     const RECT addBefore = placeOf(GetDlgItem(dialog, IDC_FOLDERS_ADD));
     const RECT okBefore = placeOf(GetDlgItem(dialog, IDOK));
@@ -783,6 +785,8 @@ TEST_CASE("the folder list grows with its dialog and the buttons keep their edge
     CHECK(addAfter.top == addBefore.top);
     CHECK(okAfter.left == okBefore.left + 60);
     CHECK(okAfter.top == okBefore.top + 40);
+    // What moved is painted anew.
+    CHECK(GetUpdateRect(GetDlgItem(dialog, IDC_FOLDERS_ADD), nullptr, FALSE));
     SetWindowPos(dialog, nullptr, 0, 0, 10, 10, SWP_NOMOVE | SWP_NOZORDER);
     GetWindowRect(dialog, &window);
     CHECK(window.right - window.left == width);
