@@ -7,6 +7,7 @@
 #include "catalogue/frmManageDWTFolders.h"
 #include "catalogue/resource.h"
 #include "common/forms/frmAbout.h"
+#include "common/forms/resource.h"
 #include "common/log.h"
 #include "common/module.h"
 #include "common/paths.h"
@@ -138,6 +139,17 @@ void frmQuillet::keepEdges() {
   for (const Button* each : {&cmdHelp, &cmdAbout, &cmdCancel}) keep(*each, right | bottom);
 }
 
+void frmQuillet::setIcons() noexcept {
+  const auto icon = [](int width, int height) {
+    return reinterpret_cast<LPARAM>(LoadImageW(module::instance(), MAKEINTRESOURCEW(IDI_QUILLET),
+                                               IMAGE_ICON, width, height, LR_SHARED));
+  };
+  SendMessageW(hwnd(), WM_SETICON, ICON_SMALL,
+               icon(GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON)));
+  SendMessageW(hwnd(), WM_SETICON, ICON_BIG,
+               icon(GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON)));
+}
+
 void frmQuillet::Form_Load() {
   try {
     start();
@@ -148,6 +160,7 @@ void frmQuillet::Form_Load() {
 
 void frmQuillet::start() {
   keepEdges();
+  setIcons();
   modCommon::InitLog();
   commonPath_ = modCommon::commonPath();
   RestoreWindowPlacementSetting(hwnd(), module::title, settings::general, settings::placement);
@@ -189,6 +202,16 @@ void frmQuillet::Form_Unload() {
   SaveWindowPlacementSetting(hwnd(), module::title, settings::general, settings::placement);
   WriteLog(L"Quillet unloaded successfully.");
   WriteLog(modCommon::logSeparator);
+}
+
+// The copy button is off while there is nothing to copy; whoever fires its event all the same is
+// told so.
+bool frmQuillet::onMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+  const bool copy = message == WM_COMMAND && wParam == MAKEWPARAM(IDOK, BN_CLICKED);
+  if (!copy || cmdCopytoWeb.enabled() || scanning_ || lvDWTs.count() > 0)
+    return Form::onMessage(message, wParam, lParam, result);
+  cmdCopytoWeb_Click();
+  return true;
 }
 
 bool frmQuillet::preTranslate(MSG& message) { return wbPreview.preTranslate(message); }

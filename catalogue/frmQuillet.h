@@ -30,6 +30,7 @@ class frmQuillet : public forms::Form, private TemplateScanView {
 
   void Form_Load() override;
   void Form_Unload() override;
+  bool onMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
   bool preTranslate(MSG& message) override;
 
   // The scan's view of this window.
@@ -56,6 +57,7 @@ class frmQuillet : public forms::Form, private TemplateScanView {
 
   void connectEvents();
   void keepEdges();
+  void setIcons() noexcept;
   void start();
   void startFailed(const Error& error);
   void writeVersions() const;

@@ -89,6 +89,7 @@ class BrowserWindow {
     SetTimer(nullptr, 0, 10, onTimer);
   }
 
+  std::wstring webUrl() const { return hostApplication().activeWeb()->url(); }
   HWND control(int id) const { return GetDlgItem(dialog, id); }
   std::wstring text(int id) const { return windowText(dialog, id); }
   bool enabled(int id) const { return isEnabled(dialog, id); }
