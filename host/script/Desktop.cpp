@@ -138,10 +138,21 @@ bool openNodeIn(HWND tree, const std::vector<std::wstring>& levels) {
 
 // --- Menus
 
-std::wstring menuText(HMENU menu, int position) {
+std::wstring menuCaption(HMENU menu, int position) {
   wchar_t text[256] = {};
   GetMenuStringW(menu, static_cast<UINT>(position), text, 256, MF_BYPOSITION);
-  return plainCaption(text::beforeLast(text, L'\t'));
+  return std::wstring(text::beforeLast(text, L'\t'));
+}
+
+std::wstring menuText(HMENU menu, int position) {
+  return plainCaption(menuCaption(menu, position));
+}
+
+// 0 when the caption has none.
+wchar_t acceleratorOf(const std::wstring& caption) {
+  for (std::size_t i = 0; i + 1 < caption.size(); ++i)
+    if (caption[i] == L'&' && caption[++i] != L'&') return caption[i];
+  return L'\0';
 }
 
 UINT menuCommandIn(HMENU menu, const std::vector<std::wstring>& path, std::size_t next) {
@@ -162,8 +173,9 @@ UINT menuCommandIn(HMENU menu, const std::vector<std::wstring>& path, std::size_
 
 void describeWindow(HWND window, int depth, std::wstring& result) {
   result.append(static_cast<std::size_t>(depth) * 2, L' ');
-  result += classOf(window) + L" " + std::to_wstring(GetDlgCtrlID(window)) + L" \"" +
-            textOf(window) + L"\"" + (IsWindowEnabled(window) ? L"" : L" disabled") + L"\n";
+  const int id = depth ? GetDlgCtrlID(window) : 0;
+  result += classOf(window) + L" " + std::to_wstring(id) + L" \"" + textOf(window) + L"\"" +
+            (IsWindowEnabled(window) ? L"" : L" disabled") + L"\n";
   for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
     if (IsWindowVisible(child)) describeWindow(child, depth + 1, result);
 }
@@ -281,6 +293,21 @@ bool openNode(HWND window, const std::wstring& path) {
 UINT menuCommand(HWND window, const std::vector<std::wstring>& path) {
   const HMENU menu = GetMenu(window);
   return menu ? menuCommandIn(menu, path, 0) : 0;
+}
+
+std::wstring menuLetters(HWND window, const std::vector<std::wstring>& path) {
+  std::wstring letters;
+  HMENU menu = GetMenu(window);
+  for (const auto& level : path) {
+    const int count = menu ? GetMenuItemCount(menu) : 0;
+    int position = 0;
+    while (position < count && menuText(menu, position) != level) ++position;
+    const wchar_t letter = position < count ? acceleratorOf(menuCaption(menu, position)) : L'\0';
+    if (!letter) return {};
+    letters += static_cast<wchar_t>(towlower(letter));
+    menu = GetSubMenu(menu, position);
+  }
+  return menu ? letters : std::wstring();
 }
 
 std::wstring describe() {

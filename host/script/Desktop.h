@@ -40,6 +40,10 @@ bool openNode(HWND window, const std::wstring& path);  // levels parted by "/"
 // in order; levels may be left out. 0 when there is none or it is disabled.
 UINT menuCommand(HWND window, const std::vector<std::wstring>& path);
 
+// The accelerators that open the menus of `path`, every level named; empty when there is no such
+// menu.
+std::wstring menuLetters(HWND window, const std::vector<std::wstring>& path);
+
 // Everything that is there, for a look at what a script meets.
 std::wstring describe();
 

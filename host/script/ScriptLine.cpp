@@ -13,6 +13,8 @@ constexpr std::size_t any = 16;
 
 const Command commands[] = {
     {L"menu", 1, any},
+    {L"show menu", 1, any},
+    {L"hide menu", 0, 0},
     {L"wait window", 1, 1},
     {L"wait box", 1, 1},
     {L"wait gone", 1, 1},

@@ -120,6 +120,8 @@ void ScriptRunner::run(const ScriptLine& line) {
   if (startsWith(L"wait ")) return runWait(command.substr(5), arguments);
   if (startsWith(L"expect ")) return runExpect(command.substr(7), arguments);
   if (command == L"menu") return menu(arguments);
+  if (command == L"show menu") return showMenu(arguments);
+  if (command == L"hide menu") return hideMenu();
   if (command == L"load") return changeAddIn(arguments[0], L"Load");
   if (command == L"unload") return changeAddIn(arguments[0], L"Unload");
   if (command == L"picture") return picture(arguments);
@@ -233,6 +235,38 @@ void ScriptRunner::menu(const Arguments& path) {
   PostMessageW(main_, WM_COMMAND, command, 0);
 }
 
+// As the user opens them: by the letters in the captions.
+void ScriptRunner::showMenu(const Arguments& path) {
+  std::wstring letters;
+  require(
+      [&] {
+        letters = desktop::menuLetters(main_, path);
+        return !letters.empty() && isEnabled(main_);
+      },
+      L"there is no such menu, or one without an accelerator");
+  PostMessageW(main_, WM_SYSCOMMAND, SC_KEYMENU, letters.front());
+  const auto popups = [] {
+    return std::ranges::count_if(desktop::windows(),
+                                 [](HWND window) { return desktop::isClass(window, L"#32768"); });
+  };
+  for (std::size_t open = 1;; ++open) {
+    require([&] { return popups() >= static_cast<std::ptrdiff_t>(open); },
+            L"the menu does not open");
+    if (open == letters.size()) return;
+    PostMessageW(main_, WM_CHAR, letters[open], 0);
+  }
+}
+
+void ScriptRunner::hideMenu() {
+  PostMessageW(main_, WM_CANCELMODE, 0, 0);
+  require(
+      [] {
+        return std::ranges::none_of(
+            desktop::windows(), [](HWND window) { return desktop::isClass(window, L"#32768"); });
+      },
+      L"the menu does not close");
+}
+
 void ScriptRunner::press(const std::wstring& caption, const std::wstring& button) {
   HWND found = nullptr;
   const auto pressable = [&](HWND window) {
@@ -309,10 +343,12 @@ void ScriptRunner::picture(const Arguments& arguments) {
         L"there is no such window");
     GetWindowRect(window, &area);
   }
-  for (const HWND window : desktop::windows())
+  const auto windows = desktop::windows();
+  for (const HWND window : windows)
     RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
   const std::wstring folder = places_.pictures.empty() ? L"." : places_.pictures;
-  if (!takePicture(area, folder + L"\\" + arguments[0]))
+  if (!takePicture(area, windows.empty() ? nullptr : windows.front(),
+                   folder + L"\\" + arguments[0]))
     throw ScriptError(L"the picture cannot be taken");
 }
 
@@ -336,8 +372,13 @@ void ScriptRunner::cat(const std::wstring& file) const {
 
 bool ScriptRunner::closeAll() {
   timeout_ = 20000;
+  constexpr DWORD betweenAttempts = 500;
+  DWORD last = GetTickCount() - betweenAttempts;
   return until([&] {
     if (!IsWindow(main_)) return true;
+    if (GetTickCount() - last < betweenAttempts) return false;
+    last = GetTickCount();
+    PostMessageW(main_, WM_CANCELMODE, 0, 0);
     for (const HWND window : desktop::windows()) {
       if (!isEnabled(window)) continue;
       // A question without a Cancel does not close; No is the answer that does nothing.

@@ -40,6 +40,8 @@ class ScriptRunner {
   void runExpect(const std::wstring& what, const Arguments& arguments);
   void runControl(const std::wstring& what, const Arguments& arguments);
   void menu(const Arguments& path);
+  void showMenu(const Arguments& path);
+  void hideMenu();
   void press(const std::wstring& caption, const std::wstring& button);
   void type(const Arguments& arguments);
   void check(const Arguments& arguments);
