@@ -61,7 +61,10 @@ void frmManageDWTFolders::Form_Load() {
   const forms::WaitCursor wait;
   loadIcons();
   keepEdges();
+  // A list that could not be read must not replace the stored one.
+  cmdOK.setEnabled(false);
   edit_.Load();
+  cmdOK.setEnabled(true);
   lvSelectedFolders.autoSizeColumn();
   lvSelectedFolders_ItemClick();
 }

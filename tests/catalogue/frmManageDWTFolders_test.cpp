@@ -704,6 +704,8 @@ TEST_CASE("a folder list that cannot be read is logged and the dialog opens") {
   const ImportPatch patch(nullptr, "advapi32.dll", "RegEnumValueA", enumerateForEver);
   session.driver.onDialog(dialogCaption, [](HWND dialog) {
     CHECK(ShownList(dialog).count() == 0);
+    CHECK(enabledButtons(dialog) == noneEnabled);
+    CHECK_FALSE(isEnabled(dialog, IDOK));
     press(dialog, IDCANCEL);
   });
   CHECK_FALSE(ShowFolderDialog(nullptr));
