@@ -18,6 +18,7 @@ class frmCopyToWeb final : public forms::Form, private CopyRunView {
   bool CopyTemplateFolder(std::wstring destinationFolder, SourceItem item, HWND owner);
 
  private:
+  void Form_Load() override;
   void Form_Activate() override;
   void cmdCancel_Click();
 
