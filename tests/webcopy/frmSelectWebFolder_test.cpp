@@ -169,12 +169,16 @@ TEST_CASE("the picker reads no more than the first level of a web to open") {
 
 TEST_CASE("a web of 5000 folders opens without reading more than its first level") {
   PickerSession session;
-  for (int number = 0; number < 100; ++number) {
-    const std::wstring folder = L"webs\\site\\f" + std::to_wstring(number);
-    const std::wstring below = session.fixture.disk.makeFolder(folder) + L"\\i";
-    for (int inner = 0; inner < 49; ++inner)
-      CreateDirectoryW((below + std::to_wstring(inner)).c_str(), nullptr);
-  }
+  const auto forEachInner = [&](auto act) {
+    for (int number = 0; number < 100; ++number)
+      for (int inner = 0; inner < 49; ++inner)
+        act((session.fixture.disk / L"webs\\site\\f" + std::to_wstring(number) + L"\\i" +
+             std::to_wstring(inner))
+                .c_str());
+  };
+  for (int number = 0; number < 100; ++number)
+    session.makeFolders({L"f" + std::to_wstring(number)});
+  forEachInner([](LPCWSTR path) { return CreateDirectoryW(path, nullptr); });
   session.look([&](const FolderTree& tree) {
     CHECK(tree.children(tree.at({L"site"})).size() == 100);
     CHECK(session.calls(L"WebFolders.Item") == 100);
@@ -182,6 +186,8 @@ TEST_CASE("a web of 5000 folders opens without reading more than its first level
     tree.open(tree.at({L"site", L"f7"}));
     CHECK(session.calls(L"WebFolders.Item") == 149);
   });
+  // Quicker than the scratch folder's own way, which looks into each.
+  forEachInner(RemoveDirectoryW);
 }
 
 TEST_CASE("folders show their pictures closed and open") {
