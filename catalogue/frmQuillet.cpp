@@ -7,7 +7,6 @@
 #include "catalogue/frmManageDWTFolders.h"
 #include "catalogue/resource.h"
 #include "common/forms/frmAbout.h"
-#include "common/forms/resource.h"
 #include "common/log.h"
 #include "common/module.h"
 #include "common/paths.h"
@@ -139,17 +138,6 @@ void frmQuillet::keepEdges() {
   for (const Button* each : {&cmdHelp, &cmdAbout, &cmdCancel}) keep(*each, right | bottom);
 }
 
-void frmQuillet::setIcons() noexcept {
-  const auto icon = [](int width, int height) {
-    return reinterpret_cast<LPARAM>(LoadImageW(module::instance(), MAKEINTRESOURCEW(IDI_QUILLET),
-                                               IMAGE_ICON, width, height, LR_SHARED));
-  };
-  SendMessageW(hwnd(), WM_SETICON, ICON_SMALL,
-               icon(GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON)));
-  SendMessageW(hwnd(), WM_SETICON, ICON_BIG,
-               icon(GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON)));
-}
-
 void frmQuillet::Form_Load() {
   try {
     start();
@@ -160,7 +148,6 @@ void frmQuillet::Form_Load() {
 
 void frmQuillet::start() {
   keepEdges();
-  setIcons();
   modCommon::InitLog();
   commonPath_ = modCommon::commonPath();
   RestoreWindowPlacementSetting(hwnd(), module::title, settings::general, settings::placement);

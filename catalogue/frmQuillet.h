@@ -57,7 +57,6 @@ class frmQuillet : public forms::Form, private TemplateScanView {
 
   void connectEvents();
   void keepEdges();
-  void setIcons() noexcept;
   void start();
   void startFailed(const Error& error);
   void writeVersions() const;

@@ -6,6 +6,7 @@
 
 #include "common/forms/DialogTemplate.h"
 #include "common/forms/controls.h"
+#include "common/forms/resource.h"
 #include "common/visual_styles.h"
 
 namespace forms {
@@ -66,7 +67,7 @@ class ModalScope {
   }
 
   void activateFormer() noexcept {
-    if (IsWindow(active_) && IsWindowEnabled(active_)) SetActiveWindow(active_);
+    if (IsWindow(active_) && IsWindowEnabled(active_)) SetForegroundWindow(active_);
     if (IsWindow(focus_) && IsWindowEnabled(GetAncestor(focus_, GA_ROOT))) SetFocus(focus_);
   }
 
@@ -273,6 +274,7 @@ INT_PTR Form::onDialogMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 
 INT_PTR Form::onInitDialog() {
   measureDesign();
+  setIcons();
   attachControls();
   addToolTips();
   centreOn(GetWindow(window_, GW_OWNER));
@@ -290,6 +292,18 @@ void Form::measureDesign() {
   const LONG_PTR style = GetWindowLongPtrW(window_, GWL_STYLE);
   // Children are not painted over while the window is sized.
   if (style & WS_THICKFRAME) SetWindowLongPtrW(window_, GWL_STYLE, style | WS_CLIPCHILDREN);
+}
+
+// The system keeps these icons for as long as the module is loaded.
+void Form::setIcons() noexcept {
+  const auto icon = [](int width, int height) {
+    return reinterpret_cast<LPARAM>(LoadImageW(module::instance(), MAKEINTRESOURCEW(IDI_QUILLET),
+                                               IMAGE_ICON, width, height, LR_SHARED));
+  };
+  SendMessageW(window_, WM_SETICON, ICON_SMALL,
+               icon(GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON)));
+  SendMessageW(window_, WM_SETICON, ICON_BIG,
+               icon(GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON)));
 }
 
 void Form::attachControls() {

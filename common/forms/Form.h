@@ -110,6 +110,7 @@ class Form {
   void onCommand(int id, WORD code, HWND from);
   INT_PTR onNotify(NMHDR& header);
   void measureDesign();
+  void setIcons() noexcept;
   void attachControls();
   void addToolTips();
   void layOut();
