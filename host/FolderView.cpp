@@ -84,7 +84,8 @@ void FolderView::refresh(const Session& session) {
   TreeView_DeleteAllItems(tree_);
   folders_.clear();
   if (disk::isFolder(session.webFolder)) {
-    const HTREEITEM root = add(TVI_ROOT, session.webFolder, session.webFolder);
+    const HTREEITEM root =
+        add(TVI_ROOT, std::wstring(text::afterLast(session.webFolder, L'\\')), session.webFolder);
     addFolders(root, session.webFolder);
     HTREEITEM chosen = root;
     for (const auto& [item, folder] : folders_)
