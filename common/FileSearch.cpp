@@ -1,6 +1,6 @@
 #include "common/FileSearch.h"
 
-#include "common/ErrorMode.h"
+#include "common/NoSystemBoxes.h"
 #include "common/ansi.h"
 
 FileSearch::FileSearch(std::wstring_view pattern) {

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "common/ErrorMode.h"
+#include "common/NoSystemBoxes.h"
 #include "common/ansi.h"
 
 std::wstring readIniValue(std::wstring_view file, std::wstring_view section, std::wstring_view key,

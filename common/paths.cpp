@@ -5,7 +5,7 @@
 
 #include <random>
 
-#include "common/ErrorMode.h"
+#include "common/NoSystemBoxes.h"
 #include "common/ansi.h"
 #include "common/errors.h"
 #include "common/handles.h"

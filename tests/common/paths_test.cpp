@@ -59,12 +59,14 @@ BOOL WINAPI recordDeletion(LPCWSTR name) {
 }
 
 std::vector<std::wstring> opened;
+DWORD lastDisposition = 0;
 decltype(&CreateFileW) realCreateFile = nullptr;
 
 HANDLE WINAPI firstNameIsTaken(LPCWSTR name, DWORD access, DWORD share,
                                LPSECURITY_ATTRIBUTES security, DWORD disposition, DWORD flags,
                                HANDLE pattern) {
   opened.emplace_back(name);
+  lastDisposition = disposition;
   if (opened.size() == 1) {
     SetLastError(ERROR_FILE_EXISTS);
     return INVALID_HANDLE_VALUE;
@@ -271,6 +273,7 @@ TEST_CASE("a file that bears the name of the test file is left alone") {
   CHECK(CanWriteToFolder(scratch.path()));
   REQUIRE(opened.size() == 2);
   CHECK(opened[0] != opened[1]);
+  CHECK(lastDisposition == CREATE_NEW);
 }
 
 TEST_CASE("a folder in which every name is taken fails instead of trying for ever") {

@@ -15,8 +15,6 @@ class LaunchRecorder {
 
   // Waits for a launch and tells the whole command line, once; nothing when none comes in time.
   std::optional<std::wstring> commandLine(unsigned milliseconds = 20000);
-  // Whether a launch has been noted that was not asked for yet.
-  bool wasLaunched() const;
 
  private:
   std::wstring path_;
