@@ -9,3 +9,25 @@ check_format() {
   say "" "To put this right: clang-format -i FILE..."
   return 1
 }
+
+lint() {
+  stage format check_format
+  stage tidy tidy
+  stage cppcheck check_with_cppcheck
+}
+
+tidy() {
+  # clang does not know where this compiler keeps its C++ headers.
+  local include extra=()
+  while read -r include; do
+    extra+=(--extra-arg=-isystem "--extra-arg=$include")
+  done < <(i686-w64-mingw32-g++-win32 -E -v -x c++ /dev/null 2>&1 | sed -n 's/^ \(.*c++.*\)$/\1/p')
+  our_sources | grep '\.cpp$' | xargs -P "$(nproc)" -n 1 clang-tidy -p build/release --quiet "${extra[@]}"
+}
+
+# Warnings that are off, each with its reason, stand in cppcheck-suppressions.txt.
+check_with_cppcheck() {
+  cppcheck --project=build/release/compile_commands.json --platform=win32W --library=windows \
+    --enable=warning,performance,portability --inline-suppr --error-exitcode=1 --quiet \
+    -j "$(nproc)" --suppressions-list=cmake/dev/cppcheck-suppressions.txt
+}

@@ -27,7 +27,10 @@ alone_in_checkout() {
 
 end_everything() {
   kill -TERM -- "-$1" 2>/dev/null || true
-  [[ ! -d $WINEPREFIX ]] || wineserver -k 2>/dev/null || true
+  local prefix
+  for prefix in "$WINEPREFIX" "$demo_prefix"; do
+    [[ ! -d $prefix ]] || WINEPREFIX=$prefix wineserver -k 2>/dev/null || true
+  done
 }
 
 # With a server that stays, a program starts in hundredths of a second instead of seconds.
