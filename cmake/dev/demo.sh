@@ -87,11 +87,12 @@ show_tree() {
 
 check_copy() {
   local wrong copy=$demo_folder/web/dwts/$toured_template
+  [[ -d $copy ]] || die "demo: $copy has not come about"
   say "" "The theme in the copied template:"
   grep -h '<meta name="Microsoft Theme"' "$copy"/*.dwt || true
-  say "" "The pictures are in build/demo:" "$(cd "$demo_folder" && ls ./*.png 2>/dev/null)" ""
+  say "" "The pictures are in build/demo:" "$(cd "$demo_folder" && ls -- *.png)" ""
   wrong=$(what_is_wrong "samples/templates/$toured_template" "$copy")
-  [[ -z $wrong ]] || die "$wrong"
+  [[ -z $wrong ]] || die "demo: the copy is not as it should be"$'\n'"$wrong"
   say "demo: ok"
 }
 
@@ -108,8 +109,8 @@ what_is_wrong() {
       *) cmp -s "$1/$file" "$2/$file" || say "not the same bytes: $file" ;;
     esac
   done < <(files_to_arrive "$1")
-  diff <(files_to_arrive "$1") <(cd "$2" && find . -type f | sort) |
-    sed -n 's/^> /should not be there: /p'
+  comm -13 <(files_to_arrive "$1") <(cd "$2" && find . -type f | sort) |
+    sed 's/^/should not be there: /'
 }
 
 files_to_arrive() {
