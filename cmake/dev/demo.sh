@@ -78,6 +78,7 @@ start_display() {
   export QUILLET_DISPLAY
   rm "$file"
   DISPLAY=$QUILLET_DISPLAY openbox --sm-disable >/dev/null 2>&1 &
+  display -display "$QUILLET_DISPLAY" -window root -size 1024x768 'xc:#4a6b8a' || true
 }
 
 show_tree() {
