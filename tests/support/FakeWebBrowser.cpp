@@ -410,6 +410,8 @@ bool FakeWebBrowser::followInFrame(const std::wstring& address) {
   return newest_->mayNavigate(com::Variant(frame.get()), address);
 }
 
+void FakeWebBrowser::arrive(const std::wstring& address) { newest_->arrive(address); }
+
 bool FakeWebBrowser::openWindow() {
   VARIANT_BOOL cancel = VARIANT_FALSE;
   newest_->fire(DISPID_NEWWINDOW2, {com::Variant()}, &cancel);

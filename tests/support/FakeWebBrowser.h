@@ -39,6 +39,7 @@ class FakeWebBrowser {
   bool follow(const std::wstring& address);         // a link in the page itself
   bool followInFrame(const std::wstring& address);  // a link in a frame
   bool openWindow();
+  void arrive(const std::wstring& address);  // a page that nobody asked for
   bool download(bool isDocument);
   void setCommandState(long command, bool enabled);
 
