@@ -1,0 +1,536 @@
+// The shipped module in the stand-in host: what the host's user sees of it.
+#include "addin/host/Dispatch.h"
+#include "host/model/Host.h"
+#include "tests/addin/ShippedModule.h"
+#include "tests/support/ModalDriver.h"
+#include "tests/support/ScratchFolder.h"
+#include "tests/support/ScratchRegistry.h"
+#include "tests/support/text_output.h"
+
+namespace {
+
+constexpr wchar_t copyToWeb[] = L"Browse/Copy Dynamic Web Template to Web...";
+constexpr wchar_t dwtOnline[] = L"Dynamic Web Templates Online...";
+
+// A host, and the module connected to it through its class object.
+struct Connected {
+  explicit Connected(standin::HostOptions options = {}, const std::wstring& web = {})
+      : host(std::move(options), web) {
+    outcome = addIn->OnConnection(host.application(), atStartup, nullptr, nullptr);
+    addIn->OnStartupComplete(nullptr);
+  }
+  void disconnect(RemoveMode mode) {
+    addIn->OnBeginShutdown(nullptr);
+    CHECK(addIn->OnDisconnection(mode, nullptr) == S_OK);
+  }
+  std::size_t entries() const {
+    return (host.button(copyToWeb) ? 1U : 0U) + (host.button(dwtOnline) ? 1U : 0U);
+  }
+
+  ScratchRegistry registry;
+  ModalDriver modal;
+  standin::Host host;
+  ShippedModule module;
+  ComPtr<IDTExtensibility2> addIn = module.connection();
+  HRESULT outcome = E_FAIL;
+};
+
+standin::HostOptions withVersion(const wchar_t* version) {
+  standin::HostOptions options;
+  options.version = version;
+  return options;
+}
+
+void checkNoWebMessage(Connected& connected, const wchar_t* entry) {
+  bool cancelled = false;
+  REQUIRE(connected.host.click(entry, &cancelled));
+  REQUIRE(connected.modal.boxes().size() == 1);
+  const ShownBox& box = connected.modal.boxes().front();
+  CHECK(box.text == L"No web is currently open.");
+  CHECK(box.title == L"Microsoft FrontPage");
+  CHECK(box.icon == MB_ICONINFORMATION);
+  CHECK(box.buttons == std::vector<std::wstring>{L"OK"});
+  CHECK(connected.modal.dialogs().empty());
+  CHECK_FALSE(cancelled);
+}
+
+// Every call that the connection makes, by the host's names.
+const std::vector<std::wstring>& membersUsed() {
+  static const std::vector<std::wstring> members = {
+      L"Application.CommandBars",      L"CommandBars.ActiveMenuBar", L"CommandBar.Type",
+      L"CommandBar.FindControl",       L"CommandBarControl.Type",    L"CommandBarControl.Id",
+      L"CommandBarControl.Index",      L"CommandBarControl.Tag",     L"CommandBarControl.Caption",
+      L"CommandBarControl.BeginGroup", L"CommandBarPopup.Controls",  L"CommandBarControls.Count",
+      L"CommandBarControls.Item",      L"CommandBarControls.Add",    L"CommandBarButton.Style",
+      L"CommandBarButton.PasteFace",   L"CommandBars.FindControl",   L"CommandBarControl.Delete",
+      L"Application.Version",          L"Application.Name",          L"Application.ActiveWeb",
+  };
+  return members;
+}
+
+}  // namespace
+
+TEST_SUITE("connection to the host") {
+  TEST_CASE("Connecting puts the two entries behind their anchors") {
+    Connected connected;
+    CHECK(connected.outcome == S_OK);
+    CHECK(connected.host.captions() == std::vector<std::wstring>{
+                                           L"&Attach Dynamic Web Template...",
+                                           L"&Browse/Copy Dynamic Web Template to Web...",
+                                           L"&Detach from Dynamic Web Template",
+                                           L"&Open Attached Dynamic Web Template",
+                                           L"&Update Selected Page",
+                                           L"Update All &Pages",
+                                           L"&Manage Editable Regions...",
+                                           L"D&ynamic Web Templates Online...",
+                                       });
+    CHECK(connected.modal.boxes().empty());
+  }
+
+  TEST_CASE("An entry is a temporary button with its text as tag and no separator above") {
+    Connected connected;
+    for (const wchar_t* text : {copyToWeb, dwtOnline}) {
+      const standin::CommandBarButton* button = connected.host.button(text);
+      REQUIRE(button);
+      CHECK(button->type == standin::typeButton);
+      CHECK(button->id == 1);
+      CHECK(button->tag == text);
+      CHECK(button->parameter == text);
+      CHECK(standin::plainCaption(button->caption) == text);
+      CHECK(button->temporary);
+      CHECK_FALSE(button->beginGroup);
+      CHECK(button->style() == 3);
+    }
+  }
+
+  TEST_CASE("Each entry has a face of 16 by 16 pixels of its own") {
+    Connected connected;
+    std::vector<COLORREF> middles;
+    for (const wchar_t* text : {copyToWeb, dwtOnline}) {
+      const HBITMAP face = connected.host.button(text)->face();
+      REQUIRE(face);
+      BITMAP bitmap = {};
+      GetObjectW(face, sizeof bitmap, &bitmap);
+      CHECK(bitmap.bmWidth == 16);
+      CHECK(bitmap.bmHeight == 16);
+      const handles::DeviceContext context(CreateCompatibleDC(nullptr));
+      const HGDIOBJ before = SelectObject(context.get(), face);
+      CHECK(GetPixel(context.get(), 15, 0) == GetSysColor(COLOR_3DFACE));
+      middles.push_back(GetPixel(context.get(), 7, 7));
+      SelectObject(context.get(), before);
+    }
+    CHECK(middles[0] != middles[1]);
+  }
+
+  TEST_CASE("Connecting twice finds the first entries and creates no duplicates") {
+    Connected connected;
+    const auto captions = connected.host.captions();
+    const auto* button = connected.host.button(copyToWeb);
+    const auto second = connected.module.connection();
+    CHECK(second->OnConnection(connected.host.application(), afterStartup, nullptr, nullptr) ==
+          S_OK);
+    CHECK(connected.host.captions() == captions);
+    CHECK(connected.host.button(copyToWeb) == button);
+    second->OnDisconnection(userClosed, nullptr);
+  }
+
+  TEST_CASE("An object that is connected twice hears each click once") {
+    Connected connected;
+    connected.addIn->OnConnection(connected.host.application(), afterStartup, nullptr, nullptr);
+    CHECK(connected.host.button(copyToWeb)->listeners() == 1);
+    CHECK(connected.host.button(dwtOnline)->listeners() == 1);
+    checkNoWebMessage(connected, copyToWeb);
+  }
+
+  TEST_CASE("A menu bar that is not of type 1 gets no entries and no message") {
+    for (const long type : {0L, 2L}) {
+      standin::HostOptions options;
+      options.menuBarType = type;
+      Connected connected(options);
+      CHECK(connected.outcome == S_OK);
+      CHECK(connected.entries() == 0);
+      CHECK(connected.modal.boxes().empty());
+    }
+  }
+
+  TEST_CASE("A host without a menu bar is connected without entries") {
+    for (const bool empty : {false, true}) {
+      standin::HostOptions options;
+      options.menuBar = false;
+      options.nothingIsEmpty = empty;
+      Connected connected(options);
+      CHECK(connected.outcome == S_OK);
+      CHECK(connected.entries() == 0);
+      CHECK(connected.modal.boxes().empty());
+    }
+  }
+
+  TEST_CASE("With anchor 7121 absent the first entry goes to the end of the menu") {
+    for (const bool refused : {false, true}) {
+      standin::HostOptions options;
+      options.copyAnchor = false;
+      options.beforePastEndRefused = refused;
+      Connected connected(options);
+      const auto captions = connected.host.captions();
+      REQUIRE(captions.size() == 7);
+      CHECK(captions[5] == L"D&ynamic Web Templates Online...");
+      CHECK(captions[6] == L"&Browse/Copy Dynamic Web Template to Web...");
+    }
+  }
+
+  TEST_CASE("With anchor 7127 absent the second entry goes to the end of the menu") {
+    for (const bool refused : {false, true}) {
+      standin::HostOptions options;
+      options.onlineAnchor = false;
+      options.beforePastEndRefused = refused;
+      Connected connected(options);
+      const auto captions = connected.host.captions();
+      REQUIRE(captions.size() == 7);
+      CHECK(captions[1] == L"&Browse/Copy Dynamic Web Template to Web...");
+      CHECK(captions[6] == L"D&ynamic Web Templates Online...");
+    }
+  }
+
+  TEST_CASE(
+      "The second entry goes behind its anchor under a host that refuses a place past the end") {
+    standin::HostOptions options;
+    options.beforePastEndRefused = true;
+    Connected connected(options);
+    CHECK(connected.host.captions().back() == L"D&ynamic Web Templates Online...");
+  }
+
+  TEST_CASE("Without the parent menu one message is shown and the second entry is not tried") {
+    standin::HostOptions options;
+    options.templatesMenu = false;
+    Connected connected(options);
+    CHECK(connected.outcome == S_OK);
+    REQUIRE(connected.modal.boxes().size() == 1);
+    const ShownBox& box = connected.modal.boxes().front();
+    CHECK(box.text == L"The menu item could not be created. The Quillet will not be available.");
+    CHECK(box.title == L"Dynamic Web Template Browser");
+    CHECK(box.icon == MB_ICONINFORMATION);
+    CHECK(box.buttons == std::vector<std::wstring>{L"OK"});
+    CHECK(connected.entries() == 0);
+  }
+
+  TEST_CASE("A parent that opens no menu gets no entries and no message") {
+    standin::HostOptions options;
+    options.templatesMenuType = 1;
+    Connected connected(options);
+    CHECK(connected.outcome == S_OK);
+    CHECK(connected.entries() == 0);
+    CHECK(connected.modal.boxes().empty());
+  }
+
+  TEST_CASE("Every kind of pop-up is a parent") {
+    for (const long type : {10L, 12L, 13L}) {
+      standin::HostOptions options;
+      options.templatesMenuType = type;
+      CHECK(Connected(options).entries() == 2);
+    }
+  }
+
+  TEST_CASE("With F and E taken and an escaped ampersand before S the first entry gets its B") {
+    ScratchRegistry registry;
+    ModalDriver modal;
+    standin::Host host;
+    host.clearEntries();
+    host.addEntry(standin::templatesMenuId, 7121, L"&File");
+    host.addEntry(standin::templatesMenuId, 2, L"&Edit");
+    host.addEntry(standin::templatesMenuId, 3, L"Find && Save");
+    ShippedModule module;
+    const auto addIn = module.connection();
+    addIn->OnConnection(host.application(), atStartup, nullptr, nullptr);
+    CHECK(host.captions() == std::vector<std::wstring>{
+                                 L"&File", L"&Browse/Copy Dynamic Web Template to Web...", L"&Edit",
+                                 L"Find && Save", L"&Dynamic Web Templates Online..."});
+    addIn->OnDisconnection(userClosed, nullptr);
+  }
+
+  TEST_CASE("When every character is taken the caption stays without an ampersand") {
+    ScratchRegistry registry;
+    ModalDriver modal;
+    standin::Host host;
+    host.clearEntries();
+    for (const wchar_t letter : std::wstring(L"BROWSE/COPYDNAMITL.U"))
+      host.addEntry(standin::templatesMenuId, 2, std::wstring(L"&") + letter);
+    ShippedModule module;
+    const auto addIn = module.connection();
+    addIn->OnConnection(host.application(), atStartup, nullptr, nullptr);
+    REQUIRE(host.button(copyToWeb));
+    CHECK(host.button(copyToWeb)->caption == copyToWeb);
+    addIn->OnDisconnection(userClosed, nullptr);
+  }
+
+  TEST_CASE("Unloading by the user deletes the entries under every version") {
+    for (const wchar_t* version : {L"6.0", L"6.0.6356", L"11.0.5510"}) {
+      Connected connected(withVersion(version));
+      REQUIRE(connected.entries() == 2);
+      connected.disconnect(userClosed);
+      CHECK(connected.entries() == 0);
+      CHECK(connected.host.captions().size() == 6);
+    }
+  }
+
+  TEST_CASE("At shutdown a host of version 6 keeps its temporary entries") {
+    for (const wchar_t* version : {L"6.0", L"6.0.6356", L"6."}) {
+      Connected connected(withVersion(version));
+      connected.disconnect(hostShutdown);
+      CHECK(connected.entries() == 2);
+    }
+  }
+
+  TEST_CASE("At shutdown the entries are deleted under every other version") {
+    for (const wchar_t* version : {L"11.0.5510", L"6", L"16.0", L"60.1", L""}) {
+      Connected connected(withVersion(version));
+      connected.disconnect(hostShutdown);
+      CHECK(connected.entries() == 0);
+    }
+  }
+
+  TEST_CASE("After the disconnection no button tells the add-in of its clicks") {
+    Connected connected(withVersion(L"6.0"));
+    CHECK(connected.host.button(copyToWeb)->listeners() == 1);
+    connected.disconnect(hostShutdown);
+    CHECK(connected.host.button(copyToWeb)->listeners() == 0);
+    CHECK(connected.host.button(dwtOnline)->listeners() == 0);
+    connected.host.click(copyToWeb);
+    CHECK(connected.modal.boxes().empty());
+  }
+
+  TEST_CASE("A reconnection reuses entries that were left and hears their clicks") {
+    Connected connected(withVersion(L"6.0"));
+    connected.disconnect(hostShutdown);
+    connected.addIn = connected.module.connection();
+    connected.addIn->OnConnection(connected.host.application(), afterStartup, nullptr, nullptr);
+    CHECK(connected.host.captions().size() == 8);
+    checkNoWebMessage(connected, copyToWeb);
+  }
+
+  TEST_CASE("The browse entry says that no web is open however the host says so") {
+    for (const bool error : {false, true}) {
+      for (const bool empty : {false, true}) {
+        standin::HostOptions options;
+        options.noWebIsError = error;
+        options.nothingIsEmpty = empty;
+        Connected connected(options);
+        checkNoWebMessage(connected, copyToWeb);
+      }
+    }
+  }
+
+  TEST_CASE("The online entry says that no web is open however the host says so") {
+    for (const bool error : {false, true}) {
+      for (const bool empty : {false, true}) {
+        standin::HostOptions options;
+        options.noWebIsError = error;
+        options.nothingIsEmpty = empty;
+        Connected connected(options);
+        checkNoWebMessage(connected, dwtOnline);
+      }
+    }
+  }
+
+  TEST_CASE("With an open web the browse entry opens the browser over the active window") {
+    ScratchFolder web;
+    Connected connected({}, web.path());
+    connected.modal.onDialog(L"Dynamic Web Template Browser",
+                             [](HWND dialog) { PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0); });
+    bool cancelled = false;
+    REQUIRE(connected.host.click(copyToWeb, &cancelled));
+    REQUIRE(connected.modal.dialogs().size() == 1);
+    CHECK(connected.modal.dialogs().front() == L"Dynamic Web Template Browser");
+    CHECK_FALSE(cancelled);
+  }
+
+  TEST_CASE("A host that refuses any one call is connected clicked and disconnected quietly") {
+    for (const auto& member : membersUsed()) {
+      CAPTURE(member);
+      ScratchRegistry registry;
+      ModalDriver modal;
+      standin::Host host;
+      host.faults().refuse(member, L"The host will not.");
+      ShippedModule module;
+      const auto addIn = module.connection();
+      CHECK(addIn->OnConnection(host.application(), atStartup, nullptr, nullptr) == S_OK);
+      CHECK(addIn->OnStartupComplete(nullptr) == S_OK);
+      host.click(copyToWeb);
+      host.click(dwtOnline);
+      CHECK(addIn->OnDisconnection(userClosed, nullptr) == S_OK);
+    }
+  }
+
+  TEST_CASE("A host that gives nothing for any one call is met as quietly") {
+    for (const auto& member : membersUsed()) {
+      for (const bool empty : {false, true}) {
+        CAPTURE(member);
+        ScratchRegistry registry;
+        ModalDriver modal;
+        standin::HostOptions options;
+        options.nothingIsEmpty = empty;
+        standin::Host host(options);
+        host.faults().returnNothing(member);
+        ShippedModule module;
+        const auto addIn = module.connection();
+        CHECK(addIn->OnConnection(host.application(), atStartup, nullptr, nullptr) == S_OK);
+        host.click(copyToWeb);
+        host.click(dwtOnline);
+        CHECK(addIn->OnDisconnection(userClosed, nullptr) == S_OK);
+      }
+    }
+  }
+
+  TEST_CASE("A host that refuses the addition gets no entry and shows no message") {
+    ScratchRegistry registry;
+    ModalDriver modal;
+    standin::Host host;
+    const auto captions = host.captions();
+    host.faults().refuse(L"CommandBarControls.Add", L"This menu is locked.");
+    ShippedModule module;
+    const auto addIn = module.connection();
+    CHECK(addIn->OnConnection(host.application(), atStartup, nullptr, nullptr) == S_OK);
+    CHECK(host.captions() == captions);
+    CHECK(host.faults().calls(L"CommandBarControls.Add") == 1);
+    CHECK(modal.boxes().empty());
+  }
+
+  TEST_CASE("An entry whose caption is refused does not stay in the menu half-made") {
+    ScratchRegistry registry;
+    ModalDriver modal;
+    standin::Host host;
+    const auto captions = host.captions();
+    host.faults().refuse(L"CommandBarControl.BeginGroup", L"No.");
+    ShippedModule module;
+    const auto addIn = module.connection();
+    addIn->OnConnection(host.application(), atStartup, nullptr, nullptr);
+    CHECK(host.captions() == captions);
+    CHECK(modal.boxes().empty());
+  }
+
+  TEST_CASE("An entry whose face is refused stays without a face") {
+    ScratchRegistry registry;
+    ModalDriver modal;
+    standin::Host host;
+    host.faults().refuse(L"CommandBarButton.PasteFace", L"No.");
+    ShippedModule module;
+    const auto addIn = module.connection();
+    addIn->OnConnection(host.application(), atStartup, nullptr, nullptr);
+    REQUIRE(host.button(copyToWeb));
+    CHECK_FALSE(host.button(copyToWeb)->face());
+    CHECK(host.button(dwtOnline));
+    addIn->OnDisconnection(userClosed, nullptr);
+  }
+
+  TEST_CASE("A host whose name is refused still lets its user know that no web is open") {
+    Connected connected;
+    connected.host.faults().refuse(L"Application.Name", L"No.");
+    connected.host.click(copyToWeb);
+    REQUIRE(connected.modal.boxes().size() == 1);
+    CHECK(connected.modal.boxes().front().text == L"No web is currently open.");
+    CHECK(connected.modal.boxes().front().title == L"Quillet Viewer");
+  }
+
+  TEST_CASE("A connection without an application object is no failure") {
+    ScratchRegistry registry;
+    ShippedModule module;
+    const auto addIn = module.connection();
+    CHECK(addIn->OnConnection(nullptr, atStartup, nullptr, nullptr) == S_OK);
+    CHECK(addIn->OnDisconnection(userClosed, nullptr) == S_OK);
+  }
+
+  TEST_CASE("The application object is let go with the connection object") {
+    ScratchRegistry registry;
+    ModalDriver modal;
+    ShippedModule module;
+    standin::Host host;
+    const auto references = [&] {
+      host.application()->AddRef();
+      return host.application()->Release();
+    };
+    const ULONG before = references();
+    auto addIn = module.connection();
+    addIn->OnConnection(host.application(), atStartup, nullptr, nullptr);
+    addIn->OnDisconnection(userClosed, nullptr);
+    CHECK(references() > before);
+    addIn.reset();
+    CHECK(references() == before);
+  }
+
+  TEST_CASE("The host may call by name") {
+    ScratchRegistry registry;
+    ModalDriver modal;
+    standin::Host host;
+    ShippedModule module;
+    const auto addIn = module.connection();
+    const host::Dispatch byName(ComPtr<IDispatch>(addIn.get()));
+
+    SAFEARRAY* custom = SafeArrayCreateVector(VT_VARIANT, 1, 0);
+    com::Variant array;
+    array.put()->vt = VT_ARRAY | VT_VARIANT | VT_BYREF;
+    const_cast<VARIANT&>(array.get()).pparray = &custom;
+
+    byName.call(L"OnConnection", {host.application(), 1L, static_cast<IDispatch*>(nullptr), array});
+    byName.call(L"OnAddInsUpdate", {array});
+    byName.call(L"onstartupcomplete", {array});
+    CHECK(host.button(copyToWeb));
+    CHECK(host.button(dwtOnline));
+    byName.call(L"OnBeginShutdown", {array});
+    byName.call(L"OnDisconnection", {1L, array});
+    CHECK_FALSE(host.button(copyToWeb));
+    SafeArrayDestroy(custom);
+  }
+
+  TEST_CASE("Calls by name with wrong arguments are refused as automation servers do") {
+    ScratchRegistry registry;
+    ShippedModule module;
+    const auto addIn = module.connection();
+    LCID locale = LOCALE_USER_DEFAULT;
+    VARIANT number = {};
+    number.vt = VT_I4;
+    DISPPARAMS one = {&number, nullptr, 1, 0};
+    CHECK(addIn->Invoke(1, IID_NULL, locale, DISPATCH_METHOD, &one, nullptr, nullptr, nullptr) ==
+          DISP_E_BADPARAMCOUNT);
+    CHECK(addIn->Invoke(6, IID_NULL, locale, DISPATCH_METHOD, &one, nullptr, nullptr, nullptr) ==
+          DISP_E_MEMBERNOTFOUND);
+    CHECK(addIn->Invoke(0, IID_NULL, locale, DISPATCH_METHOD, &one, nullptr, nullptr, nullptr) ==
+          DISP_E_MEMBERNOTFOUND);
+    VARIANT four[4] = {};
+    four[3].vt = VT_I4;
+    DISPPARAMS wrongType = {four, nullptr, 4, 0};
+    CHECK(addIn->Invoke(1, IID_NULL, locale, DISPATCH_METHOD, &wrongType, nullptr, nullptr,
+                        nullptr) == DISP_E_TYPEMISMATCH);
+    wchar_t unknown[] = L"OnLunch";
+    LPOLESTR name = unknown;
+    DISPID id = 0;
+    CHECK(addIn->GetIDsOfNames(IID_NULL, &name, 1, locale, &id) == DISP_E_UNKNOWNNAME);
+    CHECK(id == DISPID_UNKNOWN);
+  }
+
+  TEST_CASE("The published identifiers belong to the published names") {
+    ScratchRegistry registry;
+    ShippedModule module;
+    const auto addIn = module.connection();
+    const wchar_t* names[] = {L"OnConnection", L"OnDisconnection", L"OnAddInsUpdate",
+                              L"OnStartupComplete", L"OnBeginShutdown"};
+    for (DISPID expected = 1; expected <= 5; ++expected) {
+      auto* name = const_cast<LPOLESTR>(names[expected - 1]);
+      DISPID id = 0;
+      CHECK(addIn->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id) == S_OK);
+      CHECK(id == expected);
+    }
+  }
+
+  TEST_CASE("The connection object describes its interface from the embedded type library") {
+    ShippedModule module;
+    const auto addIn = module.connection();
+    UINT count = 0;
+    CHECK(addIn->GetTypeInfoCount(&count) == S_OK);
+    CHECK(count == 1);
+    ComPtr<ITypeInfo> info;
+    REQUIRE(addIn->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.put()) == S_OK);
+    com::Bstr name;
+    info->GetDocumentation(1, name.put(), nullptr, nullptr, nullptr);
+    CHECK(name.text() == L"OnConnection");
+    CHECK(addIn->GetTypeInfo(1, LOCALE_USER_DEFAULT, info.put()) == DISP_E_BADINDEX);
+  }
+}

@@ -1,0 +1,299 @@
+// The module's file, and its life in the host's process.
+#include <float.h>
+
+#include <algorithm>
+#include <clocale>
+#include <set>
+
+#include "addin/identity.h"
+#include "addin/resource.h"
+#include "common/handles.h"
+#include "common/text.h"
+#include "host/model/Host.h"
+#include "tests/addin/PortableExecutable.h"
+#include "tests/addin/ShippedModule.h"
+#include "tests/support/ModalDriver.h"
+#include "tests/support/ScratchRegistry.h"
+#include "tests/support/text_output.h"
+
+namespace {
+
+// The lines of the list of functions that the module may import; "#" begins a remark.
+std::set<std::string> allowedImports() {
+  // The path is the build machine's, seen from Wine's drive of its whole file system.
+  const std::string path = std::string("Z:") + QUILLET_IMPORTS_LIST;
+  const handles::File file(
+      CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+  REQUIRE(file);
+  std::string content(GetFileSize(file.get(), nullptr), '\0');
+  DWORD read = 0;
+  ReadFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &read, nullptr);
+  std::set<std::string> result;
+  std::size_t start = 0;
+  while (start < content.size()) {
+    const std::size_t end = std::min(content.find('\n', start), content.size());
+    const std::string line = content.substr(start, end - start);
+    if (!line.empty() && line.front() != '#') result.insert(line);
+    start = end + 1;
+  }
+  return result;
+}
+
+std::wstring versionText(const std::wstring& name) {
+  const std::wstring path = ShippedModule::builtPath();
+  DWORD ignored = 0;
+  std::vector<BYTE> block(GetFileVersionInfoSizeW(path.c_str(), &ignored));
+  REQUIRE(!block.empty());
+  REQUIRE(GetFileVersionInfoW(path.c_str(), 0, static_cast<DWORD>(block.size()), block.data()));
+  void* value = nullptr;
+  UINT length = 0;
+  if (!VerQueryValueW(block.data(), (L"\\StringFileInfo\\040904B0\\" + name).c_str(), &value,
+                      &length))
+    return {};
+  return static_cast<const wchar_t*>(value);
+}
+
+// What the host's process must find as it was.
+struct Manners {
+  std::wstring folder, locale;
+  UINT errorMode = 0;
+  unsigned floatingPoint = 0;
+  HWND focus = nullptr;
+  LCID threadLocale = 0;
+
+  static Manners now() {
+    Manners manners;
+    wchar_t folder[MAX_PATH] = {};
+    GetCurrentDirectoryW(MAX_PATH, folder);
+    manners.folder = folder;
+    manners.locale = text::split(std::wstring(_wsetlocale(LC_ALL, nullptr)), L';').front();
+    manners.errorMode = SetErrorMode(0);
+    SetErrorMode(manners.errorMode);
+    manners.floatingPoint = _controlfp(0, 0);
+    manners.focus = GetFocus();
+    manners.threadLocale = GetThreadLocale();
+    return manners;
+  }
+  bool operator==(const Manners&) const = default;
+};
+
+}  // namespace
+
+TEST_SUITE("module file") {
+  TEST_CASE("The module imports only functions of the written list") {
+    const auto allowed = allowedImports();
+    for (const auto& import : PortableExecutable(ShippedModule::builtPath()).imports()) {
+      CAPTURE(import);
+      // Look up that Windows XP SP2 has the function before adding it to the list.
+      CHECK(allowed.count(import) == 1);
+    }
+  }
+
+  TEST_CASE("The module stays below 450 KB and is stripped") {
+    const PortableExecutable file(ShippedModule::builtPath());
+    CHECK(file.size() < 450 * 1000);
+    for (const auto& section : file.sections()) CHECK(section.substr(0, 1) == ".");
+    for (const auto& section : file.sections()) CHECK(section.find("debug") == section.npos);
+  }
+
+  TEST_CASE("The module is for 32-bit hosts and takes the system's protections") {
+    const PortableExecutable file(ShippedModule::builtPath());
+    CHECK(file.machine() == IMAGE_FILE_MACHINE_I386);
+    CHECK((file.dllCharacteristics() & IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE) != 0);
+    CHECK((file.dllCharacteristics() & IMAGE_DLLCHARACTERISTICS_NX_COMPAT) != 0);
+  }
+
+  TEST_CASE("The module exports the five entry points of a COM server undecorated") {
+    CHECK(PortableExecutable(ShippedModule::builtPath()).exports() ==
+          std::set<std::string>{"DllCanUnloadNow", "DllGetClassObject", "DllInstall",
+                                "DllRegisterServer", "DllUnregisterServer"});
+  }
+
+  TEST_CASE("The embedded type library bears its description and describes the class") {
+    ComPtr<ITypeLib> library;
+    REQUIRE(LoadTypeLibEx(ShippedModule::builtPath().c_str(), REGKIND_NONE, library.put()) == S_OK);
+    com::Bstr name;
+    com::Bstr description;
+    REQUIRE(library->GetDocumentation(-1, name.put(), description.put(), nullptr, nullptr) == S_OK);
+    CHECK(name.text() == L"DWT");
+    CHECK(description.text() == L"Orlique Dynamic Web Template");
+
+    TLIBATTR* attributes = nullptr;
+    REQUIRE(library->GetLibAttr(&attributes) == S_OK);
+    CHECK((attributes->guid == identity::typeLibraryId));
+    CHECK(attributes->wMajorVerNum == 1);
+    CHECK(attributes->wMinorVerNum == 0);
+    library->ReleaseTLibAttr(attributes);
+
+    ComPtr<ITypeInfo> type;
+    REQUIRE(library->GetTypeInfoOfGuid(identity::classId, type.put()) == S_OK);
+    com::Bstr className;
+    type->GetDocumentation(-1, className.put(), nullptr, nullptr, nullptr);
+    CHECK(className.text() == L"DWTemplate");
+  }
+
+  TEST_CASE("The version resource bears the component's title") {
+    CHECK(versionText(L"FileDescription") == L"Quillet Viewer");
+    CHECK(versionText(L"ProductName") == L"Quillet Viewer");
+    CHECK(versionText(L"Comments") == L"Orlique Dynamic Web Template");
+    CHECK(versionText(L"OriginalFilename") == L"Quillet.dll");
+    CHECK(versionText(L"FileVersion") == versionText(L"ProductVersion"));
+  }
+
+  TEST_CASE("The module carries both faces and its manifest") {
+    const ShippedModule module;
+    for (const int id : {101, 104}) {
+      const handles::Gdi face(
+          LoadImageW(module.handle(), MAKEINTRESOURCEW(id), IMAGE_BITMAP, 0, 0, 0));
+      REQUIRE(face);
+      BITMAP bitmap = {};
+      GetObjectW(face.get(), sizeof bitmap, &bitmap);
+      CHECK(bitmap.bmWidth == 16);
+      CHECK(bitmap.bmHeight == 16);
+    }
+    CHECK(FindResourceW(module.handle(), MAKEINTRESOURCEW(2),
+                        reinterpret_cast<LPCWSTR>(RT_MANIFEST)));
+  }
+}
+
+TEST_SUITE("module in the host's process") {
+  TEST_CASE("A module that was only loaded can be unloaded") {
+    const ShippedModule module;
+    CHECK(module.canUnload());
+  }
+
+  TEST_CASE("The class factory keeps the module loaded") {
+    const ShippedModule module;
+    auto factory = module.factory();
+    REQUIRE(factory);
+    CHECK_FALSE(module.canUnload());
+    factory.reset();
+    CHECK(module.canUnload());
+  }
+
+  TEST_CASE("A lock keeps the module loaded until it is taken back") {
+    const ShippedModule module;
+    auto factory = module.factory();
+    CHECK(factory->LockServer(TRUE) == S_OK);
+    CHECK(factory->LockServer(TRUE) == S_OK);
+    factory.reset();
+    CHECK_FALSE(module.canUnload());
+    factory = module.factory();
+    factory->LockServer(FALSE);
+    factory->LockServer(FALSE);
+    factory.reset();
+    CHECK(module.canUnload());
+  }
+
+  TEST_CASE("A connection object keeps the module loaded") {
+    const ShippedModule module;
+    auto connection = module.connection();
+    REQUIRE(connection);
+    CHECK_FALSE(module.canUnload());
+    connection.reset();
+    CHECK(module.canUnload());
+  }
+
+  TEST_CASE("An event sink that the host still holds keeps the module loaded") {
+    ScratchRegistry registry;
+    ModalDriver modal;
+    const ShippedModule module;
+    standin::Host host;
+    auto connection = module.connection();
+    connection->OnConnection(host.application(), atStartup, nullptr, nullptr);
+    const standin::CommandBarButton* button =
+        host.button(L"Browse/Copy Dynamic Web Template to Web...");
+    REQUIRE(button);
+    ComPtr<IConnectionPoint> point;
+    REQUIRE(const_cast<standin::CommandBarButton*>(button)->FindConnectionPoint(
+                standin::buttonEvents, point.put()) == S_OK);
+    ComPtr<IEnumConnections> connections;
+    REQUIRE(point->EnumConnections(connections.put()) == S_OK);
+    CONNECTDATA data = {};
+    ULONG count = 0;
+    REQUIRE(connections->Next(1, &data, &count) == S_OK);
+    connections.reset();
+
+    connection->OnDisconnection(userClosed, nullptr);
+    connection.reset();
+    CHECK_FALSE(module.canUnload());
+    data.pUnk->Release();
+    CHECK(module.canUnload());
+  }
+
+  TEST_CASE("After a connection and a disconnection the module can be unloaded") {
+    ScratchRegistry registry;
+    ModalDriver modal;
+    const ShippedModule module;
+    standin::Host host;
+    auto connection = module.connection();
+    connection->OnConnection(host.application(), atStartup, nullptr, nullptr);
+    connection->OnDisconnection(userClosed, nullptr);
+    connection.reset();
+    CHECK(module.canUnload());
+  }
+
+  TEST_CASE("A class of another identifier is not available") {
+    const ShippedModule module;
+    const auto get = module.entry<HRESULT WINAPI(REFCLSID, REFIID, void**)>("DllGetClassObject");
+    void* object = &object;
+    CHECK(get(IID_IUnknown, IID_IClassFactory, &object) == CLASS_E_CLASSNOTAVAILABLE);
+    CHECK(object == nullptr);
+    CHECK(get(identity::classId, IID_IDispatch, &object) == E_NOINTERFACE);
+    CHECK(get(identity::classId, IID_IClassFactory, nullptr) == E_POINTER);
+    CHECK(module.canUnload());
+  }
+
+  TEST_CASE("The class cannot be aggregated") {
+    const ShippedModule module;
+    const auto factory = module.factory();
+    void* object = &object;
+    CHECK(factory->CreateInstance(factory.get(), IID_IUnknown, &object) == CLASS_E_NOAGGREGATION);
+    CHECK(object == nullptr);
+    CHECK(factory->CreateInstance(nullptr, IID_IClassFactory, &object) == E_NOINTERFACE);
+  }
+
+  TEST_CASE("The connection object is one object behind all its interfaces") {
+    const ShippedModule module;
+    const auto connection = module.connection();
+    const auto dispatch = connection.as<IDispatch>();
+    const auto unknown = connection.as<IUnknown>();
+    REQUIRE(dispatch);
+    CHECK(dispatch.as<IDTExtensibility2>().get() == connection.get());
+    CHECK(dispatch.as<IUnknown>().get() == unknown.get());
+    CHECK_FALSE(connection.as<IClassFactory>());
+  }
+
+  TEST_CASE("Loading connecting and disconnecting leave the host's process as it was") {
+    ScratchRegistry registry;
+    ModalDriver modal;
+    standin::Host host;
+    _controlfp(_PC_53, _MCW_PC);
+    SetErrorMode(SEM_NOOPENFILEERRORBOX);
+    const Manners before = Manners::now();
+    {
+      const ShippedModule module;
+      CHECK((Manners::now() == before));
+      const auto connection = module.connection();
+      connection->OnConnection(host.application(), atStartup, nullptr, nullptr);
+      CHECK((Manners::now() == before));
+      host.click(L"Browse/Copy Dynamic Web Template to Web...");
+      CHECK((Manners::now() == before));
+      connection->OnDisconnection(userClosed, nullptr);
+    }
+    CHECK((Manners::now() == before));
+    SetErrorMode(0);
+  }
+
+  TEST_CASE("Neither network nor browser nor pictures are loaded by connecting") {
+    ScratchRegistry registry;
+    ModalDriver modal;
+    standin::Host host;
+    const ShippedModule module;
+    const auto connection = module.connection();
+    connection->OnConnection(host.application(), atStartup, nullptr, nullptr);
+    for (const wchar_t* library : {L"ieframe.dll", L"mshtml.dll", L"gdiplus.dll", L"unzip32.dll"})
+      CHECK_FALSE(GetModuleHandleW(library));
+    connection->OnDisconnection(userClosed, nullptr);
+  }
+}
