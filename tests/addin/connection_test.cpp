@@ -2,6 +2,7 @@
 #include "addin/host/Dispatch.h"
 #include "host/model/Host.h"
 #include "tests/addin/ShippedModule.h"
+#include "tests/support/DebugOutput.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/ScratchRegistry.h"
@@ -341,6 +342,19 @@ TEST_SUITE("connection to the host") {
     REQUIRE(connected.modal.dialogs().size() == 1);
     CHECK(connected.modal.dialogs().front() == L"Dynamic Web Template Browser");
     CHECK_FALSE(cancelled);
+  }
+
+  TEST_CASE("With an open web the online entry says in the log that there is no catalogue yet") {
+    ScratchFolder web;
+    Connected connected({}, web.path());
+    connected.registry.setString(HKEY_CURRENT_USER,
+                                 L"Software\\VB and VBA Program Settings\\Quillet Viewer\\Settings",
+                                 L"Logging", L"1");
+    const DebugOutput output;
+    connected.host.click(dwtOnline);
+    CHECK(output.has(L"The online catalogue is not available yet."));
+    CHECK(connected.modal.boxes().empty());
+    CHECK(connected.modal.dialogs().empty());
   }
 
   TEST_CASE("A host that refuses any one call is connected clicked and disconnected quietly") {

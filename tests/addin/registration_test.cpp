@@ -232,7 +232,7 @@ TEST_SUITE("registration") {
     REQUIRE(module.install(true, nullptr) == S_OK);
     CHECK(everything() == expected(L"HKLM", ShippedModule::builtPath()));
     REQUIRE(module.install(false, L"") == S_OK);
-    CHECK_FALSE(registry.hasKey(HKEY_LOCAL_MACHINE, L"Software\\Classes"));
+    CHECK_FALSE(registry.hasKey(HKEY_LOCAL_MACHINE, L"Software\\Classes\\CLSID"));
   }
 
   TEST_CASE("Installing with an unknown command line is refused and writes nothing") {
