@@ -148,20 +148,24 @@ void frmQuillet::Form_Load() {
 
 void frmQuillet::start() {
   keepEdges();
+  setUpControls();
   modCommon::InitLog();
   commonPath_ = modCommon::commonPath();
   RestoreWindowPlacementSetting(hwnd(), module::title, settings::general, settings::placement);
   writeVersions();
-
-  for (const long percent : {50, 75, 100}) cbZoom.add(std::to_wstring(percent) + L"%", percent);
-  enableTemplateButtons(false);
-  cbZoom.setEnabled(false);
   navigate(forms::WebBrowser::blankPage);
   destination_.clear();
   cbZoom.select(2);
   // A scan may take long: it is watched, and can be cancelled, on the screen.
   showNow();
   ListTemplates();
+}
+
+// As they are until there are templates, also when the start fails.
+void frmQuillet::setUpControls() {
+  for (const long percent : {50, 75, 100}) cbZoom.add(std::to_wstring(percent) + L"%", percent);
+  cbZoom.setEnabled(false);
+  enableTemplateButtons(false);
 }
 
 void frmQuillet::writeVersions() const {

@@ -57,6 +57,7 @@ class frmQuillet : public forms::Form, private TemplateScanView {
 
   void connectEvents();
   void keepEdges();
+  void setUpControls();
   void start();
   void startFailed(const Error& error);
   void writeVersions() const;

@@ -216,8 +216,14 @@ LRESULT WebBrowser::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
     case WM_ERASEBKGND:
       return 1;
-    case WM_PAINT:
-      paintText();
+    case WM_PAINT: {
+      PAINTSTRUCT painting;
+      paintText(BeginPaint(hwnd(), &painting));
+      EndPaint(hwnd(), &painting);
+      return 0;
+    }
+    case WM_PRINTCLIENT:
+      paintText(reinterpret_cast<HDC>(wParam));
       return 0;
     case WM_DESTROY:
       tearDown();
@@ -244,9 +250,7 @@ void WebBrowser::showObject(bool shown) noexcept {
 }
 
 // As the page itself would look: a red heading in the upper left corner.
-void WebBrowser::paintText() noexcept {
-  PAINTSTRUCT painting;
-  const HDC target = BeginPaint(hwnd(), &painting);
+void WebBrowser::paintText(HDC target) noexcept {
   RECT client;
   GetClientRect(hwnd(), &client);
   FillRect(target, &client, GetSysColorBrush(COLOR_WINDOW));
@@ -261,7 +265,6 @@ void WebBrowser::paintText() noexcept {
   InflateRect(&client, -margin, -margin);
   DrawTextW(target, text_.c_str(), -1, &client, DT_LEFT | DT_TOP | DT_WORDBREAK | DT_NOPREFIX);
   SelectObject(target, old);
-  EndPaint(hwnd(), &painting);
 }
 
 }  // namespace forms

@@ -71,7 +71,7 @@ class WebBrowser : public Control {
   void tearDown() noexcept;
   void resizeObject() noexcept;
   void showObject(bool shown) noexcept;
-  void paintText() noexcept;
+  void paintText(HDC target) noexcept;
   bool replaceBody(const std::wstring& html);
   IWebBrowser2& browser();
   bool isTopFrame(IDispatch* frame) const noexcept;

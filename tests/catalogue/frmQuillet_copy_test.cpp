@@ -352,6 +352,26 @@ TEST_CASE("when the last template went the buttons that need one are off") {
   });
 }
 
+TEST_CASE("a scan that is cancelled after the folder dialog is logged and the window stays") {
+  BrowserWindow browser;
+  browser.addTemplate(L"a");
+  browser.addTemplate(L"b");
+  browser.driver.onDialog(L"Manage Dynamic Web Template Folders", [&](HWND dialog) {
+    PostMessageW(browser.dialog, WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED),
+                 reinterpret_cast<LPARAM>(browser.control(IDCANCEL)));
+    press(dialog, IDOK);
+  });
+  browser.show([&] {
+    press(browser.dialog, IDC_QUILLET_SELECT);
+    CHECK(IsWindowVisible(browser.dialog));
+    CHECK(browser.rows().size() < 2);
+    CHECK(browser.enabled(IDC_QUILLET_SELECT));
+  });
+  CHECK(browser.log.has(
+      L"ERROR in procedure cmdSelect_Click of Form frmQuillet. Error : 512\tOperation Cancelled."));
+  CHECK(browser.driver.boxes().empty());
+}
+
 TEST_CASE("the notes of the selected template open in the quick help viewer") {
   const LaunchesNoted noted;
   BrowserWindow browser;

@@ -1,12 +1,16 @@
 // The template browser: start, list and preview.
 #include "tests/catalogue/frmQuillet_support.h"
+#include "tests/support/ImportPatch.h"
 
 namespace {
 
 const std::wstring errorBody = L"<h3><font face=arial color=red>Error in preview</font></h3>";
 
-// The extent of everything that is blue in a control, as it paints itself.
-SIZE blueExtent(HWND window) {
+bool isBlue(COLORREF colour) { return GetBValue(colour) > 200 && GetRValue(colour) < 60; }
+bool isRed(COLORREF colour) { return GetRValue(colour) > 200 && GetBValue(colour) < 60; }
+
+// The extent of everything of that colour in a control, as it paints itself.
+SIZE extentOf(HWND window, bool (*wanted)(COLORREF)) {
   RECT client;
   GetClientRect(window, &client);
   const handles::ScreenContext screen;
@@ -17,8 +21,7 @@ SIZE blueExtent(HWND window) {
   RECT extent = {client.right, client.bottom, 0, 0};
   for (LONG y = 0; y < client.bottom; ++y)
     for (LONG x = 0; x < client.right; ++x) {
-      const COLORREF colour = GetPixel(context.get(), x, y);
-      if (GetBValue(colour) < 200 || GetRValue(colour) > 60) continue;
+      if (!wanted(GetPixel(context.get(), x, y))) continue;
       extent = {std::min(extent.left, x), std::min(extent.top, y), std::max(extent.right, x + 1),
                 std::max(extent.bottom, y + 1)};
     }
@@ -26,11 +29,29 @@ SIZE blueExtent(HWND window) {
   return extent.right == 0 ? SIZE{} : SIZE{extent.right - extent.left, extent.bottom - extent.top};
 }
 
+SIZE blueExtent(HWND window) { return extentOf(window, isBlue); }
+
 bool isSize(SIZE size, LONG width, LONG height) {
   CAPTURE(size.cx);
   CAPTURE(size.cy);
   return size.cx == width && size.cy == height;
 }
+
+// The drive Q: has no medium.
+class DriveNotReady {
+ public:
+  DriveNotReady() { current = this; }
+
+ private:
+  static HANDLE WINAPI find(LPCSTR pattern, LPWIN32_FIND_DATAA data) {
+    if (pattern[0] != 'Q') return current->patch_.original<decltype(find)>()(pattern, data);
+    SetLastError(ERROR_NOT_READY);
+    return INVALID_HANDLE_VALUE;
+  }
+
+  static inline DriveNotReady* current = nullptr;
+  ImportPatch patch_{nullptr, "kernel32.dll", "FindFirstFileA", find};
+};
 
 }  // namespace
 
@@ -157,6 +178,49 @@ TEST_CASE("a scan that is cancelled says so and leaves the window open with what
   CHECK(listed.size() < 3);
   CHECK(usable);
   CHECK(closed);
+}
+
+TEST_CASE("no other window is opened and nothing is copied while the templates are listed") {
+  BrowserWindow browser;
+  browser.addTemplate(L"a");
+  bool off = false;
+  browser.showAtOnce([&] {
+    off = !browser.enabled(IDC_QUILLET_SELECT) && !browser.enabled(IDC_QUILLET_ONLINE) &&
+          !browser.enabled(IDOK) && !browser.enabled(IDC_QUILLET_DESTFOLDER);
+    SendMessageW(browser.dialog, WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED),
+                 reinterpret_cast<LPARAM>(browser.control(IDOK)));
+    browser.whenListed([&] { press(browser.dialog, IDCANCEL); });
+  });
+  CHECK(off);
+  CHECK(browser.driver.boxes().empty());
+}
+
+TEST_CASE("a drive that is not ready is told over the window and the scan goes on") {
+  const DriveNotReady drive;
+  BrowserWindow browser;
+  listForMachine(browser.registry, L"Q:\\Templates");
+  browser.addTemplate(L"home");
+  browser.show([&] { CHECK(browser.rows() == Lines{L"home"}); });
+  REQUIRE(browser.driver.boxes().size() == 1);
+  const ShownBox& box = browser.driver.boxes()[0];
+  CHECK(box.text.starts_with(L"Could not access Q:\\Templates\\.\r\n"));
+  CHECK(box.text.size() > 30);  // the system's own words follow
+  CHECK(box.title == browserCaption);
+  CHECK(box.icon == MB_ICONHAND);
+  CHECK(browser.log.has(L"Could not open \" Q:\\Templates\\ \""));
+}
+
+TEST_CASE("ampersands and long texts of a description are shown as they are") {
+  BrowserWindow browser;
+  const std::string longText(500, 'w');
+  browser.addTemplate(L"home", "[home]\r\nTitle=Fish & chips\r\nDescription=" + longText + "\r\n");
+  browser.show([&] {
+    CHECK(browser.rows() == Lines{L"Fish & chips"});
+    CHECK(browser.text(IDC_QUILLET_TITLE) == L"Preview : Fish & chips     [HTML Preview]");
+    CHECK(browser.text(IDC_QUILLET_DESC) == std::wstring(500, L'w'));
+    for (const int id : {IDC_QUILLET_TITLE, IDC_QUILLET_DESC, IDC_QUILLET_PATH, IDC_QUILLET_DEST})
+      CHECK((GetWindowLongW(browser.control(id), GWL_STYLE) & SS_NOPREFIX) != 0);
+  });
 }
 
 TEST_CASE("a host that refuses its version is logged and the window stays") {
@@ -454,6 +518,8 @@ TEST_CASE("where no page can be rendered the window still works") {
     browser.selectRow(1);
     CHECK(browser.text(IDC_QUILLET_TITLE) == L"Preview : b     [HTML Preview]");
     CHECK(browser.enabled(IDOK));
+    // The place of the page says in red what the page would say.
+    CHECK(extentOf(browser.control(IDC_QUILLET_PAGE), isRed).cx > 50);
   });
   CHECK(browser.driver.boxes().empty());
 }
