@@ -5,7 +5,6 @@
 namespace standin {
 namespace {
 
-constexpr UINT firstCommand = 1000;
 constexpr int faceSize = 16;
 
 class Pixels {
@@ -80,7 +79,7 @@ void NativeMenu::build(HWND window, const CommandBar* bar) {
   const HMENU old = menu_;
   const auto oldFaces = std::move(faces_);
   faces_.clear();
-  controls_.clear();
+  std::erase_if(controls_, [](const auto& entry) { return !entry.second->bar; });
   menu_ = bar ? CreateMenu() : nullptr;
   if (bar) fill(menu_, *bar);
   SetMenu(window, menu_);
@@ -91,6 +90,13 @@ void NativeMenu::build(HWND window, const CommandBar* bar) {
 ComPtr<CommandBarControl> NativeMenu::control(UINT command) const {
   const auto found = controls_.find(command);
   return found == controls_.end() ? nullptr : found->second;
+}
+
+UINT NativeMenu::commandOf(CommandBarControl& control) {
+  for (const auto& [command, known] : controls_)
+    if (known.get() == &control) return command;
+  controls_[nextCommand_] = ComPtr<CommandBarControl>(&control);
+  return nextCommand_++;
 }
 
 void NativeMenu::fill(HMENU menu, const CommandBar& bar) {
@@ -110,8 +116,7 @@ void NativeMenu::fill(HMENU menu, const CommandBar& bar) {
 }
 
 void NativeMenu::addEntry(HMENU menu, CommandBarControl& control) {
-  const UINT command = firstCommand + static_cast<UINT>(controls_.size());
-  controls_[command] = ComPtr<CommandBarControl>(&control);
+  const UINT command = commandOf(control);
   AppendMenuW(menu, MF_STRING | (control.enabled ? MF_ENABLED : MF_GRAYED), command,
               control.caption.c_str());
   const CommandBarButton* button = control.asButton();

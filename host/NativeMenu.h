@@ -17,7 +17,8 @@ class NativeMenu {
   NativeMenu(const NativeMenu&) = delete;
   NativeMenu& operator=(const NativeMenu&) = delete;
 
-  // Makes the window's menu anew; no bar, no menu.
+  // Makes the window's menu anew; no bar, no menu. A control keeps its command for its life: one
+  // that was chosen before may still be on its way.
   void build(HWND window, const CommandBar* bar);
   // The control behind a menu command; null for any other command.
   ComPtr<CommandBarControl> control(UINT command) const;
@@ -26,7 +27,10 @@ class NativeMenu {
   void fill(HMENU menu, const CommandBar& bar);
   void addEntry(HMENU menu, CommandBarControl& control);
 
+  UINT commandOf(CommandBarControl& control);
+
   HMENU menu_ = nullptr;
+  UINT nextCommand_ = 1000;
   std::map<UINT, ComPtr<CommandBarControl>> controls_;
   std::vector<handles::Gdi> faces_;
 };

@@ -48,6 +48,9 @@ struct HostOptions {
   // Controls.Add with Before one past the last control appends (false) or refuses (true).
   bool beforePastEndRefused = false;
 
+  // How long Files.Add takes, in milliseconds: a server's web is slower than a disk.
+  long importMilliseconds = 0;
+
   // --- The shape of the menus; read when the host is made. ---
   bool menuBar = true;          // false: ActiveMenuBar is Nothing
   long menuBarType = 1;         // 0 normal, 1 menu bar, 2 pop-up

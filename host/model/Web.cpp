@@ -376,6 +376,7 @@ com::Variant WebFiles::add(const Arguments& arguments) {
   if (disk::isFolder(target) || (disk::isFile(target) && !arguments.boolean(1)))
     throw Refusal{HRESULT_FROM_WIN32(ERROR_FILE_EXISTS),
                   L"The file \"" + nameOf(path) + L"\" already exists."};
+  Sleep(static_cast<DWORD>(session()->options.importMilliseconds));
   disk::copyFile(local, target);
   return objectValue(make<WebFile>(session(), path));
 }

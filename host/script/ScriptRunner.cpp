@@ -47,6 +47,17 @@ void listTree(const std::wstring& folder, const std::wstring& indent) {
     printLine(indent + name + L"  " + std::to_wstring(disk::fileSize(folder + L"\\" + name)));
 }
 
+// What stands in a failed script's way, if anything does.
+void printForemost(HWND mainWindow) {
+  const auto windows = desktop::windows();
+  if (windows.empty() || windows.front() == mainWindow) return;
+  std::wstring line = L"script: in front is \"" + desktop::textOf(windows.front()) + L"\"";
+  if (desktop::isMessageBox(windows.front()))
+    for (const HWND child : desktop::children(windows.front()))
+      if (!desktop::textOf(child).empty()) line += L" [" + desktop::captionOf(child) + L"]";
+  printLine(line);
+}
+
 // The lines of a script as they come in.
 class LineSource {
  public:
@@ -412,6 +423,7 @@ int runScript(const std::wstring& script, HWND mainWindow, const ScriptRunner::P
               refusal.description);
     result = 1;
   }
+  if (result != 0) printForemost(mainWindow);
   if (result == 0 && stay && !runner.ended()) return result;
   if (!runner.closeAll()) {
     printLine(L"script: the host does not close; what is open:\n" + desktop::describe());

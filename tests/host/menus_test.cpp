@@ -419,6 +419,28 @@ TEST_CASE("the system's menu shows captions separators and states of the model")
   DestroyWindow(window);
 }
 
+TEST_CASE("a control keeps its command when the menu is made anew") {
+  Host host;
+  const HWND window = CreateWindowW(L"STATIC", L"", WS_OVERLAPPEDWINDOW, 0, 0, 100, 100, nullptr,
+                                    nullptr, nullptr, nullptr);
+  standin::NativeMenu menu;
+  const auto commandOf = [&](long id) {
+    for (UINT command = 1000; command < 1200; ++command)
+      if (menu.control(command).get() == host.control(id)) return command;
+    return 0u;
+  };
+  menu.build(window, host.commandBars().menuBar.get());
+  const UINT before = commandOf(7127);
+  const UINT removed = commandOf(7121);
+  host.control(7121)->bar->erase(host.control(7121));
+  host.addEntry(30002, 5000, L"New");
+  menu.build(window, host.commandBars().menuBar.get());
+  CHECK(before != 0);
+  CHECK(commandOf(7127) == before);
+  CHECK_FALSE(menu.control(removed));
+  DestroyWindow(window);
+}
+
 TEST_CASE("a face in a menu is opaque and its light grey becomes the menu's colour") {
   const HBITMAP drawn = plainBitmap(RGB(192, 192, 192));
   const handles::Gdi face = standin::menuFace(drawn);

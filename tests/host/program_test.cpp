@@ -99,7 +99,8 @@ TEST_CASE("a failing command is named and everything open is closed") {
       "press \"Add-ins\" \"Fly\"\n");
   CHECK(outcome.code == 1);
   CHECK(outcome.output ==
-        "script: line 3: press \"Add-ins\" \"Fly\": there is no such button that can be pressed\n");
+        "script: line 3: press \"Add-ins\" \"Fly\": there is no such button that can be pressed\n"
+        "script: in front is \"Add-ins\"\n");
 }
 
 TEST_CASE("a text that is not there is answered with those that are") {
