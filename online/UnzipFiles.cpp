@@ -43,7 +43,9 @@ bool unzipFiles(const std::wstring& archivePath, const std::wstring& extractDir,
   extractor.ExtractNewer = true;
   std::wstring archive;
   std::wstring folder;
-  const long result = extractor.Unzip(archive, folder, owner);
+  // Without a folder the library would unpack into whatever the host's current folder is.
+  const long result =
+      extractDir.empty() ? unzip::cannotCreate : extractor.Unzip(archive, folder, owner);
   if (result == unzip::success) return true;
   showResult(result, archivePath, extractDir, owner);
   WriteLog(text::toUpper(extractor.GetLastMessage()));

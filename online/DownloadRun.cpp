@@ -1,0 +1,165 @@
+#include "online/DownloadRun.h"
+
+#include <utility>
+
+#include "addin/host/environment.h"
+#include "common/log.h"
+#include "common/paths.h"
+#include "online/ByteSize.h"
+#include "online/DownloadSteps.h"
+#include "online/FileTransfer.h"
+#include "online/UnzipFiles.h"
+#include "online/UrlValidation.h"
+
+using modCommon::WriteLog;
+using Row = DownloadTable::Row;
+
+namespace {
+
+constexpr wchar_t restartText[] =
+    L"One or more DWTs that were installed use FrontPage theme.\r\n"
+    L"You must restart FrontPage before you copy these DWTs to the web.";
+
+// What a file that cannot be written is to the user.
+std::wstring failureText(const Error& error) {
+  switch (error.number()) {
+    case errors::badFileName:
+      return L"The disk is not in the drive or the specified path does not exist.";
+    case errors::diskNotReady:
+      return L"The disk not ready or the specified path does not exist.";
+    case errors::permissionDenied:
+    case errors::pathFileAccess:
+      return L"Invalid file path or the file cannot be written to the specified location";
+    case errors::pathNotFound:
+      return L"The path could not be found.";
+    default:
+      return error.description();
+  }
+}
+
+}  // namespace
+
+DownloadRun::DownloadRun(DownloadRequest request, DownloadView& view)
+    : request_(std::move(request)), view_(view) {}
+
+void DownloadRun::ExtractAndCanonicalizeUrl() noexcept {
+  WriteLog(L"ENTERING PROCEDURE : ExtractAndCanonicalizeUrl()");
+  try {
+    const auto parts = modWINInetURL::CrackUrl(request_.pageAddress);
+    table_.fill(parts ? parts->extraInfo : std::wstring());
+    WriteLog(L"EXITING PROCEDURE : ExtractAndCanonicalizeUrl()");
+  } catch (...) {
+    WriteLog(L"ERROR in procedure ExtractAndCanonicalizeUrl of Form frmDownloadProgress. Error : " +
+             errors::current().description());
+  }
+}
+
+bool DownloadRun::load() noexcept {
+  try {
+    prepare();
+    return true;
+  } catch (...) {
+    const Error error = errors::current();
+    if (error.number() == errors::cancelled)
+      WriteLog(L"Handled Error : " + error.description() +
+               L" in procedure Form_Load of Form frmDownloadProgress");
+    else
+      logDownloadError(L"Form_Load", error);
+    return false;
+  }
+}
+
+void DownloadRun::prepare() {
+  WriteLog(L"Loading the Progress Dialog.... ");
+  openInternet();
+  if (table_.addressCount() == 0)
+    throw Error(errors::cancelled, L"There are no files to download.");
+  makeFolders();
+}
+
+void DownloadRun::openInternet() {
+  WriteLog(L"Opening a handle to the internet.... ");
+  if (!session_.open()) {
+    const std::wstring text = L"Could not open a connection to the internet.";
+    view_.fail(withErrorText(text, session_.lastError()));
+    throw HandledError(text);
+  }
+  session_.readProxy();
+  WriteLog(L"Handle to the internet opened successfully.");
+}
+
+// A destination that cannot be made or written has been shown; no file is worth downloading then.
+void DownloadRun::makeFolders() {
+  std::wstring applicationData;
+  modCommon::SystemFolders wanted;
+  wanted.applicationData = &applicationData;
+  modCommon::GetSystemFolders(request_.hostVersion, wanted);
+
+  const std::wstring& destination = request_.destinationFolder;
+  const HWND owner = view_.messageOwner();
+  if (!modCommon::CreateFolderPath(destination, owner) ||
+      !modCommon::CanWriteToFolder(destination, owner))
+    throw HandledError(destination + L" could not be written.");
+
+  stagingFolder_ = modCommon::withBackslash(applicationData) + L"Korvel Software";
+  if (applicationData.empty() || !modCommon::CreateFolderPath(stagingFolder_, owner))
+    throw Error(errors::cancelled, stagingFolder_ + L" could not be created.");
+}
+
+void DownloadRun::run() noexcept {
+  WriteLog(L"PERFORMING INITIALIZATION.");
+  try {
+    transferAndInstall();
+  } catch (const HandledError& error) {
+    logDownloadError(L"Form_Activate", error);
+  } catch (...) {
+    const Error error = errors::current();
+    logDownloadError(L"Form_Activate", error);
+    view_.fail(failureText(error));
+  }
+}
+
+void DownloadRun::transferAndInstall() {
+  UrlValidation validation(table_, session_, view_);
+  if (!validation.ValidateURLs()) return;
+  view_.showOverallSize(online::byteSizeText(validation.totalSize()));
+  FileTransfer(table_, session_, stagingFolder_, view_).run();
+  install();
+}
+
+void DownloadRun::install() {
+  view_.showCaption(L"Installing...");
+  view_.disableCancel();
+  WriteLog(L"Begin process of unzipping the files...");
+  const std::wstring themesFolder = chooseThemesFolder();
+  completed_ = true;
+  for (const auto& place : table_.places()) unpack(place, themesFolder);
+  WriteLog(L"Process of unzipping the files completed.");
+  view_.showCaption(L"Downloading...");
+  if (themeInstalled_) view_.fail(restartText, L"DWT Online");
+}
+
+void DownloadRun::unpack(const DownloadTable::Place& place, const std::wstring& themesFolder) {
+  const bool isTheme = place.kind == Row::theme;
+  const std::wstring path = stagingFile(stagingFolder_, table_.address(place.column, place.kind));
+  WriteLog(L"Unzipping file : " + path);
+  const std::wstring& folder = isTheme ? themesFolder : request_.destinationFolder;
+  if (!modCommon::UnzipFiles(path, folder, view_.messageOwner()))
+    completed_ = false;
+  else if (isTheme)
+    themeInstalled_ = true;
+  WriteLog(L"Completed unzipping file : " + path);
+  view_.stepOverall();
+}
+
+std::wstring DownloadRun::chooseThemesFolder() const {
+  std::wstring userThemes;
+  std::wstring sharedThemes;
+  modCommon::SystemFolders wanted;
+  wanted.userThemes = &userThemes;
+  wanted.sharedThemes = &sharedThemes;
+  modCommon::GetSystemFolders(request_.hostVersion, wanted);
+  const bool shared =
+      request_.machineWide && modCommon::CanWriteToFolder(sharedThemes, view_.messageOwner());
+  return shared ? sharedThemes : userThemes;
+}

@@ -1,0 +1,69 @@
+#include "online/DownloadSteps.h"
+
+#include "common/log.h"
+#include "common/text.h"
+
+void DownloadSteps::check() const {
+  if (!view_.keepGoing()) throw HandledError(errors::descriptionOf(errors::cancelled));
+}
+
+void DownloadSteps::showAddress(const modWINInetURL::CrackedUrl& parts) {
+  if (parts.scheme == modWINInetURL::schemeFtp)
+    view_.showCurrent(L"ftp://" + parts.host + parts.path);
+  else if (parts.scheme == modWINInetURL::schemeHttp)
+    view_.showCurrent(L"http://" + parts.host + parts.path);
+}
+
+handles::Internet DownloadSteps::openUrl(const std::wstring& address) {
+  handles::Internet file = session_.openUrl(address);
+  if (!file) failToConnect();
+  return file;
+}
+
+void DownloadSteps::connectToFtp(const modWINInetURL::CrackedUrl& parts) {
+  if (!session_.GetInternetConnectHandle(parts.host, parts.user, parts.password)) failToConnect();
+}
+
+handles::Internet DownloadSteps::openFtpFile(const std::wstring& path) {
+  handles::Internet file = session_.openFtpFile(path);
+  if (!file) failToFind();
+  return file;
+}
+
+// An open succeeds for whatever the server answers.
+void DownloadSteps::refuseMissing(handles::Internet& file) {
+  constexpr int notFound = 404;
+  if (session_.status(file) != notFound) return;
+  file.reset();
+  failToFind();
+}
+
+void DownloadSteps::failWith(const std::wstring& text) { failWith(text, text); }
+
+void DownloadSteps::failWith(const std::wstring& text, const std::wstring& description) {
+  view_.fail(text);
+  throw HandledError(description);
+}
+
+void DownloadSteps::failToConnect() {
+  const std::wstring text = L"The attempt to connect to the server failed.";
+  failWith(withErrorText(text, session_.lastError()), text);
+}
+
+void DownloadSteps::failToFind() {
+  const std::wstring text = text::replaceAll(
+      L"Unable to locate file \" %s \". The file does not exist or the URL may be invalid.", L"%s",
+      view_.current());
+  view_.fail(text, view_.caption());
+  throw HandledError(text);
+}
+
+std::wstring withErrorText(const std::wstring& message, unsigned long code) {
+  const std::wstring text = modWINInetURL::ErrorText(code);
+  return text.empty() ? message : message + L" " + text;
+}
+
+void logDownloadError(const wchar_t* procedure, const Error& error) {
+  modCommon::WriteLog(L"Error " + std::to_wstring(error.number()) + L" (" + error.description() +
+                      L") in procedure " + procedure + L" of Form frmDownloadProgress");
+}

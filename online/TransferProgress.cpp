@@ -1,0 +1,32 @@
+#include "online/TransferProgress.h"
+
+#include <algorithm>
+
+#include "online/ByteSize.h"
+
+namespace {
+
+constexpr short wholeBar = 100;
+
+}  // namespace
+
+TransferProgress::TransferProgress(unsigned long long size, DownloadView& view)
+    : size_(size), view_(view), sizeText_(online::byteSizeText(static_cast<double>(size))) {
+  view_.resetCurrent(wholeBar);
+}
+
+void TransferProgress::show(unsigned long long received) {
+  const auto percent =
+      static_cast<short>(size_ == 0 ? wholeBar : std::min(received, size_) * wholeBar / size_);
+  if (percent > percent_) {
+    view_.stepCurrent(static_cast<short>(percent - percent_));
+    percent_ = percent;
+  }
+  // A size is shown with three digits, so nothing smaller than a thousandth can change it.
+  if (received < nextText_ && received < size_) return;
+  nextText_ = received + received / 1024;
+  std::wstring text = online::byteSizeText(static_cast<double>(received)) + L" of " + sizeText_;
+  if (text == shown_) return;
+  view_.showCurrentSize(text);
+  shown_ = std::move(text);
+}

@@ -1,0 +1,105 @@
+#include "tests/online/Internet.h"
+
+#include <wininet.h>
+
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+namespace {
+
+struct Changes {
+  std::optional<unsigned short> ftpPort;
+  std::optional<unsigned long> ftpFileSize;
+  bool ftpFileSizeUnknown = false;
+  std::optional<unsigned long> accessType;
+  std::string openUrlAt;
+  std::string openUrlInstead;
+  std::optional<unsigned long> noSession;
+};
+
+Changes changes;
+
+using Lookup = decltype(&GetProcAddress);
+Lookup realLookup = nullptr;
+
+template <class Function>
+Function real(Function, const char* name) {
+  return reinterpret_cast<Function>(
+      reinterpret_cast<void*>(realLookup(GetModuleHandleW(L"wininet.dll"), name)));
+}
+
+HINTERNET WINAPI openSession(LPCSTR agent, DWORD access, LPCSTR proxy, LPCSTR bypass, DWORD flags) {
+  if (changes.noSession) {
+    SetLastError(*changes.noSession);
+    return nullptr;
+  }
+  return real(static_cast<decltype(&InternetOpenA)>(nullptr), "InternetOpenA")(agent, access, proxy,
+                                                                               bypass, flags);
+}
+
+HINTERNET WINAPI connect(HINTERNET session, LPCSTR server, INTERNET_PORT port, LPCSTR user,
+                         LPCSTR password, DWORD service, DWORD flags, DWORD_PTR context) {
+  if (port == INTERNET_INVALID_PORT_NUMBER && changes.ftpPort) port = *changes.ftpPort;
+  return real(static_cast<decltype(&InternetConnectA)>(nullptr), "InternetConnectA")(
+      session, server, port, user, password, service, flags, context);
+}
+
+DWORD WINAPI fileSize(HINTERNET file, LPDWORD high) {
+  if (changes.ftpFileSizeUnknown) {
+    SetLastError(ERROR_INTERNET_INCORRECT_HANDLE_TYPE);
+    return INVALID_FILE_SIZE;
+  }
+  if (!changes.ftpFileSize)
+    return real(static_cast<decltype(&FtpGetFileSize)>(nullptr), "FtpGetFileSize")(file, high);
+  *high = 0;
+  return *changes.ftpFileSize;
+}
+
+BOOL WINAPI queryOption(HINTERNET handle, DWORD option, LPVOID buffer, LPDWORD length) {
+  if (option != INTERNET_OPTION_PROXY || !changes.accessType)
+    return real(static_cast<decltype(&InternetQueryOptionA)>(nullptr), "InternetQueryOptionA")(
+        handle, option, buffer, length);
+  *static_cast<DWORD*>(buffer) = *changes.accessType;
+  return TRUE;
+}
+
+HINTERNET WINAPI openUrl(HINTERNET session, LPCSTR address, LPCSTR headers, DWORD headersLength,
+                         DWORD flags, DWORD_PTR context) {
+  if (address == changes.openUrlAt) address = changes.openUrlInstead.c_str();
+  return real(static_cast<decltype(&InternetOpenUrlA)>(nullptr), "InternetOpenUrlA")(
+      session, address, headers, headersLength, flags, context);
+}
+
+FARPROC WINAPI lookUp(HMODULE module, LPCSTR name) {
+  const std::pair<const char*, void*> replacements[] = {
+      {"InternetOpenA", reinterpret_cast<void*>(openSession)},
+      {"InternetConnectA", reinterpret_cast<void*>(connect)},
+      {"FtpGetFileSize", reinterpret_cast<void*>(fileSize)},
+      {"InternetQueryOptionA", reinterpret_cast<void*>(queryOption)},
+      {"InternetOpenUrlA", reinterpret_cast<void*>(openUrl)},
+  };
+  if (module == GetModuleHandleW(L"wininet.dll"))
+    for (const auto& [known, replacement] : replacements)
+      if (std::string(name) == known) return reinterpret_cast<FARPROC>(replacement);
+  return realLookup(module, name);
+}
+
+}  // namespace
+
+InternetPatch::InternetPatch() : patch_(nullptr, "KERNEL32.dll", "GetProcAddress", lookUp) {
+  realLookup = patch_.original<std::remove_pointer_t<Lookup>>();
+}
+
+InternetPatch::~InternetPatch() { changes = {}; }
+
+void InternetPatch::ftpPort(unsigned short port) { changes.ftpPort = port; }
+void InternetPatch::ftpFileSize(unsigned long size) { changes.ftpFileSize = size; }
+void InternetPatch::ftpFileSizeUnknown() { changes.ftpFileSizeUnknown = true; }
+void InternetPatch::accessType(unsigned long type) { changes.accessType = type; }
+void InternetPatch::openUrlAt(const char* address, const char* instead) {
+  changes.openUrlAt = address;
+  changes.openUrlInstead = instead;
+}
+void InternetPatch::noSession(unsigned long code) { changes.noSession = code; }

@@ -1,0 +1,28 @@
+// The system's internet functions, changed for a test: what the platform under it cannot do.
+#pragma once
+
+#include "tests/support/ImportPatch.h"
+
+// While it lives, the product's look-ups of internet functions find the replacements given.
+class InternetPatch {
+ public:
+  InternetPatch();
+  ~InternetPatch();
+  InternetPatch(const InternetPatch&) = delete;
+  InternetPatch& operator=(const InternetPatch&) = delete;
+
+  // FTP connections at the protocol's port go to this one instead. Other ports are refused.
+  void ftpPort(unsigned short port);
+  // What the server says about a file's size, which Wine does not ask.
+  void ftpFileSize(unsigned long size);
+  void ftpFileSizeUnknown();
+  // The system's proxy setting.
+  void accessType(unsigned long type);
+  // The calls of InternetOpenUrl, by address, go to this address instead.
+  void openUrlAt(const char* address, const char* instead);
+  // No session can be opened; the system's error is this one.
+  void noSession(unsigned long code);
+
+ private:
+  ImportPatch patch_;
+};

@@ -1,0 +1,92 @@
+// Small servers of the tests' own, on 127.0.0.1 and on a thread of their own while they live. They
+// answer one connection after another; whatever they wait for is over when they are.
+#pragma once
+
+#include <winsock2.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+class LoopbackServer {
+ public:
+  LoopbackServer(const LoopbackServer&) = delete;
+  LoopbackServer& operator=(const LoopbackServer&) = delete;
+
+  unsigned short port() const noexcept { return port_; }
+
+ protected:
+  LoopbackServer();
+  virtual ~LoopbackServer() = default;
+
+  // To be called by the constructor and the destructor of the last class.
+  void start();
+  void stop();
+
+  virtual void serve(SOCKET client) = 0;
+
+  // A listening socket of the system's choice.
+  static SOCKET listenOnLoopback(unsigned short& port);
+  // Nothing when the client is gone or the server is to stop.
+  SOCKET accept(SOCKET listener) const;
+  bool readable(SOCKET socket) const;
+  bool readLine(SOCKET client, std::string& line) const;
+  bool send(SOCKET client, const std::string& bytes) const;
+  bool stopping() const noexcept { return WaitForSingleObject(stop_, 0) == WAIT_OBJECT_0; }
+  void remember(const std::string& line);
+
+ private:
+  static DWORD WINAPI threadProcedure(void* self);
+
+  SOCKET listener_ = INVALID_SOCKET;
+  unsigned short port_ = 0;
+  HANDLE thread_ = nullptr;
+  HANDLE stop_ = nullptr;
+  mutable CRITICAL_SECTION lock_;
+  std::vector<std::string> lines_;
+
+ public:
+  // The requests so far: the first line of each, or each command.
+  std::vector<std::string> requests() const;
+};
+
+class HttpServer final : public LoopbackServer {
+ public:
+  struct Answer {
+    std::string bytes;     // status line, headers and body
+    bool reset = false;    // then breaks the connection instead of closing it
+    bool endless = false;  // then sends more for as long as the client takes it
+  };
+
+  explicit HttpServer(std::map<std::string, Answer> answers);
+  ~HttpServer() override;
+
+  // "http://127.0.0.1:<port>" and the path.
+  std::wstring url(const std::wstring& path) const;
+
+  // A file that is there.
+  static Answer ok(const std::string& body) { return {head(body.size()) + body}; }
+  // Whatever a test wants to be sent.
+  static Answer raw(const std::string& bytes) { return {bytes}; }
+  // The status line and headers of a file that is there.
+  static std::string head(std::size_t length);
+
+ private:
+  void serve(SOCKET client) override;
+
+  std::map<std::string, Answer> answers_;  // by path
+};
+
+class FtpServer final : public LoopbackServer {
+ public:
+  explicit FtpServer(std::map<std::string, std::string> files);
+  ~FtpServer() override;
+
+ private:
+  void serve(SOCKET client) override;
+  bool answer(SOCKET client, const std::string& command, const std::string& argument);
+  void sendFile(SOCKET client, const std::string& path);
+
+  std::map<std::string, std::string> files_;  // by path
+  SOCKET passive_ = INVALID_SOCKET;
+};

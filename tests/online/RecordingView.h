@@ -1,0 +1,64 @@
+// A view that notes what it is shown.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "online/DownloadView.h"
+
+class RecordingView : public DownloadView {
+ public:
+  bool keepGoing() override {
+    ++checks;
+    return !cancelWhen || !cancelWhen();
+  }
+  std::wstring caption() const override { return captions.empty() ? L"" : captions.back(); }
+  void showCaption(const std::wstring& text) override { captions.push_back(text); }
+  std::wstring current() const override { return currents.empty() ? L"" : currents.back(); }
+  void showCurrent(const std::wstring& text) override { currents.push_back(text); }
+  void showCurrentSize(const std::wstring& text) override { currentSizes.push_back(text); }
+  void showOverallSize(const std::wstring& text) override { overallSizes.push_back(text); }
+  void resetCurrent(short maximum) override {
+    currentMaximum = maximum;
+    currentValue = 0;
+  }
+  void stepCurrent(short by) override {
+    currentValue = static_cast<short>(currentValue + by);
+    ++currentSteps;
+  }
+  void resetOverall(short maximum) override {
+    overallMaxima.push_back(maximum);
+    overallValue = 0;
+  }
+  void stepOverall() override { ++overallValue; }
+  void disableCancel() override { cancelDisabled = true; }
+  void fail(const std::wstring& text, const std::wstring& title) override {
+    failures.emplace_back(text, title);
+  }
+  bool ask(const std::wstring& text) override {
+    questions.push_back(text);
+    questionCaptions.push_back(caption());
+    return overwrite;
+  }
+  HWND messageOwner() const override { return nullptr; }
+
+  std::function<bool()> cancelWhen;
+  bool overwrite = true;
+
+  int checks = 0;
+  std::vector<std::wstring> captions;
+  std::vector<std::wstring> currents;
+  std::vector<std::wstring> currentSizes;
+  std::vector<std::wstring> overallSizes;
+  std::vector<std::wstring> questions;
+  std::vector<std::wstring> questionCaptions;
+  std::vector<std::pair<std::wstring, std::wstring>> failures;  // text and title
+  std::vector<short> overallMaxima;
+  short overallValue = 0;
+  short currentMaximum = 0;
+  short currentValue = 0;
+  int currentSteps = 0;
+  bool cancelDisabled = false;
+};
