@@ -63,7 +63,7 @@ install_packages() {
   else
     # The security archive's 32-bit list can lag behind the 64-bit one. Both architectures of a
     # library must have one version, so for this once both are taken from the main archive.
-    say "setup   the security archive is of two ages; installing from the main archive instead"
+    say "setup   the packages do not fit together; trying with the main archive before the security one"
     prefer_main_archive
     apt install "$@" || setup_failed "$@"
   fi
