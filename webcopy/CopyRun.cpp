@@ -238,8 +238,8 @@ void CopyRun::countEntries(const std::wstring& folder) {
     check();
     const FileEntry& entry = search.entry();
     const std::wstring name = path + entry.name;
+    if (entry.isDots() || isHostOwn(name)) continue;
     if (entry.isFolder()) {
-      if (entry.isDots() || isHostOwn(name)) continue;
       countEntries(name);
       FolderCount_ = sum16(FolderCount_, 1);
     } else if (!isDescriptionFile(entry.name)) {

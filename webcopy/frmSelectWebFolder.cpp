@@ -59,6 +59,7 @@ void frmSelectWebFolder::Form_Load() {
     keep(btnCancel, forms::right | forms::bottom);
     btnNewFolder.setVisible(allowNewFolder_);
     tvFolders.focus();
+    const forms::WaitCursor wait;
     loadTree();
     walkTo(webfolder::initialPath(path_, web_->url()));
     tvFolders.ensureVisible(tvFolders.selected());

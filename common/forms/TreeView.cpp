@@ -99,6 +99,7 @@ void TreeView::expand(Node node) {
   // second telling then finds nothing to do.
   if (onExpanding && !onExpanding(node)) return;
   TreeView_Expand(hwnd(), node, TVE_EXPAND);
+  showExpandedImage(node);
 }
 
 bool TreeView::expanded(Node node) const noexcept {
@@ -124,7 +125,7 @@ LRESULT TreeView::onNotify(NMHDR& header) {
       return opening && onExpanding && !onExpanding(change.itemNew.hItem) ? TRUE : FALSE;
     }
     case TVN_ITEMEXPANDEDW:
-      showExpandedImage(reinterpret_cast<const NMTREEVIEWW&>(header));
+      showExpandedImage(reinterpret_cast<const NMTREEVIEWW&>(header).itemNew.hItem);
       return 0;
     case NM_DBLCLK:
       if (isOnButton() || !onDoubleClick) return 0;
@@ -135,13 +136,12 @@ LRESULT TreeView::onNotify(NMHDR& header) {
   }
 }
 
-void TreeView::showExpandedImage(const NMTREEVIEWW& change) noexcept {
-  const LPARAM data = change.itemNew.lParam;
+void TreeView::showExpandedImage(Node node) noexcept {
+  const LPARAM data = dataOf(hwnd(), node);
   TVITEMW item = {};
   item.mask = TVIF_IMAGE | TVIF_SELECTEDIMAGE;
-  item.hItem = change.itemNew.hItem;
-  item.iImage = item.iSelectedImage =
-      expanded(item.hItem) ? expandedImage(data) : closedImage(data);
+  item.hItem = node;
+  item.iImage = item.iSelectedImage = expanded(node) ? expandedImage(data) : closedImage(data);
   SendMessageW(hwnd(), TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
 }
 

@@ -70,7 +70,7 @@ class TreeView : public Control {
 
  private:
   LRESULT onNotify(NMHDR& header) override;
-  void showExpandedImage(const NMTREEVIEWW& change) noexcept;
+  void showExpandedImage(Node node) noexcept;
   bool isOnButton() const noexcept;
 
   wchar_t pathSeparator_;

@@ -1,3 +1,6 @@
+#include <cstring>
+
+#include "tests/support/ImportPatch.h"
 #include "tests/support/text_output.h"
 #include "tests/webcopy/CopyFixture.h"
 
@@ -137,6 +140,7 @@ TEST_CASE("a sub-folder named _vti_cnf is neither counted nor copied in any lett
   RecordingView view;
   CHECK(runCopy(fixture, view).copied);
   CHECK(fixture.webTree(L"dwts\\Blue") == Lines{L"home.dwt", L"images\\"});
+  CHECK(view.of(L"current 0 of ")[2] == L"current 0 of 2");
   CHECK_FALSE(has(fixture.log.messages(), L"      Copying file : my_vti_notes.txt"));
 }
 
@@ -147,6 +151,7 @@ TEST_CASE("nothing is copied out of a template folder whose own path contains _v
   RecordingView view;
   CHECK(runCopy(fixture, view, L"/dwts", fixture.templateFolder(L"x_vti\\Blue")).copied);
   CHECK(fixture.webTree() == Lines{L"dwts\\", L"dwts\\Blue\\"});
+  CHECK(view.of(L"current 0 of ")[2] == L"current 0 of 0");
 }
 
 TEST_CASE("the description file is neither counted nor copied in any letter case at any depth") {
@@ -506,6 +511,100 @@ TEST_CASE("a refused import leaves the walk without a message and the run comes 
                                       L"  Applying themes to DWTs ( count: 1)...",
                                       L"    DWT: home, Theme: Blends 1F",
                                   });
+}
+
+namespace {
+
+// A folder that never ends, in place of the real one: `files` files and `folders` empty folders.
+struct EndlessFolder {
+  int files;
+  int folders;
+};
+EndlessFolder endless;
+int given;
+decltype(FindFirstFileA)* realFindFirst;
+decltype(FindNextFileA)* realFindNext;
+decltype(FindClose)* realFindClose;
+
+const HANDLE endlessSearch = reinterpret_cast<HANDLE>(0x1234);
+
+bool giveEntry(WIN32_FIND_DATAA& data) {
+  if (given >= endless.files + endless.folders) return false;
+  data = {};
+  data.dwFileAttributes =
+      given < endless.folders ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_ARCHIVE;
+  wsprintfA(data.cFileName, "entry%d", given++);
+  return true;
+}
+
+HANDLE WINAPI findFirst(LPCSTR pattern, WIN32_FIND_DATAA* data) {
+  if (strstr(pattern, "entry") || !strstr(pattern, "Endless")) return realFindFirst(pattern, data);
+  given = 0;
+  return giveEntry(*data) ? endlessSearch : INVALID_HANDLE_VALUE;
+}
+
+BOOL WINAPI findNext(HANDLE search, WIN32_FIND_DATAA* data) {
+  return search == endlessSearch ? giveEntry(*data) : realFindNext(search, data);
+}
+
+BOOL WINAPI findClose(HANDLE search) {
+  return search == endlessSearch ? TRUE : realFindClose(search);
+}
+
+struct EndlessPatch {
+  explicit EndlessPatch(EndlessFolder folder)
+      : first(nullptr, "kernel32.dll", "FindFirstFileA", findFirst),
+        next(nullptr, "kernel32.dll", "FindNextFileA", findNext),
+        close(nullptr, "kernel32.dll", "FindClose", findClose) {
+    endless = folder;
+    realFindFirst = first.original<decltype(FindFirstFileA)>();
+    realFindNext = next.original<decltype(FindNextFileA)>();
+    realFindClose = close.original<decltype(FindClose)>();
+  }
+  ImportPatch first;
+  ImportPatch next;
+  ImportPatch close;
+};
+
+constexpr wchar_t countOverflow[] =
+    L"  ERROR in procedure CountFilesAndFolders of Form frmCopyToWeb. Error : Overflow";
+constexpr wchar_t runOverflow[] =
+    L"  ERROR in procedure EH_CopyDWTToWeb of Form frmCopyToWeb. Error : Overflow";
+
+}  // namespace
+
+TEST_CASE("32767 files and folders are not too many") {
+  CopyFixture fixture;
+  const EndlessPatch patch({32766, 1});
+  RecordingView view;
+  // The walk meets files that are not there.
+  CHECK_FALSE(runCopy(fixture, view, L"/dwts", fixture.templateFolder(L"Endless")).copied);
+  CHECK(view.has(L"current 0 of 32767"));
+  CHECK(view.of(L"fail: ").empty());
+  CHECK_FALSE(has(fixture.log.messages(), countOverflow));
+}
+
+TEST_CASE("a count past 32767 is logged as an overflow and ends the count") {
+  CopyFixture fixture;
+  const EndlessPatch patch({40000, 0});
+  RecordingView view;
+  CHECK_FALSE(runCopy(fixture, view, L"/dwts", fixture.templateFolder(L"Endless")).copied);
+  CHECK(has(fixture.log.messages(), countOverflow));
+  CHECK(view.has(L"current 0 of 32767"));
+}
+
+TEST_CASE("files and folders that pass 32767 together end the run with a message") {
+  CopyFixture fixture;
+  const EndlessPatch patch({32767, 1});
+  RecordingView view;
+  const RunResult result = runCopy(fixture, view, L"/dwts", fixture.templateFolder(L"Endless"));
+  CHECK_FALSE(result.copied);
+  CHECK_FALSE(result.cancelled);
+  CHECK_FALSE(has(fixture.log.messages(), countOverflow));
+  CHECK(fixture.log.messages().back() == runOverflow);
+  CHECK(view.of(L"fail: ") == Lines{failure});
+  CHECK(view.events.back() == L"unload");
+  CHECK(fixture.webTree().empty());
 }
 
 TEST_CASE("a host that gives no file back for an import is asked for it") {

@@ -110,6 +110,14 @@ TEST_CASE("the copy dialog's unused text box is there and hidden") {
   CHECK(session.run());
 }
 
+TEST_CASE("the copy dialog's focus is on its button") {
+  CopySession session;
+  bool focused = false;
+  session.onImport([&] { focused = GetFocus() == GetDlgItem(session.dialog, IDCANCEL); });
+  CHECK(session.run());
+  CHECK(focused);
+}
+
 TEST_CASE("the copy dialog shows web and template and the file being worked on") {
   CopySession session;
   Lines files;

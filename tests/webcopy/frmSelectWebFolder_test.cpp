@@ -330,6 +330,14 @@ TEST_CASE("a double click in the tree presses OK") {
   CHECK(session.path == L"dwts");
 }
 
+TEST_CASE("a double click beside the nodes presses OK for the selected one") {
+  PickerSession session;
+  session.makeFolders({L"dwts\\blue"});
+  session.path = L"/dwts/blue";
+  CHECK(session.pick([](HWND dialog) { treeOf(dialog).doubleClick(nullptr); }));
+  CHECK(session.path == L"dwts/blue");
+}
+
 TEST_CASE("the button for new folders shows only where they are allowed") {
   PickerSession session;
   for (const bool allowed : {true, false}) {

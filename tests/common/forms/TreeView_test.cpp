@@ -1,0 +1,170 @@
+#include "common/forms/TreeView.h"
+
+#include "tests/support/text_output.h"
+#include "webcopy/resource.h"
+
+using Node = forms::TreeView::Node;
+
+namespace {
+
+constexpr forms::TreeView::Images folder = {2, 3};
+
+// A form over the folder picker's resource, with nothing but the tree.
+class TreeForm : public forms::Form {
+ public:
+  TreeForm()
+      : Form(L"frmTree", IDD_SELECTWEBFOLDER), tree(*this, IDC_SELECTWEBFOLDER_TVFOLDERS, L'/') {}
+
+  void run(std::function<void(forms::TreeView&)> script) {
+    script_ = std::move(script);
+    showModal(nullptr);
+    CHECK(ran_);
+  }
+
+  forms::TreeView tree;
+
+ private:
+  void Form_Activate() override {
+    script_(tree);
+    ran_ = true;
+    unload();
+  }
+
+  std::function<void(forms::TreeView&)> script_;
+  bool ran_ = false;
+};
+
+std::vector<std::wstring> children(const forms::TreeView& tree, Node node) {
+  std::vector<std::wstring> texts;
+  for (Node child = tree.firstChild(node); child; child = tree.nextSibling(child))
+    texts.push_back(tree.text(child));
+  return texts;
+}
+
+int imageOf(const forms::TreeView& tree, Node node) {
+  TVITEMW item = {};
+  item.mask = TVIF_IMAGE;
+  item.hItem = node;
+  SendMessageW(tree.hwnd(), TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+  return item.iImage;
+}
+
+}  // namespace
+
+TEST_CASE("a node's path holds the texts from the root down") {
+  TreeForm form;
+  form.run([](forms::TreeView& tree) {
+    const Node root = tree.add(nullptr, L"site", folder, 0);
+    const Node child = tree.add(root, L"a b", folder, 0);
+    const Node leaf = tree.add(child, L"", folder, 0);
+    CHECK(tree.fullPath(root) == L"site");
+    CHECK(tree.fullPath(child) == L"site/a b");
+    CHECK(tree.fullPath(leaf) == L"site/a b/");
+    CHECK(tree.parent(leaf) == child);
+    CHECK(tree.parent(root) == nullptr);
+  });
+}
+
+TEST_CASE("a node keeps its tag beside its pictures") {
+  TreeForm form;
+  form.run([](forms::TreeView& tree) {
+    const Node node = tree.add(nullptr, L"site", folder, 1);
+    tree.add(node, L"child", folder, 0);
+    CHECK(tree.tag(node) == 1);
+    for (const int tag : {0, -1, 32767, -32768}) {
+      tree.setTag(node, tag);
+      CHECK(tree.tag(node) == tag);
+    }
+    tree.expand(node);
+    CHECK(imageOf(tree, node) == folder.expanded);
+  });
+}
+
+TEST_CASE("children are sorted when asked ignoring letter case") {
+  TreeForm form;
+  form.run([](forms::TreeView& tree) {
+    const Node root = tree.add(nullptr, L"site", folder, 0);
+    for (const wchar_t* text : {L"gamma", L"Beta", L"alpha"}) tree.add(root, text, folder, 0);
+    CHECK(children(tree, root) == std::vector<std::wstring>{L"gamma", L"Beta", L"alpha"});
+    tree.sortChildren(root);
+    CHECK(children(tree, root) == std::vector<std::wstring>{L"alpha", L"Beta", L"gamma"});
+  });
+}
+
+TEST_CASE("a node that is opened again by the program shows its open picture again") {
+  TreeForm form;
+  form.run([](forms::TreeView& tree) {
+    const Node root = tree.add(nullptr, L"site", folder, 0);
+    tree.add(root, L"child", folder, 0);
+    for (int time = 0; time < 2; ++time) {
+      tree.expand(root);
+      CHECK(imageOf(tree, root) == folder.expanded);
+      tree.focus();
+      tree.select(root);
+      SendMessageW(tree.hwnd(), WM_KEYDOWN, VK_SUBTRACT, 1);
+      CHECK(imageOf(tree, root) == folder.closed);
+    }
+  });
+}
+
+TEST_CASE("each opening of a node is told and can be refused") {
+  TreeForm form;
+  form.run([](forms::TreeView& tree) {
+    const Node root = tree.add(nullptr, L"site", folder, 0);
+    tree.add(root, L"child", folder, 0);
+    int told = 0;
+    bool allowed = false;
+    tree.onExpanding = [&](Node node) {
+      CHECK(node == root);
+      ++told;
+      return allowed;
+    };
+    tree.expand(root);
+    CHECK(told == 1);
+    CHECK_FALSE(tree.expanded(root));
+    allowed = true;
+    tree.expand(root);
+    CHECK(told > 1);
+    CHECK(tree.expanded(root));
+  });
+}
+
+TEST_CASE("clearing a tree leaves neither nodes nor selection") {
+  TreeForm form;
+  form.run([](forms::TreeView& tree) {
+    const Node root = tree.add(nullptr, L"site", folder, 0);
+    tree.select(root);
+    CHECK(tree.selected() == root);
+    tree.clear();
+    CHECK(tree.selected() == nullptr);
+    CHECK(TreeView_GetCount(tree.hwnd()) == 0);
+  });
+}
+
+TEST_CASE("a removed node is gone with all below it") {
+  TreeForm form;
+  form.run([](forms::TreeView& tree) {
+    const Node root = tree.add(nullptr, L"site", folder, 0);
+    const Node child = tree.add(root, L"child", folder, 0);
+    tree.add(child, L"leaf", folder, 0);
+    tree.remove(child);
+    CHECK(tree.firstChild(root) == nullptr);
+    CHECK(TreeView_GetCount(tree.hwnd()) == 1);
+  });
+}
+
+TEST_CASE("a level of 5000 nodes is filled and sorted without delay") {
+  TreeForm form;
+  form.run([](forms::TreeView& tree) {
+    const Node root = tree.add(nullptr, L"site", folder, 0);
+    const DWORD start = GetTickCount();
+    {
+      const forms::TreeView::Frozen frozen(tree);
+      for (int number = 0; number < 5000; ++number)
+        tree.add(root, std::to_wstring(number * 7919 % 5000), folder, 0);
+      tree.sortChildren(root);
+    }
+    CHECK(GetTickCount() - start < 5000);
+    CHECK(children(tree, root).size() == 5000);
+  });
+}
