@@ -25,8 +25,8 @@ class FolderTree {
   // By the keys Right and Left.
   void open(HTREEITEM node) const;
   void close(HTREEITEM node) const;
-  // On the node, or beside all nodes.
   void doubleClick(HTREEITEM node) const;
+  void doubleClickBeside() const;
 
  private:
   HTREEITEM next(UINT relation, HTREEITEM node) const;

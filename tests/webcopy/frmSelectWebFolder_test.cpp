@@ -334,7 +334,7 @@ TEST_CASE("a double click beside the nodes presses OK for the selected one") {
   PickerSession session;
   session.makeFolders({L"dwts\\blue"});
   session.path = L"/dwts/blue";
-  CHECK(session.pick([](HWND dialog) { treeOf(dialog).doubleClick(nullptr); }));
+  CHECK(session.pick([](HWND dialog) { treeOf(dialog).doubleClickBeside(); }));
   CHECK(session.path == L"dwts/blue");
 }
 
