@@ -11,6 +11,8 @@ namespace {
 constexpr std::size_t titleOffset =
     26;  // behind the fixed part: versions, styles, count, rectangle
 constexpr std::size_t styleOffset = 12;
+constexpr std::size_t widthOffset = 22;
+constexpr std::size_t heightOffset = 24;
 
 // Walks a template in its 16-bit units.
 class Walker {
@@ -102,6 +104,15 @@ std::vector<BYTE> loadDialogTemplate(HINSTANCE module, int dialog, const DialogF
   const std::size_t items = aligned(walker.position);
   if (items < size) append(result, bytes + items, size - items);
   return result;
+}
+
+SIZE dialogUnitsOf(const std::vector<BYTE>& dialogTemplate) {
+  if (dialogTemplate.size() < titleOffset) throw Error(errors::cannotCreateObject);
+  short width = 0;
+  short height = 0;
+  std::memcpy(&width, dialogTemplate.data() + widthOffset, sizeof width);
+  std::memcpy(&height, dialogTemplate.data() + heightOffset, sizeof height);
+  return {width, height};
 }
 
 }  // namespace forms

@@ -20,4 +20,7 @@ DialogFont messageFont();
 // the module, with its font replaced. Raises errors::cannotCreateObject when there is none.
 std::vector<BYTE> loadDialogTemplate(HINSTANCE module, int dialog, const DialogFont& font);
 
+// The size of a dialog's client area in dialog units, from its extended template.
+SIZE dialogUnitsOf(const std::vector<BYTE>& dialogTemplate);
+
 }  // namespace forms

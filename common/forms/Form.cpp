@@ -33,6 +33,13 @@ void initCommonControls() {
 
 SIZE sizeOf(const RECT& rect) { return {rect.right - rect.left, rect.bottom - rect.top}; }
 
+RECT workAreaOf(HWND window) noexcept {
+  MONITORINFO monitor = {};
+  monitor.cbSize = sizeof monitor;
+  GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
+  return monitor.rcWork;
+}
+
 // The string with that number; empty when the module has none.
 std::wstring loadText(int id) {
   const wchar_t* text = nullptr;
@@ -147,6 +154,7 @@ void Form::showModal(HWND owner) {
   const VisualStyles styles;
   initCommonControls();
   const std::vector<BYTE> resource = loadDialogTemplate(module::instance(), dialog_, messageFont());
+  designedUnits_ = dialogUnitsOf(resource);
 
   ModalScope modal(*this);
   modal_ = &modal;
@@ -181,6 +189,7 @@ void Form::runLoop() {
 
 void Form::showNow() noexcept {
   if (unloaded_ || IsWindowVisible(window_)) return;
+  fitScreen();
   ShowWindow(window_, SW_SHOWNORMAL);
   UpdateWindow(window_);
 }
@@ -260,7 +269,8 @@ INT_PTR Form::onDialogMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       return TRUE;
     case WM_GETMINMAXINFO: {
       auto& limits = *reinterpret_cast<MINMAXINFO*>(lParam);
-      limits.ptMinTrackSize = {designedWindow_.cx, designedWindow_.cy};
+      const SIZE smallest = smallestSize();
+      limits.ptMinTrackSize = {smallest.cx, smallest.cy};
       return answer(0);
     }
     case WM_SETCURSOR:
@@ -284,12 +294,14 @@ INT_PTR Form::onInitDialog() {
 }
 
 void Form::measureDesign() {
-  RECT rect;
-  GetClientRect(window_, &rect);
+  // Not what the window has got: the system cuts one down that is larger than the screen.
+  RECT rect = {0, 0, designedUnits_.cx, designedUnits_.cy};
+  MapDialogRect(window_, &rect);
   designedClient_ = sizeOf(rect);
-  GetWindowRect(window_, &rect);
-  designedWindow_ = sizeOf(rect);
   const LONG_PTR style = GetWindowLongPtrW(window_, GWL_STYLE);
+  AdjustWindowRectEx(&rect, static_cast<DWORD>(style), FALSE,
+                     static_cast<DWORD>(GetWindowLongPtrW(window_, GWL_EXSTYLE)));
+  designedWindow_ = sizeOf(rect);
   // Children are not painted over while the window is sized.
   if (style & WS_THICKFRAME) SetWindowLongPtrW(window_, GWL_STYLE, style | WS_CLIPCHILDREN);
 }
@@ -390,15 +402,37 @@ void Form::layOut() {
   for (const Anchor& anchor : anchors_) InvalidateRect(anchor.control, nullptr, TRUE);
 }
 
+// The designed size, or what the screen has room for where large letters make that less.
+SIZE Form::smallestSize() const noexcept {
+  const RECT work = workAreaOf(window_);
+  return {std::min(designedWindow_.cx, work.right - work.left),
+          std::min(designedWindow_.cy, work.bottom - work.top)};
+}
+
+// A window that can be sized gives way to the edges of a small screen instead of reaching over
+// them.
+void Form::fitScreen() noexcept {
+  if (!(GetWindowLongPtrW(window_, GWL_STYLE) & WS_THICKFRAME)) return;
+  RECT window;
+  GetWindowRect(window_, &window);
+  const SIZE size = sizeOf(window);
+  const RECT work = workAreaOf(window_);
+  const SIZE room = sizeOf(work);
+  const SIZE fitting = {std::min(size.cx, room.cx), std::min(size.cy, room.cy)};
+  if (fitting.cx < size.cx || fitting.cy < size.cy)
+    SetWindowPos(window_, nullptr,
+                 std::max(work.left, std::min(window.left, work.right - fitting.cx)),
+                 std::max(work.top, std::min(window.top, work.bottom - fitting.cy)), fitting.cx,
+                 fitting.cy, SWP_NOZORDER | SWP_NOACTIVATE);
+  layOut();  // the system may have cut the window down when it was made
+}
+
 void Form::centreOn(HWND owner) noexcept {
   RECT window;
   GetWindowRect(window_, &window);
   const SIZE size = sizeOf(window);
   const bool usable = owner && IsWindowVisible(owner) && !IsIconic(owner);
-  MONITORINFO monitor = {};
-  monitor.cbSize = sizeof monitor;
-  GetMonitorInfoW(MonitorFromWindow(usable ? owner : window_, MONITOR_DEFAULTTONEAREST), &monitor);
-  const RECT& work = monitor.rcWork;
+  const RECT work = workAreaOf(usable ? owner : window_);
   RECT frame = work;
   if (usable) GetWindowRect(owner, &frame);
   const LONG x = (frame.left + frame.right - size.cx) / 2;

@@ -77,7 +77,8 @@ class Form {
   // Messages that the form itself does not know. A result other than false is the answer.
   virtual bool onMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
 
-  // Which edges a control keeps; the designed size is the smallest the window can be made.
+  // Which edges a control keeps; the designed size is the smallest the window can be made,
+  // unless the screen is smaller still.
   void keep(const Control& control, unsigned edges);
 
   // Runs the body of an event handler. An error inside becomes the form's log line, the handler
@@ -115,6 +116,8 @@ class Form {
   void addToolTips();
   void layOut();
   void centreOn(HWND owner) noexcept;
+  SIZE smallestSize() const noexcept;
+  void fitScreen() noexcept;
   void leaveScreen() noexcept;
   void runLoop();
   Control* control(int id) const noexcept;
@@ -125,6 +128,7 @@ class Form {
   HWND window_ = nullptr;
   HWND toolTips_ = nullptr;
   ModalScope* modal_ = nullptr;
+  SIZE designedUnits_ = {};
   SIZE designedClient_ = {};
   SIZE designedWindow_ = {};
   bool unloaded_ = false;

@@ -53,6 +53,16 @@ class DriveNotReady {
   ImportPatch patch_{nullptr, "kernel32.dll", "FindFirstFileA", find};
 };
 
+// A screen of 560 by 400 pixels.
+class SmallScreen {
+ private:
+  static BOOL WINAPI info(HMONITOR, LPMONITORINFO monitor) {
+    monitor->rcMonitor = monitor->rcWork = {0, 0, 560, 400};
+    return TRUE;
+  }
+  ImportPatch patch_{nullptr, "user32.dll", "GetMonitorInfoW", info};
+};
+
 }  // namespace
 
 TEST_CASE("the browser bears its captions") {
@@ -292,6 +302,31 @@ TEST_CASE("a larger window gives its room to the preview and keeps the buttons a
     CHECK(moved(copy, place(IDOK), 100, 0, 100, 0));
     CHECK(moved(cancel, place(IDCANCEL), 100, 60, 100, 60));
     CHECK(moved(destination, place(IDC_QUILLET_DEST), 0, 60, 100, 60));
+  });
+}
+
+TEST_CASE("on a small screen the window gives way and every button stays in reach") {
+  const SmallScreen screen;
+  BrowserWindow browser;
+  browser.show([&] {
+    RECT window;
+    GetWindowRect(browser.dialog, &window);
+    CHECK(window.right - window.left == 560);
+    CHECK(window.bottom - window.top == 400);
+    CHECK(window.left == 0);
+    CHECK(window.top == 0);
+    for (const int id : {IDOK, IDC_QUILLET_ONLINE, IDC_QUILLET_HELP, IDCANCEL, IDC_QUILLET_DEST}) {
+      CAPTURE(id);
+      RECT place;
+      GetWindowRect(browser.control(id), &place);
+      CHECK(place.right <= 560);
+      CHECK(place.bottom <= 400);
+    }
+    RECT picture;
+    GetWindowRect(browser.control(IDC_QUILLET_PICTURE), &picture);
+    RECT copy;
+    GetWindowRect(browser.control(IDOK), &copy);
+    CHECK(picture.right < copy.left);
   });
 }
 
