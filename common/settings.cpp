@@ -62,9 +62,11 @@ std::vector<std::pair<std::wstring, std::wstring>> GetAllSettings(std::wstring_v
     const bool named = key.EnumValue(name, type, index);
     // A name too long for the reader hides itself, not the values behind it.
     if (!named && key.GetLastError() != ERROR_MORE_DATA) return settings;
+    if (!named || type != REG_SZ) continue;
+    // A name outside the code page can be told, but not asked for its data.
     std::wstring value;
-    if (named && key.QueryValueEx_SZ(name, value))
-      settings.emplace_back(std::move(name), std::move(value));
+    key.QueryValueEx_SZ(name, value);
+    settings.emplace_back(std::move(name), std::move(value));
   }
 }
 

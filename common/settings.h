@@ -28,6 +28,7 @@ void SaveSetting(std::wstring_view section, std::wstring_view name, std::wstring
 // Without a name the whole section goes. What does not exist is no error.
 void DeleteSetting(std::wstring_view section, std::wstring_view name = {});
 // Name and data of every string in a section, in the registry's order; empty when it is missing.
+// What the code page lacks of a name is "?", and the data of such a value is empty.
 std::vector<std::pair<std::wstring, std::wstring>> GetAllSettings(std::wstring_view section);
 
 }  // namespace settings

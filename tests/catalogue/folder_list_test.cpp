@@ -129,6 +129,14 @@ TEST_CASE("a listed path outside the code page is listed with question marks") {
   CHECK(list == TemplateFolderList{L"GC:\\Plain", L"GC:\\??"});
 }
 
+TEST_CASE("a path of the user outside the code page is listed with question marks too") {
+  ScratchRegistry registry;
+  listForUser(registry, L"C:\\\x4E2D\x6587");
+  TemplateFolderList list;
+  CHECK(ReadTemplateFolderList(list) == 1);
+  CHECK(list == TemplateFolderList{L"UC:\\??"});
+}
+
 TEST_CASE("a name that is too long hides only itself in the folder list") {
   ScratchRegistry registry;
   listForMachine(registry, L"A:\\first");
