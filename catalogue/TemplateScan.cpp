@@ -20,6 +20,15 @@ std::wstring systemText(DWORD code) {
   return buffer;
 }
 
+void logUnopened(const std::wstring& path) {
+  modCommon::WriteLog(text::replaceAll(L"Could not open \" %s \"", L"%s", path));
+}
+
+// A readable folder without a match: most file systems say the first, some redirectors the other.
+bool isNothingFound(DWORD code) {
+  return code == ERROR_FILE_NOT_FOUND || code == ERROR_NO_MORE_FILES;
+}
+
 // The search puts "?" where the code page lacks a character. No call could open such a name.
 bool isOpenable(const std::wstring& name) { return name.find(L'?') == name.npos; }
 
@@ -75,7 +84,7 @@ void TemplateScan::scanEntry(const std::wstring& folder, const FileEntry& entry)
 void TemplateScan::reportUnreadable(const std::wstring& folder, unsigned long code) {
   if (code == ERROR_NOT_READY)
     view_.showNotReady(L"Could not access " + folder + L".\r\n" + systemText(code));
-  modCommon::WriteLog(text::replaceAll(L"Could not open \" %s \"", L"%s", folder));
+  logUnopened(folder);
 }
 
 void TemplateScan::RecurseFiles(std::wstring_view folder) {
@@ -89,8 +98,12 @@ void TemplateScan::RecurseFiles(std::wstring_view folder) {
 }
 
 void TemplateScan::listFiles(std::wstring_view folder) {
-  FileSearch search(modCommon::withBackslash(folder) + L"*.dwt");
-  if (!search.found()) return;
+  const std::wstring path = modCommon::withBackslash(folder);
+  FileSearch search(path + L"*.dwt");
+  if (!search.found()) {
+    if (!isNothingFound(search.startError())) logUnopened(path);
+    return;
+  }
   do {
     goOnOrCancel();
     const Waiting waiting(*this);
@@ -102,8 +115,11 @@ void TemplateScan::listFile(std::wstring_view folder, const FileEntry& entry) {
   // Exactly this bit: it also keeps folders out whose name ends in .dwt.
   if ((entry.attributes & FILE_ATTRIBUTE_ARCHIVE) == 0) return;
   if (text::containsIgnoringCase(std::wstring(folder) + entry.name, privateFolder)) return;
-  if (!isOpenable(entry.name)) return;
   const std::wstring key = modCommon::withBackslash(folder) + entry.name;
+  if (!isOpenable(entry.name)) {
+    logUnopened(key);
+    return;
+  }
   if (IsTemplateListed(key)) return;
   const std::wstring title = GetDWTInfo(folder, templateBaseName(entry.name)).title;
   view_.add({key, title, std::wstring(folder)});

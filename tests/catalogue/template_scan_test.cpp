@@ -1,5 +1,6 @@
 #include "catalogue/TemplateScan.h"
 
+#include "common/ansi.h"
 #include "common/errors.h"
 #include "common/handles.h"
 #include "tests/catalogue/catalogue_support.h"
@@ -462,13 +463,42 @@ TEST_CASE("template names may hold blanks and quotes and percent signs and umlau
   CHECK(folder.list.titles() == Lines{L"it's 50% \x00DF [x]"});
 }
 
-TEST_CASE("names outside the code page are passed over") {
+TEST_CASE("names outside the code page are passed over and logged") {
   ScannedFolder folder;
   folder.listed.writeFile(L"T\\\x4E2D\x6587.dwt");
   folder.listed.writeFile(L"T\\plain.dwt");
   folder.listed.writeFile(L"\x4E2D\\a.dwt");
+  const LoggingOn logging;
+  const DebugOutput output;
   folder.run();
   CHECK(folder.list.keys() == Lines{folder / L"T\\plain.dwt"});
+  CHECK(output.has(L"Could not open \" " + (folder / L"T\\??.dwt") + L" \""));
+  CHECK(output.has(L"Could not open \" " + (folder / L"?\\") + L" \""));
+}
+
+TEST_CASE("a template folder that cannot be read is logged and the scan goes on") {
+  ScannedFolder folder;
+  folder.listed.writeFile(L"A\\a.dwt");
+  folder.listed.writeFile(L"B\\b.dwt");
+  OtherFileSystem files;
+  files.notReady = text::toAnsi(folder / L"A\\");
+  const LoggingOn logging;
+  const DebugOutput output;
+  folder.run();
+  CHECK(folder.list.titles() == Lines{L"b"});
+  CHECK(folder.list.messages.empty());
+  CHECK(output.messages() == Lines{L"Scanning folder: " + folder.listed.path(),
+                                   L"Could not open \" " + (folder / L"A\\") + L" \"", L"b"});
+}
+
+TEST_CASE("a template folder without templates logs nothing") {
+  ScannedFolder folder;
+  folder.listed.makeFolder(L"T");
+  folder.listed.writeFile(L"U\\page.htm");
+  const LoggingOn logging;
+  const DebugOutput output;
+  folder.run();
+  CHECK(output.messages() == Lines{L"Scanning folder: " + folder.listed.path()});
 }
 
 TEST_CASE("a template whose path is as long as the system takes is listed") {
