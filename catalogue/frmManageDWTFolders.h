@@ -2,10 +2,10 @@
 #pragma once
 
 #include <windows.h>
-#include <commctrl.h>
 
 #include "catalogue/FolderListEdit.h"
 #include "common/forms/Form.h"
+#include "common/forms/ImageList.h"
 #include "common/forms/ListView.h"
 #include "common/forms/controls.h"
 
@@ -17,12 +17,6 @@ class frmManageDWTFolders : public forms::Form {
   bool ShowFolderDialog(HWND owner);
 
  private:
-  struct ImageListTraits {
-    using type = HIMAGELIST;
-    static type none() noexcept { return nullptr; }
-    static void close(type images) noexcept { ImageList_Destroy(images); }
-  };
-
   // The list control as the edited list's rows.
   class Rows final : public FolderRows {
    public:
@@ -58,7 +52,7 @@ class frmManageDWTFolders : public forms::Form {
   void accept(const std::wstring& path);
   std::wstring selectedPath() const;
 
-  handles::Unique<ImageListTraits> ilIcons_;
+  forms::ImageList ilIcons_;
   forms::Label Label1;
   forms::ListView lvSelectedFolders;
   forms::Button cmdAdd;

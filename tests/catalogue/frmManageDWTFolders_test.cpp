@@ -2,6 +2,7 @@
 
 #include "catalogue/resource.h"
 #include "common/errors.h"
+#include "common/forms/ImageList.h"
 #include "tests/catalogue/FolderPicker.h"
 #include "tests/catalogue/catalogue_support.h"
 #include "tests/support/DebugOutput.h"
@@ -165,6 +166,95 @@ LSTATUS WINAPI enumerateForEver(HKEY, DWORD, LPSTR name, LPDWORD, LPDWORD, LPDWO
   return ERROR_SUCCESS;
 }
 
+LSTATUS WINAPI refuseDeletion(HKEY, LPCSTR) { return ERROR_ACCESS_DENIED; }
+
+// Whether the wait cursor was there at every call that the registry got.
+struct WatchedCursor {
+  static inline WatchedCursor* current = nullptr;
+
+  WatchedCursor() { current = this; }
+  ~WatchedCursor() { current = nullptr; }
+  WatchedCursor(const WatchedCursor&) = delete;
+  WatchedCursor& operator=(const WatchedCursor&) = delete;
+
+  static bool isWaiting() { return GetCursor() == LoadCursorW(nullptr, IDC_WAIT); }
+
+  static LSTATUS WINAPI enumerate(HKEY key, DWORD index, LPSTR name, LPDWORD length,
+                                  LPDWORD reserved, LPDWORD type, LPBYTE data, LPDWORD size) {
+    ++current->reads;
+    current->waiting = current->waiting && isWaiting();
+    return current->enumerated.original<decltype(enumerate)>()(key, index, name, length, reserved,
+                                                               type, data, size);
+  }
+
+  static LSTATUS WINAPI set(HKEY key, LPCSTR name, DWORD reserved, DWORD type, const BYTE* data,
+                            DWORD size) {
+    ++current->writes;
+    current->waiting = current->waiting && isWaiting();
+    return current->written.original<decltype(set)>()(key, name, reserved, type, data, size);
+  }
+
+  int reads = 0;
+  int writes = 0;
+  bool waiting = true;
+  ImportPatch enumerated{nullptr, "advapi32.dll", "RegEnumValueA", enumerate};
+  ImportPatch written{nullptr, "advapi32.dll", "RegSetValueExA", set};
+};
+
+// A list control that cannot tell its rows, while it lives.
+class SilentRows {
+ public:
+  explicit SilentRows(HWND list)
+      : list_(list),
+        former_(SetWindowLongPtrW(list, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure))) {
+    original = reinterpret_cast<WNDPROC>(former_);
+  }
+  ~SilentRows() { SetWindowLongPtrW(list_, GWLP_WNDPROC, former_); }
+  SilentRows(const SilentRows&) = delete;
+  SilentRows& operator=(const SilentRows&) = delete;
+
+ private:
+  static inline WNDPROC original = nullptr;
+
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == LVM_GETITEMW) return FALSE;
+    return CallWindowProcW(original, window, message, wParam, lParam);
+  }
+
+  HWND list_;
+  LONG_PTR former_;
+};
+
+// One picture of an image list as it is drawn.
+std::vector<COLORREF> pixels(HIMAGELIST images, int index) {
+  int width = 0;
+  int height = 0;
+  ImageList_GetIconSize(images, &width, &height);
+  const handles::ScreenContext screen;
+  const handles::DeviceContext context(CreateCompatibleDC(screen.get()));
+  const handles::Gdi bitmap(CreateCompatibleBitmap(screen.get(), width, height));
+  const HGDIOBJ former = SelectObject(context.get(), bitmap.get());
+  PatBlt(context.get(), 0, 0, width, height, WHITENESS);
+  ImageList_Draw(images, index, context.get(), 0, 0, ILD_NORMAL);
+  std::vector<COLORREF> result;
+  for (int y = 0; y < height; ++y)
+    for (int x = 0; x < width; ++x) result.push_back(GetPixel(context.get(), x, y));
+  SelectObject(context.get(), former);
+  return result;
+}
+
+// An icon of the resources as an image list of that size draws it.
+std::vector<COLORREF> iconPixels(int id, HIMAGELIST like) {
+  int width = 0;
+  int height = 0;
+  ImageList_GetIconSize(like, &width, &height);
+  const handles::Icon icon(static_cast<HICON>(
+      LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), IMAGE_ICON, width, height, 0)));
+  const forms::ImageList images(ImageList_Create(width, height, ILC_COLOR32 | ILC_MASK, 1, 0));
+  ImageList_AddIcon(images.get(), icon.get());
+  return pixels(images.get(), 0);
+}
+
 RECT placeOf(HWND window) {
   RECT place;
   GetWindowRect(window, &place);
@@ -240,6 +330,45 @@ TEST_CASE("a path in both lists is shown twice in the dialog with an icon for ea
   CHECK(session.wasOpen);
 }
 
+TEST_CASE("the icon of a row tells which list its folder is from") {
+  FolderDialog session;
+  listForMachine(session.registry, L"C:\\Machine");
+  listForUser(session.registry, L"C:\\User");
+  session.show([](HWND, const ShownList& list) {
+    const auto images =
+        reinterpret_cast<HIMAGELIST>(SendMessageW(list.hwnd(), LVM_GETIMAGELIST, LVSIL_SMALL, 0));
+    const auto machine = iconPixels(IDI_MACHINEFOLDER, images);
+    const auto user = iconPixels(IDI_USERFOLDER, images);
+    CHECK(machine != user);
+    CHECK(pixels(images, list.image(0)) == machine);
+    CHECK(pixels(images, list.image(1)) == user);
+  });
+  CHECK(session.wasOpen);
+}
+
+TEST_CASE("the column of the folder dialog opens wide enough for its paths") {
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\" + std::wstring(120, L'm'));
+  session.show([](HWND, const ShownList& list) {
+    CHECK(list.columnWidth() > ListView_GetStringWidth(list.hwnd(), list.text(0).c_str()));
+  });
+  CHECK(session.wasOpen);
+}
+
+TEST_CASE("the wait cursor is there while the folder list is read and stored") {
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\User");
+  const WatchedCursor cursor;
+  CHECK(session.show([](HWND dialog, const ShownList&) {
+    CHECK_FALSE(WatchedCursor::isWaiting());
+    press(dialog, IDOK);
+  }));
+  CHECK(cursor.reads > 0);
+  CHECK(cursor.writes == 1);
+  CHECK(cursor.waiting);
+  CHECK_FALSE(WatchedCursor::isWaiting());
+}
+
 TEST_CASE("the folder dialog opens with its first row selected") {
   FolderDialog session;
   listForMachine(session.registry, L"C:\\Machine");
@@ -275,6 +404,7 @@ TEST_CASE("adding a folder lists and selects it as the user's own") {
     CHECK(enabledButtons(dialog) == userRowEnabled);
     REQUIRE(session.picker.shown.size() == 1);
     CHECK(session.picker.shown[0].prompt == pickerPrompt);
+    CHECK(session.picker.shown[0].start == L"C:\\Machine");
     CHECK(session.picker.shown[0].owner == dialog);
   });
   CHECK(session.driver.boxes().empty());
@@ -696,6 +826,39 @@ TEST_CASE("a folder that cannot be stored is logged and the dialog stays open") 
   CHECK_FALSE(saved);
   CHECK(session.stored() == Lines{L"C:\\a"});
   CHECK(session.driver.boxes().empty());
+}
+
+TEST_CASE("a stored list that cannot be deleted is logged and left as it was") {
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\User");
+  const ImportPatch patch(nullptr, "shlwapi.dll", "SHDeleteKeyA", refuseDeletion);
+  const bool saved = session.show([&](HWND dialog, const ShownList&) {
+    press(dialog, IDOK);
+    CHECK(IsWindowVisible(dialog));
+    CHECK(session.output.messages() == Lines{L"ERROR in procedure cmdOk_Click of Form "
+                                             L"frmManageDWTFolders. Error : 5\tInvalid procedure "
+                                             L"call or argument"});
+  });
+  CHECK_FALSE(saved);
+  CHECK(session.stored() == Lines{L"C:\\User"});
+}
+
+TEST_CASE("a row that cannot be removed is logged and the dialog stays open") {
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\User");
+  session.driver.answer(IDYES);
+  session.show([&](HWND dialog, const ShownList& list) {
+    {
+      const SilentRows silent(list.hwnd());
+      press(dialog, IDC_FOLDERS_REMOVE);
+    }
+    CHECK(IsWindowVisible(dialog));
+    CHECK(list.texts() == Lines{L"C:\\User"});
+    CHECK(session.output.messages() == Lines{L"ERROR in procedure cmdRemove_Click of Form "
+                                             L"frmManageDWTFolders. Error : 9\tSubscript out of "
+                                             L"range"});
+  });
+  CHECK(session.wasOpen);
 }
 
 TEST_CASE("a folder list that cannot be read is logged and the dialog opens") {
