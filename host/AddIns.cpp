@@ -176,12 +176,16 @@ void AddIns::shutDown() {
 bool AddIns::load(std::wstring_view progId) {
   find();
   AddIn* addIn = named(progId);
-  return addIn && !addIn->connected && connect(*addIn, connectAfterStartup);
+  if (!addIn || addIn->connected || !connect(*addIn, connectAfterStartup)) return false;
+  notifyOthers(*addIn);
+  return true;
 }
 
 bool AddIns::unload(std::wstring_view progId) {
   AddIn* addIn = named(progId);
-  return addIn && addIn->connected && disconnect(*addIn, disconnectUserClosed);
+  if (!addIn || !disconnect(*addIn, disconnectUserClosed)) return false;
+  notifyOthers(*addIn);
+  return true;
 }
 
 AddIn* AddIns::named(std::wstring_view progId) {
@@ -219,7 +223,7 @@ bool AddIns::connect(AddIn& addIn, ConnectMode mode) {
   return true;
 }
 
-bool AddIns::disconnect(AddIn& addIn, DisconnectMode mode) {
+bool AddIns::disconnect(AddIn& addIn, DisconnectMode mode) const {
   if (!addIn.connected) return false;
   const HRESULT result = attempted([&] {
     CustomData custom;
@@ -237,14 +241,25 @@ bool AddIns::disconnect(AddIn& addIn, DisconnectMode mode) {
   return true;
 }
 
-void AddIns::notify(AddIn& addIn, ExtensibilityMember member) {
+void AddIns::notify(const AddIn& addIn, ExtensibilityMember member) const {
   if (!addIn.connected) return;
   attempted([&] {
     CustomData custom;
     if (byDispatch_) return invoke(addIn.connected.get(), member, {custom.asVariant()});
-    return member == memberOnBeginShutdown ? addIn.connected->OnBeginShutdown(custom.get())
-                                           : addIn.connected->OnStartupComplete(custom.get());
+    switch (member) {
+      case memberOnAddInsUpdate:
+        return addIn.connected->OnAddInsUpdate(custom.get());
+      case memberOnStartupComplete:
+        return addIn.connected->OnStartupComplete(custom.get());
+      default:
+        return addIn.connected->OnBeginShutdown(custom.get());
+    }
   });
+}
+
+void AddIns::notifyOthers(const AddIn& changed) const {
+  for (const AddIn& addIn : list_)
+    if (&addIn != &changed) notify(addIn, memberOnAddInsUpdate);
 }
 
 }  // namespace standin

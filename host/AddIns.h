@@ -55,8 +55,10 @@ class AddIns {
  private:
   AddIn* named(std::wstring_view progId);
   bool connect(AddIn& addIn, ConnectMode mode);
-  bool disconnect(AddIn& addIn, DisconnectMode mode);
-  void notify(AddIn& addIn, ExtensibilityMember member);
+  bool disconnect(AddIn& addIn, DisconnectMode mode) const;
+  void notify(const AddIn& addIn, ExtensibilityMember member) const;
+  // The others learn that one came or went.
+  void notifyOthers(const AddIn& changed) const;
 
   SharedSession session_;
   IDispatch* application_;

@@ -110,6 +110,8 @@ LRESULT MainWindow::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       // An open menu is not taken away from under the user.
       if (!inMenu_) rebuildMenu();
       return 0;
+    case startedMessage:
+      return started_;
     case webMessage:
       showWeb();
       return 0;

@@ -21,6 +21,10 @@ class MainWindow {
 
   bool create();
   HWND handle() const noexcept { return window_; }
+  // Start-up is over, the add-ins are connected. Whoever asks the window with `startedMessage` gets
+  // TRUE from then on.
+  void setStarted() noexcept { started_ = true; }
+  static constexpr UINT startedMessage = WM_APP + 3;
   void setStatus(const std::wstring& text) const;
 
  private:
@@ -42,6 +46,7 @@ class MainWindow {
   HWND status_ = nullptr;
   FolderView folders_;
   NativeMenu menu_;
+  bool started_ = false;
   bool menuPosted_ = false;
   bool webPosted_ = false;
   bool inMenu_ = false;

@@ -7,6 +7,7 @@
 #include "host/CommandLine.h"
 #include "host/MainWindow.h"
 #include "host/model/Host.h"
+#include "host/model/disk.h"
 #include "host/script/ScriptRunner.h"
 
 namespace {
@@ -68,26 +69,34 @@ int runHost(const CommandLine& commandLine, int show) {
   if (!window.create()) return 1;
   ShowWindow(window.handle(), show);
   UpdateWindow(window.handle());
-  if (commandLine.addIns) {
-    addIns.find();
-    addIns.connectAtStart();
-  }
   ScriptTask task{
       commandLine.script, window.handle(), {web, fullPath(commandLine.pictures)}, commandLine.stay};
   handles::Kernel thread;
   if (!task.script.empty()) thread.reset(CreateThread(nullptr, 0, scriptThread, &task, 0, nullptr));
+  // An add-in may show a message while it connects, which the script can answer.
+  if (commandLine.addIns) {
+    addIns.find();
+    addIns.connectAtStart();
+  }
+  window.setStarted();
   runMessageLoop(window.handle());
   return thread ? static_cast<int>(outcomeOf(thread.get())) : 0;
 }
 
+int refuse(const std::wstring& reason) {
+  printLine(L"quillet-host: " + reason);
+  return 2;
+}
+
 }  // namespace
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the system names them.
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t*, int show) {
   const CommandLine commandLine = parseCommandLine(arguments());
-  if (!commandLine.error.empty()) {
-    printLine(L"quillet-host: " + commandLine.error);
-    return 2;
-  }
+  if (!commandLine.error.empty()) return refuse(commandLine.error);
+  for (const auto& folder : {commandLine.webFolder, commandLine.themesFolder, commandLine.pictures})
+    if (!folder.empty() && !disk::isFolder(folder))
+      return refuse(L"There is no such folder: " + folder);
   OleInitialize(nullptr);
   const INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_WIN95_CLASSES};
   InitCommonControlsEx(&controls);

@@ -29,9 +29,9 @@ const MemberTable applicationMembers(
 const MemberTable& WebWindow::members() const { return windowMembers; }
 
 std::wstring windowCaption(const Session& session) {
-  const std::wstring name = L"Microsoft FrontPage";
-  if (session.webFolder.empty()) return name;
-  return name + L" - " + session.webFolder;
+  std::wstring caption = L"Microsoft FrontPage";
+  if (!session.webFolder.empty()) caption += L" - " + session.webFolder;
+  return caption;
 }
 
 com::Variant WebWindow::getCaption(const Arguments&) { return windowCaption(*session()); }

@@ -169,7 +169,7 @@ AutomationObject::AutomationObject(SharedSession session) : session_(std::move(s
 
 AutomationObject::~AutomationObject() { --session_->liveObjects; }
 
-HRESULT AutomationObject::QueryInterface(REFIID iid, void** object) {
+STDMETHODIMP AutomationObject::QueryInterface(REFIID iid, void** object) {
   if (!object) return E_POINTER;
   *object = nullptr;
   if (iid != IID_IUnknown && iid != IID_IDispatch) return E_NOINTERFACE;
@@ -178,26 +178,27 @@ HRESULT AutomationObject::QueryInterface(REFIID iid, void** object) {
   return S_OK;
 }
 
-ULONG AutomationObject::AddRef() { return static_cast<ULONG>(++references_); }
+STDMETHODIMP_(ULONG) AutomationObject::AddRef() { return static_cast<ULONG>(++references_); }
 
-ULONG AutomationObject::Release() {
+STDMETHODIMP_(ULONG) AutomationObject::Release() {
   const long left = --references_;
   if (left == 0) delete this;
   return static_cast<ULONG>(left);
 }
 
-HRESULT AutomationObject::GetTypeInfoCount(UINT* count) {
+STDMETHODIMP AutomationObject::GetTypeInfoCount(UINT* count) {
   if (!count) return E_POINTER;
   *count = 0;
   return S_OK;
 }
 
-HRESULT AutomationObject::GetTypeInfo(UINT, LCID, ITypeInfo** info) {
+STDMETHODIMP AutomationObject::GetTypeInfo(UINT, LCID, ITypeInfo** info) {
   if (info) *info = nullptr;
   return DISP_E_BADINDEX;
 }
 
-HRESULT AutomationObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) {
+STDMETHODIMP AutomationObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
+                                             DISPID* ids) {
   if (!names || !ids || count == 0) return E_INVALIDARG;
   std::fill(ids, ids + count, DISPID_UNKNOWN);
   ids[0] = members().idOf(names[0]);
@@ -214,8 +215,9 @@ HRESULT AutomationObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCI
   return result;
 }
 
-HRESULT AutomationObject::Invoke(DISPID id, REFIID iid, LCID, WORD flags, DISPPARAMS* parameters,
-                                 VARIANT* result, EXCEPINFO* exception, UINT* wrongArgument) {
+STDMETHODIMP AutomationObject::Invoke(DISPID id, REFIID iid, LCID, WORD flags,
+                                      DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                                      UINT* wrongArgument) {
   if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (!parameters) return E_INVALIDARG;
   if (result) VariantInit(result);

@@ -119,6 +119,12 @@ struct CallOf<function> {
     return (static_cast<T&>(object).*function)(arguments);
   }
 };
+template <class T, com::Variant (T::*function)(const Arguments&) const>
+struct CallOf<function> {
+  static com::Variant run(AutomationObject& object, const Arguments& arguments) {
+    return (static_cast<const T&>(object).*function)(arguments);
+  }
+};
 template <auto function>
 inline constexpr auto call = &CallOf<function>::run;
 

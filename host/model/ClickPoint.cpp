@@ -4,7 +4,7 @@
 
 namespace standin {
 
-HRESULT CommandBarButton::ClickPoint::QueryInterface(REFIID iid, void** object) {
+STDMETHODIMP CommandBarButton::ClickPoint::QueryInterface(REFIID iid, void** object) {
   if (!object) return E_POINTER;
   *object = nullptr;
   if (iid != IID_IUnknown && iid != IID_IConnectionPoint) return E_NOINTERFACE;
@@ -13,19 +13,19 @@ HRESULT CommandBarButton::ClickPoint::QueryInterface(REFIID iid, void** object) 
   return S_OK;
 }
 
-ULONG CommandBarButton::ClickPoint::Release() {
+STDMETHODIMP_(ULONG) CommandBarButton::ClickPoint::Release() {
   const long left = --references_;
   if (left == 0) delete this;
   return static_cast<ULONG>(left);
 }
 
-HRESULT CommandBarButton::ClickPoint::GetConnectionInterface(IID* iid) {
+STDMETHODIMP CommandBarButton::ClickPoint::GetConnectionInterface(IID* iid) {
   if (!iid) return E_POINTER;
   *iid = buttonEvents;
   return S_OK;
 }
 
-HRESULT CommandBarButton::ClickPoint::GetConnectionPointContainer(
+STDMETHODIMP CommandBarButton::ClickPoint::GetConnectionPointContainer(
     IConnectionPointContainer** container) {
   if (!container) return E_POINTER;
   *container = button_;
@@ -34,7 +34,7 @@ HRESULT CommandBarButton::ClickPoint::GetConnectionPointContainer(
   return S_OK;
 }
 
-HRESULT CommandBarButton::ClickPoint::Advise(IUnknown* sink, DWORD* cookie) {
+STDMETHODIMP CommandBarButton::ClickPoint::Advise(IUnknown* sink, DWORD* cookie) {
   if (!sink || !cookie) return E_POINTER;
   ComPtr<IDispatch> events;
   if (FAILED(sink->QueryInterface(buttonEvents, reinterpret_cast<void**>(events.put()))))
@@ -44,11 +44,11 @@ HRESULT CommandBarButton::ClickPoint::Advise(IUnknown* sink, DWORD* cookie) {
   return S_OK;
 }
 
-HRESULT CommandBarButton::ClickPoint::Unadvise(DWORD cookie) {
+STDMETHODIMP CommandBarButton::ClickPoint::Unadvise(DWORD cookie) {
   return sinks_.erase(cookie) ? S_OK : CONNECT_E_NOCONNECTION;
 }
 
-HRESULT CommandBarButton::ClickPoint::EnumConnections(IEnumConnections** connections) {
+STDMETHODIMP CommandBarButton::ClickPoint::EnumConnections(IEnumConnections** connections) {
   if (connections) *connections = nullptr;
   return E_NOTIMPL;
 }

@@ -150,8 +150,8 @@ void CommandBarControl::requireAlive() const {
   if (!bar) throw Refusal{E_FAIL, L"The control has been deleted."};
 }
 
-com::Variant CommandBarControl::getType(const Arguments&) { return type; }
-com::Variant CommandBarControl::getId(const Arguments&) { return id; }
+com::Variant CommandBarControl::getType(const Arguments&) const { return type; }
+com::Variant CommandBarControl::getId(const Arguments&) const { return id; }
 
 com::Variant CommandBarControl::getIndex(const Arguments&) {
   requireAlive();
@@ -268,7 +268,7 @@ CommandBarControl* CommandBar::find(const ControlSearch& search, bool recursive)
   return nullptr;
 }
 
-com::Variant CommandBar::getType(const Arguments&) { return type; }
+com::Variant CommandBar::getType(const Arguments&) const { return type; }
 
 com::Variant CommandBar::getControls(const Arguments&) {
   return objectValue(make<CommandBarControls>(session(), ComPtr<CommandBar>(this)));
@@ -357,7 +357,7 @@ bool CommandBarButton::fireClick(CommandBarButton& clicked) {
 
 std::size_t CommandBarButton::listeners() const { return clicks_->count(); }
 
-HRESULT CommandBarButton::QueryInterface(REFIID iid, void** object) {
+STDMETHODIMP CommandBarButton::QueryInterface(REFIID iid, void** object) {
   if (!object || iid != IID_IConnectionPointContainer)
     return AutomationObject::QueryInterface(iid, object);
   *object = static_cast<IConnectionPointContainer*>(this);
@@ -365,12 +365,12 @@ HRESULT CommandBarButton::QueryInterface(REFIID iid, void** object) {
   return S_OK;
 }
 
-HRESULT CommandBarButton::EnumConnectionPoints(IEnumConnectionPoints** points) {
+STDMETHODIMP CommandBarButton::EnumConnectionPoints(IEnumConnectionPoints** points) {
   if (points) *points = nullptr;
   return E_NOTIMPL;
 }
 
-HRESULT CommandBarButton::FindConnectionPoint(REFIID iid, IConnectionPoint** point) {
+STDMETHODIMP CommandBarButton::FindConnectionPoint(REFIID iid, IConnectionPoint** point) {
   if (!point) return E_POINTER;
   *point = nullptr;
   if (iid != buttonEvents) return CONNECT_E_NOCONNECTION;
@@ -426,7 +426,7 @@ std::vector<CommandBarControl*> CommandBars::allControls() const {
   return result;
 }
 
-bool CommandBars::click(CommandBarButton& button) {
+bool CommandBars::click(CommandBarButton& button) const {
   std::vector<ComPtr<CommandBarButton>> sharing;
   for (CommandBarControl* control : allControls())
     if (control->asButton() && control->id == button.id && control->tag == button.tag)
@@ -440,9 +440,11 @@ com::Variant CommandBars::getActiveMenuBar(const Arguments&) {
   return menuBar ? objectValue(menuBar) : session()->nothing();
 }
 
-com::Variant CommandBars::getCount(const Arguments&) { return static_cast<long>(bars.size()); }
+com::Variant CommandBars::getCount(const Arguments&) const {
+  return static_cast<long>(bars.size());
+}
 
-com::Variant CommandBars::getItem(const Arguments& arguments) {
+com::Variant CommandBars::getItem(const Arguments& arguments) const {
   return itemOf(bars, arguments, [](const CommandBar& bar) { return bar.name; });
 }
 

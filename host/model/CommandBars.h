@@ -52,8 +52,8 @@ class CommandBarControl : public AutomationObject {
   virtual CommandBarPopup* asPopup() { return nullptr; }
   bool matches(const ControlSearch& search) const;
 
-  com::Variant getType(const Arguments&);
-  com::Variant getId(const Arguments&);
+  com::Variant getType(const Arguments&) const;
+  com::Variant getId(const Arguments&) const;
   com::Variant getIndex(const Arguments&);
   com::Variant getTag(const Arguments&);
   com::Variant putTag(const Arguments&);
@@ -90,7 +90,7 @@ class CommandBar : public AutomationObject {
   void erase(CommandBarControl* control);
   CommandBarControl* find(const ControlSearch& search, bool recursive) const;
 
-  com::Variant getType(const Arguments&);
+  com::Variant getType(const Arguments&) const;
   com::Variant getControls(const Arguments&);
   com::Variant findControl(const Arguments&);
 
@@ -176,11 +176,11 @@ class CommandBars : public AutomationObject {
   // Every control of every bar and pop-up.
   std::vector<CommandBarControl*> allControls() const;
   // What the user's click does: buttons of equal Id and Tag share their clicks.
-  bool click(CommandBarButton& button);
+  bool click(CommandBarButton& button) const;
 
   com::Variant getActiveMenuBar(const Arguments&);
-  com::Variant getCount(const Arguments&);
-  com::Variant getItem(const Arguments&);
+  com::Variant getCount(const Arguments&) const;
+  com::Variant getItem(const Arguments&) const;
   com::Variant findControl(const Arguments&);
 
  protected:

@@ -15,14 +15,14 @@ const std::wstring& known(const std::wstring& member) {
 
 }  // namespace
 
-void Faults::refuse(std::wstring member, std::wstring description, long code, int skipped,
+void Faults::refuse(const std::wstring& member, std::wstring description, long code, int skipped,
                     int times) {
   refusals_[known(member)] = {{code, std::move(description)}, skipped, times};
 }
 
-void Faults::returnNothing(std::wstring member) { nothing_[known(member)] = true; }
+void Faults::returnNothing(const std::wstring& member) { nothing_[known(member)] = true; }
 
-void Faults::before(std::wstring member, std::function<void()> action) {
+void Faults::before(const std::wstring& member, std::function<void()> action) {
   actions_[known(member)] = std::move(action);
 }
 
@@ -47,7 +47,7 @@ bool Faults::meet(const std::vector<std::wstring>& names) {
       const auto run = action->second;
       run();
     }
-    if (nothing_.count(name)) nothing = true;
+    if (nothing_.contains(name)) nothing = true;
     const auto refusal = refusals_.find(name);
     if (refusal == refusals_.end()) continue;
     Planned& planned = refusal->second;

@@ -23,12 +23,12 @@ struct Refusal {
 class Faults {
  public:
   // Calls of the member are refused: all of them, or `times` of them after the first `skipped`.
-  void refuse(std::wstring member, std::wstring description, long code = E_FAIL, int skipped = 0,
-              int times = -1);
+  void refuse(const std::wstring& member, std::wstring description, long code = E_FAIL,
+              int skipped = 0, int times = -1);
   // The member succeeds, does nothing and gives nothing back.
-  void returnNothing(std::wstring member);
+  void returnNothing(const std::wstring& member);
   // `action` runs before each call of the member.
-  void before(std::wstring member, std::function<void()> action);
+  void before(const std::wstring& member, std::function<void()> action);
   // Ends everything the above has set up.
   void clear();
 

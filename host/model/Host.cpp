@@ -85,7 +85,7 @@ void Host::clearEntries(long popupId) {
   session_->menuChanged();
 }
 
-bool Host::click(std::wstring_view tagOrCaption, bool* cancelled) {
+bool Host::click(std::wstring_view tagOrCaption, bool* cancelled) const {
   CommandBarButton* entry = button(tagOrCaption);
   if (!entry) return false;
   const bool cancel = commandBars().click(*entry);

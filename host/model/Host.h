@@ -52,7 +52,7 @@ class Host {
   void clearEntries(long popupId = templatesMenuId);
 
   // As the user does it. False when there is no such entry; `cancelled` gets the entry's answer.
-  bool click(std::wstring_view tagOrCaption, bool* cancelled = nullptr);
+  bool click(std::wstring_view tagOrCaption, bool* cancelled = nullptr) const;
 
  private:
   SharedSession session_;

@@ -23,9 +23,9 @@ const MemberTable themesMembers(
 bool isPage(const std::wstring& file) {
   const std::wstring name(text::afterLast(file, L'\\'));
   const std::wstring extension(text::afterLast(name, L'.'));
-  for (const wchar_t* known : {L"htm", L"html", L"dwt", L"asp", L"aspx", L"shtml"})
-    if (sameName(extension, known)) return true;
-  return false;
+  constexpr std::wstring_view known[] = {L"htm", L"html", L"dwt", L"asp", L"aspx", L"shtml"};
+  return std::ranges::any_of(known,
+                             [&](std::wstring_view one) { return sameName(extension, one); });
 }
 
 bool isWide(const std::string& page) {
@@ -55,7 +55,7 @@ std::size_t behindTag(const std::string& page, const std::string& tag) {
 }
 
 void removeMark(std::string& page) {
-  const auto start = lowered(page).find("<meta name=\"microsoft theme\"");
+  const auto start = lowered(page).find(R"(<meta name="microsoft theme")");
   if (start == page.npos) return;
   auto end = page.find('>', start);
   if (end == page.npos) return;

@@ -144,7 +144,7 @@ std::wstring Web::address() const {
   return webUrl(*session());
 }
 
-com::Variant Web::getUrl(const Arguments&) { return address(); }
+com::Variant Web::getUrl(const Arguments&) const { return address(); }
 
 com::Variant Web::getTitle(const Arguments&) {
   requireOpen();
@@ -211,7 +211,7 @@ com::Variant WebFolder::getName(const Arguments&) {
   return nameOf(relative_.empty() ? fileUrl(session()->webFolder) : relative_);
 }
 
-com::Variant WebFolder::getUrl(const Arguments&) { return address(); }
+com::Variant WebFolder::getUrl(const Arguments&) const { return address(); }
 
 com::Variant WebFolder::getIsWeb(const Arguments&) {
   requireOpen();
@@ -323,7 +323,7 @@ com::Variant WebFile::getExtension(const Arguments&) {
   return extensionOf(nameOf(relative_));
 }
 
-com::Variant WebFile::getUrl(const Arguments&) { return address(); }
+com::Variant WebFile::getUrl(const Arguments&) const { return address(); }
 
 com::Variant WebFile::getTitle(const Arguments&) {
   const std::wstring title = titleIn(text::fromAnsi(disk::readBytes(requireFile())));

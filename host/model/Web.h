@@ -39,7 +39,7 @@ class Web : public WebObject, public Addressed {
 
   std::wstring address() const override;
 
-  com::Variant getUrl(const Arguments&);
+  com::Variant getUrl(const Arguments&) const;
   com::Variant getTitle(const Arguments&);
   com::Variant getRootFolder(const Arguments&);
   com::Variant locateFolder(const Arguments&);
@@ -59,7 +59,7 @@ class WebFolder : public WebObject, public Addressed {
   std::wstring address() const override;
 
   com::Variant getName(const Arguments&);
-  com::Variant getUrl(const Arguments&);
+  com::Variant getUrl(const Arguments&) const;
   com::Variant getIsWeb(const Arguments&);
   com::Variant getIsRoot(const Arguments&);
   com::Variant getParent(const Arguments&);
@@ -102,7 +102,7 @@ class WebFile : public WebObject, public Addressed {
 
   com::Variant getName(const Arguments&);
   com::Variant getExtension(const Arguments&);
-  com::Variant getUrl(const Arguments&);
+  com::Variant getUrl(const Arguments&) const;
   com::Variant getTitle(const Arguments&);
   com::Variant remove(const Arguments&);
   com::Variant applyTheme(const Arguments&);

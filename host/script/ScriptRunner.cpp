@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "common/handles.h"
+#include "host/MainWindow.h"
 #include "host/model/Faults.h"
 #include "host/model/disk.h"
 #include "host/script/Desktop.h"
@@ -96,6 +97,10 @@ void printLine(std::wstring_view text) { writeOut(toUtf8(text) + "\n"); }
 ScriptRunner::ScriptRunner(HWND mainWindow, Places places)
     : main_(mainWindow), places_(std::move(places)) {}
 
+bool ScriptRunner::isReady() const {
+  return isEnabled(main_) && desktop::send(main_, MainWindow::startedMessage) != 0;
+}
+
 bool ScriptRunner::until(const std::function<bool()>& condition) const {
   const DWORD start = GetTickCount();
   while (!condition()) {
@@ -150,7 +155,7 @@ void ScriptRunner::run(const ScriptLine& line) {
 
 void ScriptRunner::runWait(const std::wstring& what, const Arguments& arguments) {
   if (what == L"main") {
-    require([&] { return isEnabled(main_); }, L"the main window is still disabled");
+    require([&] { return isReady(); }, L"the main window is still disabled");
     return;
   }
   const std::wstring& caption = arguments[0];
@@ -187,7 +192,7 @@ void ScriptRunner::runExpect(const std::wstring& what, const Arguments& argument
         wanted ? L"there is no such row" : L"there is such a row");
   } else if (what == L"menu" || what == L"no menu") {
     const bool wanted = what == L"menu";
-    require([&] { return (desktop::menuCommand(main_, arguments) != 0) == wanted; },
+    require([&] { return isReady() && (desktop::menuCommand(main_, arguments) != 0) == wanted; },
             wanted ? L"there is no such menu entry" : L"there is such a menu entry");
   } else if (what == L"file" || what == L"no file") {
     const bool wanted = what == L"file";
@@ -240,7 +245,7 @@ void ScriptRunner::menu(const Arguments& path) {
   require(
       [&] {
         command = desktop::menuCommand(main_, path);
-        return command != 0 && isEnabled(main_);
+        return command != 0 && isReady();
       },
       command ? L"the main window is disabled" : L"there is no such menu entry");
   PostMessageW(main_, WM_COMMAND, command, 0);
@@ -252,7 +257,7 @@ void ScriptRunner::showMenu(const Arguments& path) {
   require(
       [&] {
         letters = desktop::menuLetters(main_, path);
-        return !letters.empty() && isEnabled(main_);
+        return !letters.empty() && isReady();
       },
       L"there is no such menu, or one without an accelerator");
   PostMessageW(main_, WM_SYSCOMMAND, SC_KEYMENU, letters.front());
@@ -408,7 +413,7 @@ int runScript(const std::wstring& script, HWND mainWindow, const ScriptRunner::P
   ScriptRunner runner(mainWindow, places);
   int number = 0;
   std::wstring line;
-  int result = 0;
+  std::wstring failure;
   try {
     LineSource source(script);
     while (!runner.ended() && source.next(line)) {
@@ -416,14 +421,17 @@ int runScript(const std::wstring& script, HWND mainWindow, const ScriptRunner::P
       runner.run(parseScriptLine(line));
     }
   } catch (const ScriptError& error) {
-    printLine(L"script: line " + std::to_wstring(number) + L": " + line + L": " + error.text());
-    result = 1;
+    failure = error.text();
   } catch (const Refusal& refusal) {
-    printLine(L"script: line " + std::to_wstring(number) + L": " + line + L": " +
-              refusal.description);
-    result = 1;
+    failure = refusal.description;
+  } catch (...) {
+    failure = L"the command cannot be carried out";
   }
-  if (result != 0) printForemost(mainWindow);
+  const int result = failure.empty() ? 0 : 1;
+  if (result != 0) {
+    printLine(L"script: line " + std::to_wstring(number) + L": " + line + L": " + failure);
+    printForemost(mainWindow);
+  }
   if (result == 0 && stay && !runner.ended()) return result;
   if (!runner.closeAll()) {
     printLine(L"script: the host does not close; what is open:\n" + desktop::describe());

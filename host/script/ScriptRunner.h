@@ -31,6 +31,7 @@ class ScriptRunner {
  private:
   using Arguments = std::vector<std::wstring>;
 
+  bool isReady() const;  // started, and no dialog is open
   bool until(const std::function<bool()>& condition) const;
   void require(const std::function<bool()>& condition, const std::wstring& failure) const;
   bool anyWindow(const std::wstring& caption, const std::function<bool(HWND)>& condition) const;

@@ -70,7 +70,10 @@ class RecordingAddIn final : public standin::Extensibility {
     calls_.push_back(L"OnDisconnection " + std::to_wstring(mode));
     return S_OK;
   }
-  STDMETHOD(OnAddInsUpdate)(SAFEARRAY**) override { return S_OK; }
+  STDMETHOD(OnAddInsUpdate)(SAFEARRAY**) override {
+    calls_.push_back(L"OnAddInsUpdate");
+    return S_OK;
+  }
   STDMETHOD(OnStartupComplete)(SAFEARRAY**) override {
     calls_.push_back(L"OnStartupComplete");
     return S_OK;
@@ -170,6 +173,22 @@ TEST_CASE("an add-in that the user unloads and loads again is told so") {
   CHECK(addIns.unload(progId));
   CHECK(offered.factory.calls ==
         Calls{L"OnConnection 0", progId, L"OnDisconnection 1", L"released"});
+}
+
+TEST_CASE("an add-in learns when another one is unloaded") {
+  OfferedAddIn offered;
+  RegSetValueW(HKEY_CLASSES_ROOT, L"QuilletTest.Other\\CLSID", REG_SZ,
+               L"{5E3C7B10-4D1E-4D0B-9B51-0C2E7A663107}", 38 * sizeof(wchar_t));
+  offered.registry.setNumber(HKEY_CURRENT_USER,
+                             L"Software\\Microsoft\\Office\\FrontPage\\Addins\\QuilletTest.Other",
+                             L"LoadBehavior", 3);
+  AddIns addIns = offered.started();
+  offered.factory.calls.clear();
+  CHECK(addIns.unload(L"QuilletTest.Other"));
+  CHECK(offered.factory.calls == Calls{L"OnDisconnection 1", L"released", L"OnAddInsUpdate"});
+  addIns.shutDown();
+  RegDeleteKeyW(HKEY_CLASSES_ROOT, L"QuilletTest.Other\\CLSID");
+  RegDeleteKeyW(HKEY_CLASSES_ROOT, L"QuilletTest.Other");
 }
 
 TEST_CASE("only load behaviour with both bits connects at start") {

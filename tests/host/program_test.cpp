@@ -221,3 +221,11 @@ TEST_CASE("the exit entry of the menu closes the program") {
   const Outcome outcome = program.script("menu \"File\" \"Exit\"\nwait gone \"Microsoft*\"\n");
   CHECK(outcome.code == 0);
 }
+
+TEST_CASE("a web or theme folder that is not there is named and ends with 2") {
+  const Program program;
+  const Outcome outcome = program.run(L"C:\\none");
+  CHECK(outcome.code == 2);
+  CHECK(outcome.output == "quillet-host: There is no such folder: C:\\none\n");
+  CHECK(program.run(L"--themes C:\\none").code == 2);
+}
