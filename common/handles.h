@@ -104,17 +104,23 @@ using DeviceContext = Unique<DeviceContextTraits>;
 using Icon = Unique<IconTraits>;
 using Global = Unique<GlobalTraits>;
 
-// The device context of the whole screen, borrowed for a moment.
-class ScreenContext {
+// The device context of a window, borrowed for a moment; without a window that of the screen.
+class WindowContext {
  public:
-  ScreenContext() noexcept : context_(GetDC(nullptr)) {}
-  ~ScreenContext() { ReleaseDC(nullptr, context_); }
-  ScreenContext(const ScreenContext&) = delete;
-  ScreenContext& operator=(const ScreenContext&) = delete;
+  explicit WindowContext(HWND window) noexcept : window_(window), context_(GetDC(window)) {}
+  ~WindowContext() { ReleaseDC(window_, context_); }
+  WindowContext(const WindowContext&) = delete;
+  WindowContext& operator=(const WindowContext&) = delete;
   HDC get() const noexcept { return context_; }
 
  private:
+  HWND window_;
   HDC context_;
+};
+
+class ScreenContext : public WindowContext {
+ public:
+  ScreenContext() noexcept : WindowContext(nullptr) {}
 };
 
 }  // namespace handles

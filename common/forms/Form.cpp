@@ -97,11 +97,27 @@ class ModalScope {
   std::vector<HWND> disabled_;
 };
 
+// Whatever happens, no window outlives the form that it is bound to.
+class WindowScope {
+ public:
+  explicit WindowScope(Form& form) noexcept : form_(form) {}
+  ~WindowScope() {
+    form_.leaveScreen();
+    if (form_.window_) DestroyWindow(form_.window_);
+    form_.modal_ = nullptr;
+  }
+  WindowScope(const WindowScope&) = delete;
+  WindowScope& operator=(const WindowScope&) = delete;
+
+ private:
+  Form& form_;
+};
+
 // One message of the queue, by way of the form on top: its own keys, the dialog's keys, the window.
 void dispatchToForms(MSG& message) {
   if (Form* top = showing().forms.empty() ? nullptr : showing().forms.back(); top && top->hwnd()) {
     const bool own = message.hwnd == top->hwnd() || IsChild(top->hwnd(), message.hwnd);
-    if (own && top->preTranslate(message)) return;
+    if (own && top->takes(message)) return;
     if (IsDialogMessageW(top->hwnd(), &message)) return;
   }
   TranslateMessage(&message);
@@ -109,17 +125,23 @@ void dispatchToForms(MSG& message) {
 }
 
 void yieldToMessages() {
+  struct Depth {
+    Depth() noexcept { ++showing().yields; }
+    ~Depth() { --showing().yields; }
+  } const depth;
   Form* const top = showing().forms.empty() ? nullptr : showing().forms.back();
-  ++showing().yields;
+  const DWORD began = GetTickCount();
   MSG message;
   while (!(top && top->unloaded_) && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
     if (message.message == WM_QUIT) {
       PostQuitMessage(static_cast<int>(message.wParam));
-      break;
+      if (top) top->unload();
+      return;
     }
     dispatchToForms(message);
+    // What arrives meanwhile waits for the next time: the work must not starve.
+    if (static_cast<LONG>(message.time - began) > 0) return;
   }
-  --showing().yields;
 }
 
 WaitCursor::WaitCursor() noexcept {
@@ -131,16 +153,18 @@ WaitCursor::~WaitCursor() {
   if (--showing().waits == 0) SetCursor(LoadCursorW(nullptr, IDC_ARROW));
 }
 
+std::wstring windowText(HWND window) {
+  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+  text.resize(
+      static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
+  return text;
+}
+
 Form::Form(std::wstring name, int dialog) : name_(std::move(name)), dialog_(dialog) {}
 
 Form::~Form() = default;
 
-std::wstring Form::caption() const {
-  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window_)) + 1, L'\0');
-  text.resize(static_cast<std::size_t>(
-      GetWindowTextW(window_, text.data(), static_cast<int>(text.size()))));
-  return text;
-}
+std::wstring Form::caption() const { return windowText(window_); }
 
 int Form::message(std::wstring_view text, UINT style) const noexcept {
   try {
@@ -158,16 +182,19 @@ void Form::showModal(HWND owner) {
 
   ModalScope modal(*this);
   modal_ = &modal;
+  const WindowScope window(*this);
   const HWND frame = owner ? GetAncestor(owner, GA_ROOT) : nullptr;
   CreateDialogIndirectParamW(module::instance(),
                              reinterpret_cast<const DLGTEMPLATE*>(resource.data()), frame,
                              dialogProcedure, reinterpret_cast<LPARAM>(this));
   if (!window_) throw Error(errors::cannotCreateObject);
   runLoop();
-  leaveScreen();
-  DestroyWindow(window_);
-  window_ = nullptr;
-  modal_ = nullptr;
+}
+
+bool Form::takes(MSG& message) noexcept {
+  bool taken = false;
+  handle(L"Form_KeyDown", [&] { taken = preTranslate(message); });
+  return taken;
 }
 
 void Form::runLoop() {
@@ -200,7 +227,7 @@ void Form::unload() noexcept {
   handle(L"Form_Unload", [this] { Form_Unload(); });
   // A run that yielded is still on the stack: nobody may start another one before it has returned.
   if (showing().yields == 0) leaveScreen();
-  PostMessageW(window_, WM_NULL, 0, 0);
+  PostMessageW(nullptr, WM_NULL, 0, 0);
 }
 
 void Form::leaveScreen() noexcept {
@@ -234,6 +261,8 @@ INT_PTR CALLBACK Form::dialogProcedure(HWND window, UINT message, WPARAM wParam,
     return form->onDialogMessage(message, wParam, lParam);
   } catch (...) {
     modCommon::reportFormError(L"Form_Message", form->name_, errors::current());
+    // A window without all of its controls is none.
+    if (message == WM_INITDIALOG) DestroyWindow(window);
     return FALSE;
   }
 }
@@ -267,6 +296,13 @@ INT_PTR Form::onDialogMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         Form_Resize();
       }
       return TRUE;
+    case WM_DESTROY:
+      // Its owner went and took it along; after an ordinary end there is nothing left to do.
+      unload();
+      return FALSE;
+    case WM_NCDESTROY:
+      window_ = nullptr;
+      return FALSE;
     case WM_GETMINMAXINFO: {
       auto& limits = *reinterpret_cast<MINMAXINFO*>(lParam);
       const SIZE smallest = smallestSize();

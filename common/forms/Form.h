@@ -24,6 +24,7 @@ namespace forms {
 
 class Control;
 class ModalScope;
+class WindowScope;
 
 // The edges of the window that a control keeps its distance to when the window is resized. Left and
 // right together stretch it.
@@ -95,6 +96,7 @@ class Form {
  private:
   friend class Control;
   friend class ModalScope;
+  friend class WindowScope;
   friend void dispatchToForms(MSG& message);
   friend void yieldToMessages();
 
@@ -120,6 +122,7 @@ class Form {
   void fitScreen() noexcept;
   void leaveScreen() noexcept;
   void runLoop();
+  bool takes(MSG& message) noexcept;
   Control* control(int id) const noexcept;
   Control* control(HWND window) const noexcept;
 
@@ -135,6 +138,9 @@ class Form {
   std::vector<Control*> controls_;
   std::vector<Anchor> anchors_;
 };
+
+// The text of a window or control.
+std::wstring windowText(HWND window);
 
 // Handles what is in the thread's queue now, and returns: window events of long runs. Keyboard
 // navigation of the form on top works as in its own loop.

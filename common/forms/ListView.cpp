@@ -36,25 +36,37 @@ void ListView::onAttached() {
 int ListView::count() const noexcept { return static_cast<int>(rows_.size()); }
 
 int ListView::add(ListRow row) {
-  auto owned = std::make_unique<ListRow>(std::move(row));
+  rows_.push_back(std::make_unique<ListRow>(std::move(row)));
+  ListRow& added = *rows_.back();
   LVITEMW item = {};
   item.mask = LVIF_TEXT | LVIF_PARAM | LVIF_IMAGE;
-  item.iItem = count();
-  item.pszText = owned->text.data();
-  item.iImage = owned->icon;
-  item.lParam = reinterpret_cast<LPARAM>(owned.get());
-  rows_.reserve(rows_.size() + 1);
-  if (!owned->key.empty()) keys_.insert(text::toLower(owned->key));
-  int index =
+  item.iItem = sorted_ ? placeOf(added) : count() - 1;
+  item.pszText = added.text.data();
+  item.iImage = added.icon;
+  item.lParam = reinterpret_cast<LPARAM>(&added);
+  const int index =
       static_cast<int>(SendMessageW(hwnd(), LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
-  if (index < 0) throw Error(errors::outOfMemory);
-  const ListRow* const added = owned.get();
-  rows_.push_back(std::move(owned));
-  if (sorted_) {
-    sortBy(descending_);
-    while (index > 0 && &this->row(index) != added) --index;
+  if (index < 0) {
+    rows_.pop_back();
+    throw Error(errors::outOfMemory);
   }
+  if (!added.key.empty()) keys_.insert(text::toLower(added.key));
   return index;
+}
+
+// Behind the rows that come before it in the order of the header.
+int ListView::placeOf(const ListRow& added) const {
+  int first = 0;
+  int last = count() - 1;
+  while (first < last) {
+    const int middle = first + (last - first) / 2;
+    if (compareTexts(reinterpret_cast<LPARAM>(&row(middle)), reinterpret_cast<LPARAM>(&added),
+                     descending_) <= 0)
+      first = middle + 1;
+    else
+      last = middle;
+  }
+  return first;
 }
 
 void ListView::removeAt(int index) {

@@ -47,6 +47,7 @@ class ListView : public Control {
   void onAttached() override;
   LRESULT onNotify(NMHDR& header) override;
   void sortBy(bool descending);
+  int placeOf(const ListRow& added) const;
 
   std::wstring columnTitle_;
   std::vector<std::unique_ptr<ListRow>> rows_;  // owned; the control refers to them

@@ -6,12 +6,7 @@ namespace forms {
 
 Control::Control(Form& form, int id) : form_(form), id_(id) { form.controls_.push_back(this); }
 
-std::wstring Control::text() const {
-  std::wstring value(static_cast<std::size_t>(GetWindowTextLengthW(window_)) + 1, L'\0');
-  value.resize(static_cast<std::size_t>(
-      GetWindowTextW(window_, value.data(), static_cast<int>(value.size()))));
-  return value;
-}
+std::wstring Control::text() const { return windowText(window_); }
 
 void Control::setText(std::wstring_view value) {
   SetWindowTextW(window_, std::wstring(value).c_str());
@@ -52,13 +47,12 @@ std::wstring Label::toolTip() const {
   const LONG_PTR ellipsis = GetWindowLongPtrW(hwnd(), GWL_STYLE) & SS_ELLIPSISMASK;
   if (!ellipsis) return Control::toolTip();
   const std::wstring value = text();
-  const HDC context = GetDC(hwnd());
-  const HGDIOBJ former =
-      SelectObject(context, reinterpret_cast<HGDIOBJ>(SendMessageW(hwnd(), WM_GETFONT, 0, 0)));
+  const handles::WindowContext context(hwnd());
+  const HGDIOBJ former = SelectObject(
+      context.get(), reinterpret_cast<HGDIOBJ>(SendMessageW(hwnd(), WM_GETFONT, 0, 0)));
   SIZE size = {};
-  GetTextExtentPoint32W(context, value.c_str(), static_cast<int>(value.size()), &size);
-  SelectObject(context, former);
-  ReleaseDC(hwnd(), context);
+  GetTextExtentPoint32W(context.get(), value.c_str(), static_cast<int>(value.size()), &size);
+  SelectObject(context.get(), former);
   RECT client;
   GetClientRect(hwnd(), &client);
   return size.cx > client.right ? value : Control::toolTip();

@@ -11,6 +11,8 @@ frmAbout::frmAbout()
       lblVersion(*this, IDC_ABOUT_VERSION),
       chkLogging(*this, IDC_ABOUT_LOGGING),
       cmdOK(*this, IDOK) {
+  // Grey only shows what was saved so; a click leaves it, as in a box of two states.
+  chkLogging.onClick = [this] { chkLogging.setValue(chkLogging.value() == 0 ? 1 : 0); };
   cmdOK.onClick = [this] { cmdOK_Click(); };
 }
 
@@ -18,7 +20,8 @@ void frmAbout::ShowAbout(HWND owner) { showModal(owner); }
 
 void frmAbout::Form_Load() {
   lblVersion.setText(L"Version " + text::fromAnsi(QUILLET_VERSION_TEXT));
-  chkLogging.setValue(modCommon::loggingFlag());
+  const int flag = modCommon::loggingFlag();
+  chkLogging.setValue(flag >= 0 && flag <= 2 ? flag : 0);
 }
 
 // The flag changes last, so the lines written here follow the old state: switching the log on is

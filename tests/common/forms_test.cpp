@@ -1,5 +1,7 @@
 #include "common/forms/Form.h"
 
+#include <memory>
+
 #include "common/forms/DialogTemplate.h"
 #include "common/forms/controls.h"
 #include "common/forms/resource.h"
@@ -243,4 +245,73 @@ TEST_CASE("a larger font makes the whole dialog larger") {
   CHECK(at96 > 0);
   CHECK(widthWith(10) > at96);
   CHECK(widthWith(12) > widthWith(10));
+}
+
+TEST_CASE("a form whose owner is destroyed ends and frees the other windows") {
+  auto owner = std::make_unique<Frame>();
+  const Frame other;
+  ProbeForm form;
+  form.activate = [&](ProbeForm&) { owner.reset(); };
+  form.show(owner->get());
+  CHECK(form.events == std::vector<std::wstring>{L"load", L"activate", L"unload"});
+  CHECK(IsWindowEnabled(other.get()));
+}
+
+TEST_CASE("a handler that posts to itself does not keep a yield from returning") {
+  int presses = 0;
+  ProbeForm form;
+  form.activate = [&](ProbeForm& self) {
+    self.ok.onClick = [&] {
+      ++presses;
+      PostMessageW(self.hwnd(), WM_COMMAND, IDOK, 0);
+    };
+    PostMessageW(self.hwnd(), WM_COMMAND, IDOK, 0);
+    forms::yieldToMessages();
+    self.ok.onClick = nullptr;
+    self.close();
+  };
+  form.show(nullptr);
+  CHECK(presses > 0);
+}
+
+TEST_CASE("a quit that arrives while the work yields closes the form and reaches the host") {
+  ProbeForm form;
+  bool closed = false;
+  form.activate = [&](ProbeForm& self) {
+    PostQuitMessage(7);
+    forms::yieldToMessages();
+    closed = self.events.back() == L"unload";
+  };
+  form.show(nullptr);
+  MSG message = {};
+  CHECK(closed);
+  REQUIRE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+  CHECK(message.wParam == 7);
+}
+
+TEST_CASE("a quit in the form's own loop closes the form and reaches the host") {
+  ProbeForm form;
+  form.activate = [](ProbeForm&) { PostQuitMessage(3); };
+  form.show(nullptr);
+  MSG message = {};
+  CHECK(form.events.back() == L"unload");
+  REQUIRE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+  CHECK(message.wParam == 3);
+}
+
+TEST_CASE("a form that lacks one of its controls is error 429") {
+  struct Lacking : forms::Form {
+    Lacking() : Form(L"frmLacking", IDD_ABOUT), nowhere(*this, 1999) {}
+    void show() { showModal(nullptr); }
+    forms::Button nowhere;
+  } form;
+  const Frame frame;
+  long number = 0;
+  try {
+    form.show();
+  } catch (const Error& error) {
+    number = error.number();
+  }
+  CHECK(number == 429);
+  CHECK(IsWindowEnabled(frame.get()));
 }

@@ -4,6 +4,7 @@
 #include "common/log.h"
 #include "common/settings.h"
 #include "tests/support/DebugOutput.h"
+#include "tests/support/ImportPatch.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchRegistry.h"
 #include "tests/support/text_output.h"
@@ -73,4 +74,58 @@ TEST_CASE("leaving the about box with Escape changes nothing") {
   frmAbout().ShowAbout(nullptr);
   CHECK(modCommon::loggingFlag() == 0);
   CHECK_FALSE(registry.hasKey(HKEY_CURRENT_USER, settingsKey));
+}
+
+TEST_CASE("a grey state is shown and OK leaves the log off") {
+  const AboutSession session(2, BST_INDETERMINATE);
+  CHECK(session.shownAs == BST_INDETERMINATE);
+  CHECK(session.output.lines().empty());
+  CHECK(modCommon::loggingFlag() == 2);
+  CHECK(session.registry.string(HKEY_CURRENT_USER, settingsKey, L"Logging") == L"2");
+}
+
+TEST_CASE("a flag that no check box has is shown as off") {
+  CHECK(AboutSession(-1, BST_UNCHECKED).shownAs == BST_UNCHECKED);
+}
+
+TEST_CASE("a click ticks the box and the next one unticks it") {
+  const ScratchRegistry registry;
+  modCommon::setLoggingFlag(2);
+  std::vector<LRESULT> states;
+  ModalDriver driver;
+  driver.onDialog(L"About Quillet", [&](HWND dialog) {
+    for (int click = 0; click < 2; ++click) {
+      press(dialog, IDC_ABOUT_LOGGING);
+      states.push_back(SendMessageW(GetDlgItem(dialog, IDC_ABOUT_LOGGING), BM_GETCHECK, 0, 0));
+    }
+    press(dialog, IDOK);
+  });
+  frmAbout().ShowAbout(nullptr);
+  modCommon::setLoggingFlag(0);
+  CHECK(states == std::vector<LRESULT>{BST_UNCHECKED, BST_CHECKED});
+}
+
+TEST_CASE("a switch that cannot be saved is logged and the about box stays") {
+  const ScratchRegistry registry;
+  const DebugOutput output;
+  modCommon::setLoggingFlag(1);
+  modCommon::SetLogIndent(0);
+  const ImportPatch refuse(
+      GetModuleHandleW(nullptr), "advapi32.dll", "RegCreateKeyA",
+      +[](HKEY, LPCSTR, PHKEY) -> LSTATUS { return ERROR_ACCESS_DENIED; });
+  bool stayed = false;
+  ModalDriver driver;
+  driver.onDialog(L"About Quillet", [&](HWND dialog) {
+    press(dialog, IDOK);
+    stayed = IsWindowVisible(dialog) != FALSE;
+    PostMessageW(dialog, WM_CLOSE, 0, 0);
+  });
+  frmAbout().ShowAbout(nullptr);
+  const int flag = modCommon::loggingFlag();
+  modCommon::setLoggingFlag(0);
+  CHECK(stayed);
+  CHECK(flag == 1);
+  CHECK(output.messages() ==
+        std::vector<std::wstring>{L"ERROR in procedure cmdOK_Click of Form frmAbout. Error : "
+                                  L"5\tInvalid procedure call or argument"});
 }
