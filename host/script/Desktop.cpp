@@ -93,6 +93,16 @@ int rowOf(HWND child, const std::wstring& text) {
   return isBox(child) ? boxRow(child, text) : -1;
 }
 
+bool selectRowOf(HWND child, const std::wstring& text) {
+  const int row = rowOf(child, text);
+  if (row < 0) return false;
+  if (isBox(child))
+    selectBoxRow(child, row);
+  else
+    selectListRow(child, row);
+  return true;
+}
+
 // --- Trees
 
 std::wstring nodeText(HWND tree, HTREEITEM node) {
@@ -266,28 +276,18 @@ HWND button(HWND window, const std::wstring& caption) {
 }
 
 bool hasRow(HWND window, const std::wstring& text) {
-  for (const HWND child : children(window))
-    if (rowOf(child, text) >= 0) return true;
-  return false;
+  return std::ranges::any_of(children(window), [&](HWND child) { return rowOf(child, text) >= 0; });
 }
 
 bool selectRow(HWND window, const std::wstring& text) {
-  for (const HWND child : children(window)) {
-    const int row = rowOf(child, text);
-    if (row < 0) continue;
-    if (isBox(child))
-      selectBoxRow(child, row);
-    else
-      selectListRow(child, row);
-    return true;
-  }
-  return false;
+  return std::ranges::any_of(children(window),
+                             [&](HWND child) { return selectRowOf(child, text); });
 }
 
 bool openNode(HWND window, const std::wstring& path) {
-  for (const HWND child : children(window))
-    if (isClass(child, WC_TREEVIEWW) && openNodeIn(child, text::split(path, L'/'))) return true;
-  return false;
+  return std::ranges::any_of(children(window), [&](HWND child) {
+    return isClass(child, WC_TREEVIEWW) && openNodeIn(child, text::split(path, L'/'));
+  });
 }
 
 UINT menuCommand(HWND window, const std::vector<std::wstring>& path) {

@@ -4,8 +4,8 @@
 #include <vector>
 
 // The library's header needs these names.
-using std::max;
-using std::min;
+using std::max;  // NOLINT(misc-unused-using-decls)
+using std::min;  // NOLINT(misc-unused-using-decls)
 #include <objidl.h>
 
 #include <gdiplus.h>

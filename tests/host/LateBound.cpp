@@ -15,8 +15,8 @@ std::wstring taken(BSTR text) {
 Answer LateBound::send(DISPID id, WORD flags, std::vector<com::Variant>& inOrder,
                        std::vector<DISPID>& names) const {
   std::vector<VARIANT> reversed;
-  for (auto argument = inOrder.rbegin(); argument != inOrder.rend(); ++argument)
-    reversed.push_back(argument->get());
+  for (const auto& argument : inOrder) reversed.push_back(argument.get());
+  std::ranges::reverse(reversed);
   std::reverse(names.begin(), names.end());
   DISPPARAMS parameters = {reversed.data(), names.data(), static_cast<UINT>(reversed.size()),
                            static_cast<UINT>(names.size())};
@@ -43,10 +43,10 @@ Answer LateBound::invoke(const wchar_t* name, WORD flags,
 }
 
 Answer LateBound::callNamed(const wchar_t* name, std::vector<com::Variant> arguments,
-                            std::vector<std::pair<std::wstring, com::Variant>> named) const {
+                            const std::vector<std::pair<std::wstring, com::Variant>>& named) const {
   std::vector<LPOLESTR> names = {const_cast<LPOLESTR>(name)};
-  for (auto& [parameter, value] : named) {
-    names.push_back(parameter.data());
+  for (const auto& [parameter, value] : named) {
+    names.push_back(const_cast<LPOLESTR>(parameter.c_str()));
     arguments.push_back(value);
   }
   std::vector<DISPID> ids(names.size());

@@ -34,7 +34,7 @@ class LateBound {
   }
   // The last arguments are named.
   Answer callNamed(const wchar_t* name, std::vector<com::Variant> arguments,
-                   std::vector<std::pair<std::wstring, com::Variant>> named) const;
+                   const std::vector<std::pair<std::wstring, com::Variant>>& named) const;
 
   std::wstring text(const wchar_t* name) const { return get(name).value.text(); }
   long number(const wchar_t* name) const { return get(name).value.number(); }

@@ -1,4 +1,4 @@
-#include <memory>
+#include <new>
 
 #include "host/AddIns.h"
 #include "host/guarded.h"
@@ -17,6 +17,8 @@ constexpr wchar_t progId[] = L"QuilletTest.AddIn";
 constexpr wchar_t addInKey[] = L"Software\\Microsoft\\Office\\FrontPage\\Addins\\QuilletTest.AddIn";
 
 using Calls = std::vector<std::wstring>;
+
+[[noreturn]] void throwSomething() { throw 1; }
 
 enum class Manner { good, fails, throws, faults };
 
@@ -59,7 +61,7 @@ class RecordingAddIn final : public standin::Extensibility {
     if (!application || !custom) return E_POINTER;
     calls_.push_back(LateBound(addIn).text(L"ProgId"));
     if (manner_ == Manner::fails) return E_FAIL;
-    if (manner_ == Manner::throws) throw 1;
+    if (manner_ == Manner::throws) throwSomething();
     if (manner_ == Manner::faults) {
       volatile int* nowhere = nullptr;
       *nowhere = 1;
@@ -103,7 +105,8 @@ class Factory : public IClassFactory {
   STDMETHOD_(ULONG, AddRef)() override { return 1; }
   STDMETHOD_(ULONG, Release)() override { return 1; }
   STDMETHOD(CreateInstance)(IUnknown*, REFIID iid, void** object) override {
-    return ComPtr<RecordingAddIn>(new RecordingAddIn(calls, manner))->QueryInterface(iid, object);
+    auto* made = new (std::nothrow) RecordingAddIn(calls, manner);
+    return made ? ComPtr<RecordingAddIn>(made)->QueryInterface(iid, object) : E_OUTOFMEMORY;
   }
   STDMETHOD(LockServer)(BOOL) override { return S_OK; }
 };
@@ -118,7 +121,7 @@ struct OfferedAddIn {
   explicit OfferedAddIn(DWORD loadBehavior = 3) {
     const std::wstring id = L"{5E3C7B10-4D1E-4D0B-9B51-0C2E7A663107}";
     RegSetValueW(HKEY_CLASSES_ROOT, L"QuilletTest.AddIn\\CLSID", REG_SZ, id.c_str(),
-                 static_cast<DWORD>(id.size() * sizeof(wchar_t)));
+                 static_cast<DWORD>(id.size()) * sizeof(wchar_t));
     CoRegisterClassObject(classId, &factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie);
     registry.setNumber(HKEY_CURRENT_USER, addInKey, L"LoadBehavior", loadBehavior);
     registry.setString(HKEY_CURRENT_USER, addInKey, L"FriendlyName", L"Test");
@@ -131,7 +134,7 @@ struct OfferedAddIn {
   OfferedAddIn(const OfferedAddIn&) = delete;
   OfferedAddIn& operator=(const OfferedAddIn&) = delete;
 
-  AddIns started(bool byDispatch = false) {
+  AddIns started(bool byDispatch = false) const {
     AddIns addIns(host.sharedSession(), host.application(), byDispatch);
     addIns.find();
     addIns.connectAtStart();
