@@ -45,9 +45,9 @@ std::wstring displayPath(std::wstring_view folderUrl, std::wstring_view webUrl) 
 }
 
 bool contains(const std::vector<std::wstring>& names, std::wstring_view name) {
-  for (const std::wstring& each : names)
-    if (text::equalIgnoringCase(each, name)) return true;
-  return false;
+  return std::any_of(names.begin(), names.end(), [name](const std::wstring& each) {
+    return text::equalIgnoringCase(each, name);
+  });
 }
 
 std::wstring freeFolderName(const std::vector<std::wstring>& names) {

@@ -54,7 +54,8 @@ DWORD pixelAt(Drawing drawing, int column, int row, int size) {
   const double step = units / size / samples;
   for (int sample = 0; sample < samples * samples; ++sample) {
     const double x = (column * samples + sample % samples + 0.5) * step;
-    const double y = (row * samples + sample / samples + 0.5) * step;
+    const int line = sample / samples;
+    const double y = (row * samples + line + 0.5) * step;
     const Shape* const shape = shapeAt(drawing, x, y);
     if (!shape) continue;
     ++covered;

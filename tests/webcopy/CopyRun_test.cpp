@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 
 #include "tests/support/ImportPatch.h"
@@ -12,12 +13,12 @@ constexpr wchar_t question[] =
     L"ask: The DWT named \r\n \" /dwts/Blue. \"\r\n already exists. Do you want to overwrite the "
     L"existing DWT with the new DWT?";
 constexpr wchar_t failure[] = L"fail: An error was encountered while copying the DWT's.";
+constexpr wchar_t countCancelled[] =
+    L"  ERROR in procedure CountFilesAndFolders of Form frmCopyToWeb. Error : Operation Cancelled.";
 constexpr wchar_t cancelLine[] = L"Copy to web operation has been cancelled!!!";
 
 bool has(const Lines& lines, const std::wstring& wanted) {
-  for (const auto& line : lines)
-    if (line == wanted) return true;
-  return false;
+  return std::find(lines.begin(), lines.end(), wanted) != lines.end();
 }
 
 // The page, as it lies in the web.
@@ -454,18 +455,16 @@ TEST_CASE("a cancel during the count is logged there and ends the run at the nex
   const RunResult result = runCopy(fixture, view);
   CHECK(result.cancelled);
   CHECK(fixture.webTree().empty());
-  CHECK(fixture.log.messages() ==
-        Lines{
-            L"Begin process of copying DWT's to the web...",
-            L"Preparing to copy DWT Folder : \"Blue\" to web...",
-            L"DWT Path : " + fixture.templateFolder(),
-            L"  Performing initialisation of the variables...",
-            L"  Completed initialization of the variables...",
-            L"  Preparing to copy files and folders to the web...",
-            L"  ERROR in procedure CountFilesAndFolders of Form frmCopyToWeb. Error : Operation "
-            L"Cancelled.",
-            std::wstring(L"  ") + cancelLine,
-        });
+  CHECK(fixture.log.messages() == Lines{
+                                      L"Begin process of copying DWT's to the web...",
+                                      L"Preparing to copy DWT Folder : \"Blue\" to web...",
+                                      L"DWT Path : " + fixture.templateFolder(),
+                                      L"  Performing initialisation of the variables...",
+                                      L"  Completed initialization of the variables...",
+                                      L"  Preparing to copy files and folders to the web...",
+                                      countCancelled,
+                                      std::wstring(L"  ") + cancelLine,
+                                  });
 }
 
 TEST_CASE("what was imported before a cancel stays in the web") {

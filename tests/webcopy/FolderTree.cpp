@@ -69,7 +69,7 @@ bool FolderTree::visible(HTREEITEM node) const {
 
 // The node goes in where its rectangle comes out.
 bool FolderTree::place(HTREEITEM node, BOOL textOnly, RECT& rect) const {
-  std::memcpy(&rect, &node, sizeof node);
+  std::memcpy(&rect, &node, sizeof rect.left);
   return SendMessageW(tree_, TVM_GETITEMRECT, static_cast<WPARAM>(textOnly),
                       reinterpret_cast<LPARAM>(&rect)) != 0;
 }

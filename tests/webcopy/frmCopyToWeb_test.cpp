@@ -2,6 +2,8 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
+
 #include "common/module.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/text_output.h"
@@ -27,12 +29,12 @@ struct CopySession {
   }
   ~CopySession() { hostApplication() = HostApplication(); }
 
-  bool run(const std::wstring& tag = {}) {
+  bool run(const std::wstring& tag = {}) const {
     return frmCopyToWeb().CopyTemplateFolder(
         L"/dwts", {L"Blue skies", tag.empty() ? fixture.templateFolder() : tag}, owner);
   }
   // During the import of each file.
-  void onImport(std::function<void()> action) {
+  void onImport(std::function<void()> action) const {
     fixture.host.faults().before(L"WebFiles.Add", std::move(action));
   }
   long position(int bar) const {
@@ -54,9 +56,10 @@ bool arrived(const CopySession& session, const wchar_t* file) {
 }
 
 bool logged(const CopySession& session, const std::wstring& line) {
-  for (const auto& each : session.fixture.log.messages())
-    if (each.substr(std::min(each.size(), each.find_first_not_of(L' '))) == line) return true;
-  return false;
+  const Lines lines = session.fixture.log.messages();
+  return std::any_of(lines.begin(), lines.end(), [&](const std::wstring& each) {
+    return each.substr(std::min(each.size(), each.find_first_not_of(L' '))) == line;
+  });
 }
 
 std::wstring toolTip(int id) {

@@ -71,7 +71,7 @@ std::wstring toolTip(int id) {
 std::wstring largeWeb() {
   wchar_t temp[MAX_PATH];
   GetTempPathW(MAX_PATH, temp);
-  const std::wstring web = std::wstring(temp) + L"Quillet large web";
+  std::wstring web = std::wstring(temp) + L"Quillet large web";
   if (GetFileAttributesW((web + L"\\complete").c_str()) != INVALID_FILE_ATTRIBUTES) return web;
   CreateDirectoryW(web.c_str(), nullptr);
   for (int number = 0; number < 100; ++number) {
