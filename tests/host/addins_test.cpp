@@ -18,6 +18,11 @@ constexpr wchar_t addInKey[] = L"Software\\Microsoft\\Office\\FrontPage\\Addins\
 
 using Calls = std::vector<std::wstring>;
 
+void writeToNowhere() {
+  volatile int* nowhere = nullptr;
+  *nowhere = 1;  // cppcheck-suppress nullPointer
+}
+
 [[noreturn]] void throwSomething() { throw 1; }
 
 enum class Manner { good, fails, throws, faults };
@@ -62,10 +67,7 @@ class RecordingAddIn final : public standin::Extensibility {
     calls_.push_back(LateBound(addIn).text(L"ProgId"));
     if (manner_ == Manner::fails) return E_FAIL;
     if (manner_ == Manner::throws) throwSomething();
-    if (manner_ == Manner::faults) {
-      volatile int* nowhere = nullptr;
-      *nowhere = 1;
-    }
+    if (manner_ == Manner::faults) writeToNowhere();
     return S_OK;
   }
   STDMETHOD(OnDisconnection)(long mode, SAFEARRAY**) override {
@@ -242,12 +244,7 @@ TEST_CASE("the host survives an add-in that accesses memory it must not") {
 
 TEST_CASE("guarded calls can be nested and tell how they ended") {
   bool inner = true;
-  CHECK(standin::guarded([&] {
-    inner = standin::guarded([] {
-      volatile int* nowhere = nullptr;
-      *nowhere = 1;
-    });
-  }));
+  CHECK(standin::guarded([&] { inner = standin::guarded(writeToNowhere); }));
   CHECK_FALSE(inner);
   CHECK_FALSE(standin::guarded([] { throw 1; }));
 }
