@@ -266,6 +266,23 @@ TEST_CASE("cancelling the first choice of a destination leaves it empty") {
   CHECK(browser.driver.boxes()[0].text == defaultQuestion(browser));
 }
 
+TEST_CASE("cancelling the choice gives up a default destination that was never shown") {
+  BrowserWindow browser;
+  browser.addTemplate(L"home");
+  browser.web.writeFile(L"dwts\\home\\home.dwt", "older");
+  cancelPicker(browser);
+  browser.driver.answer(IDYES);  // to the default destination
+  browser.driver.answer(IDNO);   // do not overwrite
+  browser.driver.answer(IDNO);
+  browser.show([&] {
+    press(browser.dialog, IDOK);
+    press(browser.dialog, IDC_QUILLET_DESTFOLDER);
+    press(browser.dialog, IDOK);
+  });
+  REQUIRE(browser.driver.boxes().size() == 3);
+  CHECK(browser.driver.boxes()[2].text == defaultQuestion(browser));
+}
+
 TEST_CASE("a default folder that is missing is made when the user wants it") {
   BrowserWindow browser;
   browser.addTemplate(L"home");

@@ -41,6 +41,8 @@ class OpenKey {
 }  // namespace
 
 ScratchRegistry::ScratchRegistry() {
+  // A process that was killed may have left its keys behind, and numbers of processes come again.
+  deleteTree(HKEY_CURRENT_USER, processKey());
   HKEY keys[2] = {};
   for (int i = 0; i < 2; ++i)
     RegCreateKeyW(HKEY_CURRENT_USER, (processKey() + L"\\" + std::to_wstring(i)).c_str(), &keys[i]);
