@@ -344,6 +344,37 @@ TEST_SUITE("connection to the host") {
     CHECK_FALSE(cancelled);
   }
 
+  TEST_CASE("The host may let go of the add-in while its browser is shown") {
+    ScratchFolder web;
+    Connected connected({}, web.path());
+    bool keptLoaded = false;
+    connected.modal.onDialog(L"Dynamic Web Template Browser", [&](HWND dialog) {
+      connected.disconnect(userClosed);
+      connected.addIn.reset();
+      keptLoaded = !connected.module.canUnload();
+      PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+    });
+    REQUIRE(connected.host.click(copyToWeb));
+    CHECK(keptLoaded);
+    CHECK(connected.entries() == 0);
+    CHECK(connected.module.canUnload());
+    connected.host.application()->AddRef();
+    CHECK(connected.host.application()->Release() == 1);
+  }
+
+  TEST_CASE("The host may let go of the add-in while a click asks for the open web") {
+    for (const wchar_t* entry : {copyToWeb, dwtOnline}) {
+      Connected connected;
+      connected.host.faults().before(L"Application.ActiveWeb", [&] {
+        if (!connected.addIn) return;
+        connected.disconnect(userClosed);
+        connected.addIn.reset();
+      });
+      checkNoWebMessage(connected, entry);
+      CHECK(connected.module.canUnload());
+    }
+  }
+
   TEST_CASE("With an open web the online entry says in the log that there is no catalogue yet") {
     ScratchFolder web;
     Connected connected({}, web.path());
