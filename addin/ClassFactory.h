@@ -4,8 +4,8 @@
 #include <windows.h>
 #include <unknwn.h>
 
-#include "addin/lifetime.h"
 #include "common/com.h"
+#include "common/lifetime.h"
 
 class ClassFactory final : public IClassFactory {
  public:

@@ -7,8 +7,8 @@
 
 #include <functional>
 
-#include "addin/lifetime.h"
 #include "common/com.h"
+#include "common/lifetime.h"
 
 // One reference-counted sink for `_CommandBarButtonEvents`. The host may keep it beyond the
 // connection; after `detach` clicks go nowhere.

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "addin/IDTExtensibility2.h"
-#include "addin/lifetime.h"
+#include "common/lifetime.h"
 
 // Calls by name reach the same methods as calls through the table. They are taken generously: only
 // the arguments that a connection uses must have their types.

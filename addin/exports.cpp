@@ -4,9 +4,9 @@
 
 #include "addin/ClassFactory.h"
 #include "addin/identity.h"
-#include "addin/lifetime.h"
 #include "addin/registration.h"
 #include "common/letter_case.h"
+#include "common/lifetime.h"
 #include "common/module.h"
 
 namespace {

@@ -7,6 +7,7 @@
 #include <mshtmhst.h>
 
 #include "common/forms/WebBrowser.h"
+#include "common/lifetime.h"
 
 namespace forms {
 
@@ -121,6 +122,8 @@ class WebBrowser::Site final : public IOleClientSite,
   void fileDownload(const DISPPARAMS& arguments);
 
   LONG references_ = 1;
+  // The browser may hold on to its site for longer than the form lives.
+  lifetime::ModuleReference moduleReference_;
   WebBrowser* owner_;
 };
 

@@ -7,9 +7,9 @@
 
 #include "addin/ClickSink.h"
 #include "addin/identity.h"
-#include "addin/lifetime.h"
 #include "addin/resource.h"
 #include "common/handles.h"
+#include "common/lifetime.h"
 #include "common/text.h"
 #include "host/model/Host.h"
 #include "tests/addin/PortableExecutable.h"

@@ -158,6 +158,8 @@ class FakeBrowserObject final
     fire(DISPID_DOCUMENTCOMPLETE, {self(), address});
   }
 
+  ComPtr<IUnknown> site() const { return site_.as<IUnknown>(); }
+
   long ambient(DISPID property) {
     const auto site = ComPtr<IOleClientSite>(site_).as<IDispatch>();
     com::Variant value;
@@ -398,6 +400,8 @@ void FakeWebBrowser::clear() {
   navigations_.clear();
   calls_.clear();
 }
+
+ComPtr<IUnknown> FakeWebBrowser::site() const { return newest_ ? newest_->site() : nullptr; }
 
 long FakeWebBrowser::ambient(DISPID property) { return newest_ ? newest_->ambient(property) : 0; }
 

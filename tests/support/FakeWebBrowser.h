@@ -32,6 +32,8 @@ class FakeWebBrowser {
   const std::wstring& address() const noexcept { return address_; }
   const std::wstring& bodyHtml() const noexcept { return bodyHtml_; }
   int alive() const noexcept { return alive_; }
+  // What the newest browser was given as its site; null when it has none.
+  ComPtr<IUnknown> site() const;
   // An ambient property of the site; 0 when it has none.
   long ambient(DISPID property);
 

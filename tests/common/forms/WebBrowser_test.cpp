@@ -2,6 +2,7 @@
 
 #include "catalogue/resource.h"
 #include "common/forms/PictureBox.h"
+#include "common/lifetime.h"
 #include "tests/support/FakeWebBrowser.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/text_output.h"
@@ -79,6 +80,20 @@ TEST_CASE("the browser is made when it is first needed and taken down in order")
   CHECK(fake.alive() == 0);
   CHECK(fake.calls() ==
         Lines{L"InPlaceDeactivate", L"Unadvise", L"SetClientSite nothing", L"Close", L"released"});
+}
+
+TEST_CASE("the module stays loaded for as long as anybody holds the browser's site") {
+  FakeWebBrowser fake;
+  const long before = lifetime::references();
+  ComPtr<IUnknown> site;
+  show([&](PageForm& form) {
+    form.page.navigate(L"http://one/");
+    site = fake.site();
+  });
+  REQUIRE(site);
+  CHECK(lifetime::references() == before + 1);
+  site.reset();
+  CHECK(lifetime::references() == before);
 }
 
 TEST_CASE("a browser that cannot be made raises 429 each time it is asked for") {

@@ -1,4 +1,4 @@
-#include "addin/lifetime.h"
+#include "common/lifetime.h"
 
 #include <windows.h>
 
