@@ -68,7 +68,8 @@ void frmCopyToWeb::cmdCancel_Click() {
 
 bool frmCopyToWeb::keepGoing() {
   forms::yieldToMessages();
-  return run_->continueFlag();
+  // A host that is closing takes the window away without asking for a cancel.
+  return !isUnloaded() && run_->continueFlag();
 }
 
 void frmCopyToWeb::showWeb(const std::wstring& url) {

@@ -329,6 +329,32 @@ TEST_CASE("a host that closes before the copy has begun gets no template and its
   CHECK(message.wParam == 7);
 }
 
+TEST_CASE("a host that closes in the middle of a copy stops it at its next check") {
+  CopySession session;
+  session.onImport([] { PostQuitMessage(7); });
+  CHECK_FALSE(session.run());
+  CHECK(arrived(session, L"home.dwt"));
+  CHECK_FALSE(arrived(session, L"images\\logo.gif"));
+  CHECK(logged(session, cancelLine));
+  CHECK(session.driver.boxes().empty());
+  MSG message = {};
+  CHECK(pumpUntil([&] { return PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE); }));
+  CHECK(message.wParam == 7);
+}
+
+TEST_CASE("a copy whose owner goes in the middle stops at its next check") {
+  CopySession session;
+  const HWND frame = CreateWindowW(L"Static", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50,
+                                   700, 500, nullptr, nullptr, nullptr, nullptr);
+  session.owner = frame;
+  session.onImport([&] { DestroyWindow(frame); });
+  CHECK_FALSE(session.run());
+  CHECK(arrived(session, L"home.dwt"));
+  CHECK_FALSE(arrived(session, L"images\\logo.gif"));
+  CHECK(logged(session, cancelLine));
+  CHECK_FALSE(IsWindow(session.dialog));
+}
+
 TEST_CASE("a copy leaves no handle open") {
   const long before = handles::liveCount();
   {
