@@ -1,7 +1,7 @@
 // A directory's entries, in the file system's order, by the system's ANSI find-first and find-next.
 //
-// The ANSI record holds names of up to 259 characters. A name outside the code page arrives with
-// "?" in place of what the page lacks.
+// The ANSI record holds names of up to 259 characters. What the code page lacks of a name arrives
+// as the character that looks most like it, or as "?": the name may be that of another file then.
 #pragma once
 
 #include <windows.h>

@@ -1,11 +1,13 @@
 #include "webcopy/CopyRun.h"
 
 #include <limits>
+#include <set>
 #include <utility>
 
 #include "common/IniFile.h"
 #include "common/letter_case.h"
 #include "common/log.h"
+#include "common/paths.h"
 #include "common/text.h"
 #include "webcopy/ThemeValue.h"
 
@@ -269,12 +271,15 @@ void CopyRun::copyEntries(const std::wstring& sourceFolder, const std::wstring& 
   }
   const std::wstring source = text::withEnding(sourceFolder, L'\\');
   const std::wstring target = text::withEnding(webFolder, L'/');
+  std::set<std::wstring> seen;
   // Not undone here: a folder's line goes back one level itself, the caller of the walk the last.
   LogIndent(true);
   do {
     check();
     const FileEntry& entry = search.entry();
     if (entry.isDots() || isHostOwn(source + entry.name)) continue;
+    // Names outside the code page can come under one that is taken: what they mean is out of reach.
+    if (!seen.insert(text::toLower(entry.name)).second) throw Error(errors::badFileName);
     if (entry.isFolder())
       copyFolder(source, target, entry.name);
     else
@@ -306,7 +311,10 @@ void CopyRun::copyFile(const std::wstring& sourceFolder, const std::wstring& web
 
 void CopyRun::importFile(const std::wstring& source, const std::wstring& webFolder,
                          const std::wstring& name) {
-  if (const auto old = web().locateFile(webFolder + name)) old->remove();
+  const auto old = web().locateFile(webFolder + name);
+  // One that has gone meanwhile, or whose name the code page lacks, must not cost its namesake.
+  if (!modCommon::fileExists(source)) throw Error(errors::fileNotFound);
+  if (old) old->remove();
   const auto folder = web().locateFolder(webFolder);
   if (!folder) throw Error(errors::objectNotSet);
   HostFile imported = folder->importFile(source);

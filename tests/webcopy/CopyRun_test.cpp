@@ -627,6 +627,20 @@ TEST_CASE("a file that cannot be deleted in the web is not imported") {
   CHECK(has(fixture.log.messages(), L"  Overwritten DWT : Blue"));
 }
 
+TEST_CASE("a local file that has gone meanwhile leaves its namesake in the web") {
+  CopyFixture fixture;
+  fixture.disk.writeFile(L"webs\\site\\dwts\\Blue\\home.dwt", "old");
+  const std::wstring source = fixture.disk.writeFile(L"templates\\Blue\\home.dwt", "new");
+  fixture.host.faults().before(L"Web.LocateFile", [&] { DeleteFileW(source.c_str()); });
+  RecordingView view;
+  const RunResult result = runCopy(fixture, view);
+  CHECK_FALSE(result.copied);
+  CHECK_FALSE(result.cancelled);
+  CHECK(view.of(L"fail: ").empty());
+  CHECK(pageOf(fixture) == "old");
+  CHECK(fixture.host.faults().calls(L"WebFile.Delete") == 0);
+}
+
 TEST_CASE("a refused sub-folder leaves the walk without a message") {
   CopyFixture fixture;
   fixture.makeBlue();
@@ -875,6 +889,27 @@ TEST_CASE("a file whose name the code page lacks is never taken for another one"
   CHECK(fixture.webTree(L"dwts\\Blue") == Lines{L"ax.htm"});
   CHECK(fixture.disk.readFile(L"webs\\site\\dwts\\Blue\\ax.htm") == "mine");
   CHECK(has(fixture.log.messages(), L"      Copying file : ?x.htm"));
+}
+
+// The system's ANSI search gives such a file the name that looks most like its own.
+TEST_CASE("a file that comes under a name like its own leaves the web file of that name alone") {
+  CopyFixture fixture;
+  fixture.disk.writeFile(L"templates\\Blue\\\u0101x.htm", "new");
+  fixture.disk.writeFile(L"webs\\site\\dwts\\Blue\\ax.htm", "mine");
+  RecordingView view;
+  CHECK_FALSE(runCopy(fixture, view).copied);
+  CHECK(fixture.disk.readFile(L"webs\\site\\dwts\\Blue\\ax.htm") == "mine");
+  CHECK(has(fixture.log.messages(), L"      Copying file : ax.htm"));
+}
+
+TEST_CASE("two files that come under one name are not taken for a whole copy") {
+  CopyFixture fixture;
+  fixture.disk.writeFile(L"templates\\Blue\\\u0101x.htm", "lost");
+  fixture.disk.writeFile(L"templates\\Blue\\ax.htm", "found");
+  RecordingView view;
+  CHECK_FALSE(runCopy(fixture, view).copied);
+  CHECK(fixture.disk.readFile(L"webs\\site\\dwts\\Blue\\ax.htm") == "found");
+  CHECK(view.of(L"fail: ").empty());
 }
 
 TEST_CASE("a folder whose path the code page lacks is told as one that cannot be opened") {
