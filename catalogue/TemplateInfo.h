@@ -1,11 +1,8 @@
-// A template's description: the section named by its base name in its folder's "quillet.ini".
+// A template's description, as its folder's description file gives it.
 #pragma once
 
 #include <string>
 #include <string_view>
-
-// The name of the description file in a template folder.
-inline constexpr wchar_t descriptionFileName[] = L"quillet.ini";
 
 struct TemplateInfo {
   std::wstring title;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "common/IniFile.h"
+#include "common/description_file.h"
 #include "common/letter_case.h"
 #include "common/log.h"
 #include "common/paths.h"
@@ -14,7 +15,6 @@
 namespace {
 
 constexpr wchar_t formName[] = L"frmCopyToWeb";
-constexpr wchar_t descriptionFile[] = L"quillet.ini";
 constexpr wchar_t fileUrlPrefix[] = L"file:///";
 constexpr short overallSteps = 5;
 constexpr unsigned themeValueLength = 256;
@@ -41,7 +41,7 @@ bool isTemplateFile(std::wstring_view name) {
 }
 
 bool isDescriptionFile(std::wstring_view name) {
-  return text::equalIgnoringCase(name, descriptionFile);
+  return text::equalIgnoringCase(name, descriptionFileName);
 }
 
 void logError(const wchar_t* procedure, const Error& error) {
@@ -154,12 +154,10 @@ void CopyRun::prepare() {
 }
 
 bool CopyRun::overwriteAgreed() {
-  const std::wstring pattern =
+  constexpr wchar_t pattern[] =
       L"The DWT named | \" %s. \"| already exists. Do you want to overwrite the existing DWT with "
       L"the new DWT?";
-  const std::wstring prompt =
-      text::replaceIgnoringCase(text::replaceAll(pattern, L"|", L"\r\n"), L"%s", targetPath_);
-  if (view_.ask(prompt)) {
+  if (view_.ask(text::message(pattern, targetPath_))) {
     WriteLog(L"Overwriting DWT : " + existing_->name());
     return true;
   }
@@ -328,7 +326,7 @@ void CopyRun::CleanUploadedFolder() {
   if (!ImportedTemplates_.empty()) {
     const std::wstring url = ImportedTemplates_.front().url();
     const std::wstring folder = url.substr(0, url.rfind(L'/') + 1);
-    if (const auto file = web().locateFile(folder + descriptionFile)) {
+    if (const auto file = web().locateFile(folder + descriptionFileName)) {
       file->remove();
       WriteLog(L"Quillet ini file found and deleted");
     }
@@ -340,7 +338,7 @@ void CopyRun::CleanUploadedFolder() {
 void CopyRun::ApplyTemplateTheme(const HostFile& file, const std::wstring& templateFolder) {
   const std::wstring baseName = baseNameOf(file);
   view_.showCurrentStatus(L"Applying theme to " + baseName + L"...");
-  const std::wstring value = readIniValue(templateFolder + L"\\" + descriptionFile, baseName,
+  const std::wstring value = readIniValue(templateFolder + L"\\" + descriptionFileName, baseName,
                                           L"Theme", {}, themeValueLength);
   if (value.empty()) return;
   WriteLog(L"DWT: " + baseName + L", Theme: " + value);

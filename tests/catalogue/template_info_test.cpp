@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "common/description_file.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/text_output.h"
 
