@@ -20,6 +20,7 @@ std::wstring_view ofCaption(std::wstring_view caption) {
 
 std::wstring add(const std::vector<std::wstring>& captions, const std::wstring& caption) {
   std::vector<std::wstring_view> used;
+  used.reserve(captions.size());
   for (const auto& other : captions) used.push_back(ofCaption(other));
 
   const auto isFree = [&](std::wstring_view letter) {

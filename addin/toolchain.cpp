@@ -24,7 +24,6 @@ class StandardLibraryError : public std::exception {
 
 namespace __gnu_cxx {
 
-void __verbose_terminate_handler();
 void __verbose_terminate_handler() { std::abort(); }
 
 }  // namespace __gnu_cxx

@@ -453,7 +453,7 @@ void frmQuillet::bringToFront() {
 }
 
 void frmQuillet::cmdDWTOnline_Click() {
-  handle(L"cmdDWTOnline_Click", [this] { WriteLog(L"DWT Online is not available yet."); });
+  handle(L"cmdDWTOnline_Click", [] { WriteLog(L"DWT Online is not available yet."); });
 }
 
 // New templates join the list; the folders that are listed already are not scanned again.

@@ -38,7 +38,7 @@ class frmQuillet : public forms::Form, private TemplateScanView {
   bool isListed(std::wstring_view key) override { return lvDWTs.hasKey(key); }
   void add(const TemplateEntry& entry) override;
   int count() override { return lvDWTs.count(); }
-  void showNotReady(const std::wstring& message) override;
+  void showNotReady(const std::wstring& text) override;
   void showWaitCursor(bool shown) noexcept override;
 
   void lvListView_ItemClick();

@@ -135,7 +135,7 @@ bool RegKey::SetValueEx_SZ(std::wstring_view name, std::wstring_view value, DWOR
     const std::string bytes = text::toAnsi(value);
     return settle(RegSetValueExA(used, text::toAnsi(name).c_str(), 0, type,
                                  reinterpret_cast<const BYTE*>(bytes.c_str()),
-                                 static_cast<DWORD>(bytes.size() + 1)));
+                                 static_cast<DWORD>(bytes.size()) + 1));
   });
 }
 

@@ -17,7 +17,9 @@ long HostControl::index() const { return object_.value(L"Index").number(); }
 std::wstring HostControl::tag() const { return object_.value(L"Tag").text(); }
 std::wstring HostControl::caption() const { return object_.value(L"Caption").text(); }
 void HostControl::setTag(const std::wstring& tag) const { object_.put(L"Tag", tag); }
-void HostControl::setCaption(const std::wstring& text) const { object_.put(L"Caption", text); }
+void HostControl::setCaption(const std::wstring& caption) const {
+  object_.put(L"Caption", caption);
+}
 void HostControl::setBeginGroup(bool begins) const { object_.put(L"BeginGroup", begins); }
 void HostControl::setStyle(long style) const { object_.put(L"Style", style); }
 void HostControl::pasteFace() const { object_.call(L"PasteFace"); }

@@ -80,7 +80,7 @@ class Form {
 
   // Which edges a control keeps; the designed size is the smallest the window can be made,
   // unless the screen is smaller still.
-  void keep(const Control& control, unsigned edges);
+  void keep(const Control& target, unsigned edges);
 
   // Runs the body of an event handler. An error inside becomes the form's log line, the handler
   // ends and the form stays.

@@ -41,7 +41,7 @@ inline Lines listTexts(HWND list) {
 
 class BrowserWindow {
  public:
-  explicit BrowserWindow(standin::HostOptions options = {})
+  explicit BrowserWindow(const standin::HostOptions& options = {})
       : host(options, web.path(), themes.path()), former_(hostApplication()) {
     hostApplication() = HostApplication(host::Dispatch(ComPtr<IDispatch>(host.application())));
     registry.setString(HKEY_CURRENT_USER, browserSettings, L"Logging", L"1");
