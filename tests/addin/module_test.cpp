@@ -1,7 +1,6 @@
 // The module's file, and its life in the host's process.
-#include <float.h>
-
 #include <algorithm>
+#include <cfloat>
 #include <clocale>
 #include <set>
 

@@ -754,13 +754,13 @@ TEST_CASE("nothing is stored before OK") {
 TEST_CASE("cancel and the close box and Escape store nothing") {
   const std::pair<UINT, WPARAM> ways[] = {
       {WM_COMMAND, IDCANCEL}, {WM_CLOSE, 0}, {WM_SYSCOMMAND, SC_CLOSE}};
-  for (const auto& [message, wParam] : ways) {
+  for (const auto& way : ways) {
     FolderDialog session;
     listForUser(session.registry, L"C:\\User");
     session.driver.answer(IDYES);
     CHECK_FALSE(session.show([&](HWND dialog, const ShownList&) {
       press(dialog, IDC_FOLDERS_REMOVE);
-      SendMessageW(dialog, message, wParam, 0);
+      SendMessageW(dialog, way.first, way.second, 0);
       CHECK_FALSE(IsWindowVisible(dialog));
     }));
     CHECK(session.stored() == Lines{L"C:\\User"});

@@ -48,7 +48,8 @@ TEST_CASE("every run-time number has its description") {
       {512, L"Operation Cancelled."},
   };
   for (const auto& [number, description] : expected) {
-    CAPTURE(number);
+    const long row = number;
+    CAPTURE(row);
     CHECK(errors::descriptionOf(number) == description);
     CHECK(Error(number).number() == number);
     CHECK(Error(number).description() == description);
@@ -69,7 +70,8 @@ TEST_CASE("every system code becomes its run-time number") {
       {ERROR_ACCESS_DENIED, 75},       {ERROR_PATH_NOT_FOUND, 76},
   };
   for (const auto& [code, number] : expected) {
-    CAPTURE(code);
+    const DWORD row = code;
+    CAPTURE(row);
     CHECK(errors::numberFromSystemCode(code) == number);
     CHECK(errors::fromSystemCode(code).description() == errors::descriptionOf(number));
   }
@@ -93,7 +95,8 @@ TEST_CASE("every result of a COM call becomes its run-time number") {
       {E_UNEXPECTED, 440},          {RPC_E_DISCONNECTED, 440},
   };
   for (const auto& [result, number] : expected) {
-    CAPTURE(result);
+    const HRESULT row = result;
+    CAPTURE(row);
     CHECK(errors::fromHResult(result).number() == number);
     CHECK(errors::fromHResult(result).description() == errors::descriptionOf(number));
   }

@@ -29,14 +29,14 @@ class ProbeForm : public forms::Form {
 
  private:
   void Form_Load() override {
-    events.push_back(L"load");
+    events.emplace_back(L"load");
     load(*this);
   }
   void Form_Activate() override {
-    events.push_back(L"activate");
+    events.emplace_back(L"activate");
     activate(*this);
   }
-  void Form_Unload() override { events.push_back(L"unload"); }
+  void Form_Unload() override { events.emplace_back(L"unload"); }
 };
 
 // A visible window that stands for the host's frame.

@@ -342,7 +342,8 @@ TEST_CASE("making a folder that cannot be made raises an error with its number")
                                              {ERROR_INVALID_NAME, 52},   {ERROR_DISK_FULL, 61}};
   ImportPatch patch(nullptr, "kernel32.dll", "CreateDirectoryW", refuseToMake);
   for (const auto& [code, number] : expected) {
-    CAPTURE(code);
+    const DWORD row = code;
+    CAPTURE(row);
     refusal = code;
     long raised = 0;
     try {
