@@ -287,6 +287,13 @@ INT_PTR Form::onDialogMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       return TRUE;
     case WM_NOTIFY:
       return onNotify(*reinterpret_cast<NMHDR*>(lParam));
+    case WM_DRAWITEM: {
+      const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
+      Control* const target = wParam ? control(item.hwndItem) : nullptr;  // 0: a menu
+      if (!target) return FALSE;
+      target->onDraw(item.hDC, item.rcItem);
+      return TRUE;
+    }
     case WM_CLOSE:
       if (!unloaded_) Form_QueryUnload();
       return TRUE;

@@ -58,6 +58,18 @@ std::wstring Label::toolTip() const {
   return size.cx > client.right ? value : Control::toolTip();
 }
 
+void Label::onDraw(HDC target, const RECT& place) {
+  const HGDIOBJ former =
+      SelectObject(target, reinterpret_cast<HGDIOBJ>(SendMessageW(hwnd(), WM_GETFONT, 0, 0)));
+  FillRect(target, &place, GetSysColorBrush(COLOR_3DFACE));
+  SetBkMode(target, TRANSPARENT);
+  SetTextColor(target, GetSysColor(COLOR_WINDOWTEXT));
+  RECT lines = place;
+  DrawTextW(target, text().c_str(), -1, &lines,
+            DT_NOPREFIX | DT_WORDBREAK | DT_EDITCONTROL | DT_END_ELLIPSIS);
+  SelectObject(target, former);
+}
+
 void Button::onCommand(WORD code) {
   if (code == BN_CLICKED && onClick) onClick();
 }

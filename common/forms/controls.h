@@ -49,6 +49,8 @@ class Control {
   // A command of one of the control's own parts, a toolbar's button.
   virtual void onChildCommand(int /*command*/) {}
   virtual LRESULT onNotify(NMHDR& /*header*/) { return 0; }
+  // A control of an owner-drawn style is to be painted.
+  virtual void onDraw(HDC /*target*/, const RECT& /*place*/) {}
 
   Form& form_;
   int id_;
@@ -57,7 +59,8 @@ class Control {
 };
 
 // A text. One with an ellipsis style (SS_ENDELLIPSIS, SS_PATHELLIPSIS) and SS_NOTIFY shows its full
-// text as a tip.
+// text as a tip. Those styles hold a text to one line; with SS_OWNERDRAW it is wrapped, and an
+// ellipsis ends the last line that there is room for.
 class Label : public Control {
  public:
   using Control::Control;
@@ -65,6 +68,7 @@ class Label : public Control {
 
  private:
   std::wstring toolTip() const override;
+  void onDraw(HDC target, const RECT& place) override;
 };
 
 class Button : public Control {
