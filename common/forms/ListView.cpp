@@ -23,7 +23,9 @@ ListView::ListView(Form& form, int id, std::wstring columnTitle)
 ListView::~ListView() = default;
 
 void ListView::onAttached() {
-  constexpr DWORD wanted = LVS_EX_FULLROWSELECT | LVS_EX_INFOTIP | LVS_EX_LABELTIP;
+  // Drawn aside: no flicker while the window is resized.
+  constexpr DWORD wanted =
+      LVS_EX_FULLROWSELECT | LVS_EX_INFOTIP | LVS_EX_LABELTIP | LVS_EX_DOUBLEBUFFER;
   ListView_SetExtendedListViewStyleEx(hwnd(), wanted, wanted);
   LVCOLUMNW column = {};
   column.mask = LVCF_TEXT | LVCF_WIDTH;
