@@ -118,7 +118,10 @@ void WebBrowser::navigate(const std::wstring& address) {
   com::Variant url(address);
   com::Variant none = com::Variant::missing();
   auto* const left = const_cast<VARIANT*>(&none.get());
-  check(target.Navigate2(const_cast<VARIANT*>(&url.get()), left, left, left, left));
+  onItsWay_ = true;  // it may arrive, or fail, inside the call
+  const HRESULT result = target.Navigate2(const_cast<VARIANT*>(&url.get()), left, left, left, left);
+  if (FAILED(result)) onItsWay_ = false;
+  check(result);
 }
 
 void WebBrowser::goBack() { check(browser().GoBack()); }
@@ -139,7 +142,8 @@ std::wstring WebBrowser::address() const {
 }
 
 void WebBrowser::setBodyHtml(const std::wstring& html, const std::wstring& text) {
-  if (replaceBody(html)) return;
+  // The page that is still shown would take the text away with it.
+  if (!onItsWay_ && replaceBody(html)) return;
   pendingBody_ = html;
   text_ = text;
   showObject(false);
@@ -159,6 +163,7 @@ bool WebBrowser::replaceBody(const std::wstring& html) {
 }
 
 void WebBrowser::documentComplete(const std::wstring& address, bool topFrame) {
+  if (topFrame) onItsWay_ = false;
   if (topFrame && !pendingBody_.empty() && replaceBody(pendingBody_)) {
     pendingBody_.clear();
     text_.clear();

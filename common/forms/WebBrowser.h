@@ -45,8 +45,8 @@ class WebBrowser : public Control {
   // What is shown now; empty before the first page.
   std::wstring address() const;
 
-  // Replaces the inner HTML of the page's body. Until there is a page, the control itself shows
-  // `text` in its place.
+  // Replaces the inner HTML of the page's body: of the page that is on its way, if one is. Until
+  // there is a page, the control itself shows `text` in its place.
   void setBodyHtml(const std::wstring& html, const std::wstring& text);
 
   // Keys of the page, when the focus is in it. For the form's preTranslate.
@@ -85,6 +85,7 @@ class WebBrowser : public Control {
   ComPtr<IConnectionPoint> events_;
   DWORD cookie_ = 0;
   bool passive_ = false;
+  bool onItsWay_ = false;     // a page that was asked for has not arrived yet
   std::wstring pendingBody_;  // for the page that is on its way
   std::wstring text_;         // shown while there is no page
 };

@@ -219,8 +219,10 @@ void WebBrowser::Site::beforeNavigate(const DISPPARAMS& arguments) {
 void WebBrowser::Site::navigateError(const DISPPARAMS& arguments) {
   if (arguments.cArgs < 5 || !owner_->onNavigateError) return;
   const auto frame = argument(arguments, 4).object();
+  const bool top = owner_->isTopFrame(frame.get());
+  if (top) owner_->onItsWay_ = false;
   bool cancel = false;
-  owner_->onNavigateError(argument(arguments, 3).text(), owner_->isTopFrame(frame.get()), cancel);
+  owner_->onNavigateError(argument(arguments, 3).text(), top, cancel);
   answer(arguments, cancel);
 }
 

@@ -176,7 +176,7 @@ class FakeBrowserObject final
                          VARIANT*) noexcept override {
     const std::wstring target = address->bstrVal;
     fake_.navigations_.push_back(target);
-    arrive(target);
+    if (!fake_.isSlow) arrive(target);
     return S_OK;
   }
   STDMETHODIMP GoBack() noexcept override { return note(L"GoBack"); }

@@ -21,6 +21,7 @@ class FakeWebBrowser {
   // How the browsers made from now on behave.
   bool canBeMade = true;
   bool hasDocument = true;  // false: no page ever arrives, as without a rendering engine
+  bool isSlow = false;      // pages arrive no sooner than the test lets them
   // Navigations to these addresses fire NavigateError with status 404.
   std::function<bool(const std::wstring&)> unreachable = [](const std::wstring&) { return false; };
 

@@ -205,6 +205,22 @@ TEST_CASE("a body that is set before there is a page is put into the next one") 
   });
 }
 
+TEST_CASE("a body that is set while a page is on its way is put into that page") {
+  FakeWebBrowser fake;
+  show([&](PageForm& form) {
+    form.page.navigate(L"http://one/");
+    fake.isSlow = true;
+    form.page.navigate(L"http://two/");
+    form.page.setBodyHtml(L"<p>instead</p>", L"instead");
+    fake.arrive(L"http://two/");
+    CHECK(fake.address() == L"http://two/");
+    CHECK(fake.bodyHtml() == L"<p>instead</p>");
+    fake.isSlow = false;
+    form.page.navigate(L"http://three/");
+    CHECK(fake.bodyHtml().empty());
+  });
+}
+
 TEST_CASE("the system's own browser component can be hosted and left") {
   show([](PageForm& form) {
     form.page.create();
