@@ -3,8 +3,11 @@
 #include <memory>
 
 #include "common/forms/DialogTemplate.h"
+#include "common/forms/PictureBox.h"
+#include "common/forms/WebBrowser.h"
 #include "common/forms/controls.h"
 #include "common/forms/resource.h"
+#include "tests/support/DialogResource.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/text_output.h"
 
@@ -53,6 +56,53 @@ class Frame {
  private:
   HWND window_;
 };
+
+// A dialog resource as a window that nobody sees.
+class BareDialog {
+ public:
+  explicit BareDialog(const std::vector<BYTE>& resource)
+      : window_(CreateDialogIndirectParamW(GetModuleHandleW(nullptr),
+                                           reinterpret_cast<const DLGTEMPLATE*>(resource.data()),
+                                           nullptr, nullptr, 0)) {}
+  ~BareDialog() {
+    if (window_) DestroyWindow(window_);
+  }
+  BareDialog(const BareDialog&) = delete;
+  BareDialog& operator=(const BareDialog&) = delete;
+  HWND get() const { return window_; }
+
+ private:
+  const forms::WindowClass pictures_{forms::PictureBox::className, DefWindowProcW};
+  const forms::WindowClass pages_{forms::WebBrowser::className, DefWindowProcW};
+  HWND window_;
+};
+
+// The room that the caption of a button or label takes in its font; labels may wrap.
+SIZE captionSize(HWND control, const std::wstring& caption, bool wraps, LONG width) {
+  const handles::WindowContext context(control);
+  const HGDIOBJ former = SelectObject(
+      context.get(), reinterpret_cast<HGDIOBJ>(SendMessageW(control, WM_GETFONT, 0, 0)));
+  RECT place = {0, 0, width, 0};
+  DrawTextW(context.get(), caption.c_str(), -1, &place,
+            DT_CALCRECT | (wraps ? DT_WORDBREAK : DT_SINGLELINE));
+  SelectObject(context.get(), former);
+  return {place.right, place.bottom};
+}
+
+bool captionFits(HWND control) {
+  wchar_t name[64] = {};
+  GetClassNameW(control, name, 64);
+  const bool label = std::wstring(name) == L"Static";
+  const LONG style = GetWindowLongW(control, GWL_STYLE);
+  const std::wstring caption = forms::windowText(control);
+  if ((!label && std::wstring(name) != L"Button") || caption.empty()) return true;
+  if (label && (style & SS_ELLIPSISMASK)) return true;
+  RECT place;
+  GetClientRect(control, &place);
+  const SIZE needed = captionSize(control, caption, label, place.right);
+  const LONG border = label ? 0 : 2 * GetSystemMetrics(SM_CXEDGE);
+  return needed.cx + border <= place.right && needed.cy <= place.bottom;
+}
 
 }  // namespace
 
@@ -245,6 +295,24 @@ TEST_CASE("a larger font makes the whole dialog larger") {
   CHECK(at96 > 0);
   CHECK(widthWith(10) > at96);
   CHECK(widthWith(12) > widthWith(10));
+}
+
+TEST_CASE("every caption fits its control at 96 and 120 and 144 pixels per inch") {
+  for (const WORD points : {8, 10, 12}) {
+    CAPTURE(points);
+    for (const DialogResource& each : dialogResources()) {
+      const auto resource =
+          forms::loadDialogTemplate(GetModuleHandleW(nullptr), each.id, {L"Tahoma", points});
+      const BareDialog dialog(resource);
+      REQUIRE(dialog.get());
+      for (HWND control = GetWindow(dialog.get(), GW_CHILD); control;
+           control = GetWindow(control, GW_HWNDNEXT)) {
+        CAPTURE(each.caption);
+        CAPTURE(forms::windowText(control));
+        CHECK(captionFits(control));
+      }
+    }
+  }
 }
 
 TEST_CASE("a form whose owner is destroyed ends and frees the other windows") {
