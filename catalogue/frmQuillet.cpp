@@ -182,6 +182,7 @@ void frmQuillet::startFailed(const Error& error) {
       unload();
       return;
     case errors::cancelled:
+      if (isUnloaded()) return;  // by the host, which is on its way out
       message(errors::descriptionOf(errors::cancelled), MB_ICONINFORMATION);
       return;
     default:
@@ -217,10 +218,19 @@ void frmQuillet::ListTemplates() {
     TemplateScan(*this).ListTemplates();
   } catch (...) {
     // What was listed before the cancellation can be used.
-    showList();
+    if (!isUnloaded()) showList();
     throw;
   }
   showList();
+}
+
+// Whoever cancels knows it: that is no error, and the list tells what was found until then.
+void frmQuillet::listAgain() {
+  try {
+    ListTemplates();
+  } catch (const Error& error) {
+    if (error.number() != errors::cancelled) throw;
+  }
 }
 
 void frmQuillet::showList() {
@@ -237,8 +247,11 @@ void frmQuillet::showList() {
 void frmQuillet::clearPreview() {
   xwpPreview.clear();
   cbZoom.setEnabled(false);
-  lblDWTDesc.setText(L"");
-  lblDWTPath.setText(L"");
+  for (forms::Label* each : {&lblDWTDesc, &lblDWTPath}) {
+    each->setText(L"");
+    each->setToolTip(L"");
+  }
+  cmdDWTNotes.tag.clear();
   lblTitle.setText(emptyHeading);
   navigate(forms::WebBrowser::blankPage);
 }
@@ -439,7 +452,7 @@ void frmQuillet::copyTo(const HostWeb& web, const forms::ListRow& row) {
 void frmQuillet::cmdSelect_Click() {
   handle(L"cmdSelect_Click", [this] {
     bringToFront();
-    if (ShowFolderDialog(hwnd())) ListTemplates();
+    if (ShowFolderDialog(hwnd())) listAgain();
     const bool any = lvDWTs.count() > 0;
     for (forms::Button* each : {&cmdCopytoWeb, &cmdDestFolder, &cmdApplyInstructions})
       each->setEnabled(any);

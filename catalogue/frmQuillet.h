@@ -64,6 +64,7 @@ class frmQuillet : public forms::Form, private TemplateScanView {
   void bringToFront();
 
   void ListTemplates();
+  void listAgain();
   void showList();
   void clearPreview();
   void enableTemplateButtons(bool enabled);

@@ -1,4 +1,6 @@
 // The template browser: destination, copy and the windows it opens.
+#include <algorithm>
+
 #include "catalogue/Destination.h"
 #include "tests/catalogue/frmQuillet_support.h"
 #include "tests/support/ImportPatch.h"
@@ -33,6 +35,13 @@ class LaunchesNoted {
 
  private:
   ImportPatch patch_{nullptr, "shell32.dll", "ShellExecuteW", &noteLaunch};
+};
+
+// No window can be made of a dialog resource.
+class NoDialogs {
+ private:
+  static HWND WINAPI refuse(HINSTANCE, LPCDLGTEMPLATEW, HWND, DLGPROC, LPARAM) { return nullptr; }
+  ImportPatch patch_{nullptr, "user32.dll", "CreateDialogIndirectParamW", refuse};
 };
 
 // Presses the picker's OK on the initial selection.
@@ -369,7 +378,7 @@ TEST_CASE("when the last template went the buttons that need one are off") {
   });
 }
 
-TEST_CASE("a scan that is cancelled after the folder dialog is logged and the window stays") {
+TEST_CASE("a scan that is cancelled after the folder dialog is no error and the window stays") {
   BrowserWindow browser;
   browser.addTemplate(L"a");
   browser.addTemplate(L"b");
@@ -383,9 +392,40 @@ TEST_CASE("a scan that is cancelled after the folder dialog is logged and the wi
     CHECK(IsWindowVisible(browser.dialog));
     CHECK(browser.rows().size() < 2);
     CHECK(browser.enabled(IDC_QUILLET_SELECT));
+    for (const int id : {IDOK, IDC_QUILLET_DESTFOLDER, IDC_QUILLET_INSTRUCTIONS})
+      CHECK(browser.enabled(id) == !browser.rows().empty());
   });
+  for (const std::wstring& line : browser.log.messages()) {
+    CAPTURE(line);
+    CHECK(line.find(L"Error") == line.npos);
+  }
+  CHECK(browser.driver.boxes().empty());
+}
+
+TEST_CASE("an error behind a button is logged under its name and the window stays") {
+  BrowserWindow browser;
+  browser.addTemplate(L"home");
+  browser.show([&] {
+    {
+      const NoDialogs noDialogs;
+      press(browser.dialog, IDC_QUILLET_ABOUT);
+      press(browser.dialog, IDC_QUILLET_SELECT);
+    }
+    browser.host.faults().refuse(L"Web.Url", L"Not now.", 1234);
+    press(browser.dialog, IDC_QUILLET_DESTFOLDER);
+    CHECK(IsWindowVisible(browser.dialog));
+    CHECK(IsWindowEnabled(browser.dialog));
+  });
+  const std::wstring missing = L" of Form frmQuillet. Error : 429\t";
+  const Lines lines = browser.log.messages();
+  const auto logged = [&](const std::wstring& start) {
+    return std::any_of(lines.begin(), lines.end(),
+                       [&](const std::wstring& line) { return line.starts_with(start); });
+  };
+  CHECK(logged(L"ERROR in procedure cmdAbout_Click_Error" + missing));
+  CHECK(logged(L"ERROR in procedure cmdSelect_Click" + missing));
   CHECK(browser.log.has(
-      L"ERROR in procedure cmdSelect_Click of Form frmQuillet. Error : 512\tOperation Cancelled."));
+      L"ERROR in procedure cmdDestFolder_Click of Form frmQuillet. Error : 1234\tNot now."));
   CHECK(browser.driver.boxes().empty());
 }
 

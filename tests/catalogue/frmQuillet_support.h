@@ -94,6 +94,22 @@ class BrowserWindow {
   std::wstring text(int id) const { return windowText(dialog, id); }
   bool enabled(int id) const { return isEnabled(dialog, id); }
   bool visible(int id) const { return IsWindowVisible(control(id)) != FALSE; }
+  // What the tool tip of the control says now.
+  std::wstring tip(int id) const {
+    HWND tips = nullptr;
+    while ((tips = FindWindowExW(nullptr, tips, TOOLTIPS_CLASSW, nullptr)) != nullptr) {
+      if (GetWindow(tips, GW_OWNER) != dialog) continue;
+      wchar_t buffer[1024] = {};
+      TTTOOLINFOW tool = {};
+      tool.cbSize = TTTOOLINFOW_V1_SIZE;
+      tool.hwnd = dialog;
+      tool.uId = reinterpret_cast<UINT_PTR>(control(id));
+      tool.lpszText = buffer;
+      SendMessageW(tips, TTM_GETTEXTW, 1024, reinterpret_cast<LPARAM>(&tool));
+      if (buffer[0]) return buffer;
+    }
+    return {};
+  }
   Lines rows() const { return listTexts(control(IDC_QUILLET_LIST)); }
   void selectRow(int row) const {
     ListView_SetItemState(control(IDC_QUILLET_LIST), row, LVIS_SELECTED | LVIS_FOCUSED,
@@ -113,12 +129,13 @@ class BrowserWindow {
   FakeWebBrowser page;
   ModalDriver driver;
   DebugOutput log;
+  HWND owner = nullptr;
   HWND dialog = nullptr;
 
  private:
   void run() {
     frmQuillet form(hostApplication());
-    form.ShowQuillet(false, nullptr);
+    form.ShowQuillet(false, owner);
   }
 
   static void CALLBACK onTimer(HWND, UINT, UINT_PTR timer, DWORD) {

@@ -190,6 +190,18 @@ TEST_CASE("a scan that is cancelled says so and leaves the window open with what
   CHECK(closed);
 }
 
+TEST_CASE("a host that ends during the scan is not held up by a message") {
+  BrowserWindow browser;
+  browser.addTemplate(L"a");
+  browser.showAtOnce([] { PostQuitMessage(5); });
+  MSG message = {};
+  REQUIRE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+  CHECK(message.wParam == 5);
+  CHECK_FALSE(browser.log.has(L"DWT enumeration complete. 1 DWTs listed."));
+  CHECK(browser.log.has(L"Quillet unloaded successfully."));
+  CHECK(browser.driver.boxes().empty());
+}
+
 TEST_CASE("no other window is opened and nothing is copied while the templates are listed") {
   BrowserWindow browser;
   browser.addTemplate(L"a");
@@ -236,28 +248,13 @@ TEST_CASE("ampersands and long texts of a description are shown as they are") {
 TEST_CASE("a host that refuses its version is logged and the window stays") {
   BrowserWindow browser;
   browser.host.faults().refuse(L"Application.Version", L"Not now.", 1234);
-  bool shown = false;
-  browser.show([&] { shown = IsWindowVisible(browser.dialog) != FALSE; });
-  CHECK(shown);
+  browser.show([&] {
+    CHECK(IsWindowVisible(browser.dialog));
+    CHECK(browser.text(IDC_QUILLET_TITLE) == L" Preview:");
+    CHECK_FALSE(browser.enabled(IDOK));
+  });
   CHECK(
       browser.log.has(L"ERROR in procedure Form_Load of Form frmQuillet. Error : 1234\tNot now."));
-}
-
-TEST_CASE("the browser comes back where it was left") {
-  BrowserWindow browser;
-  RECT left = {};
-  browser.show([&] {
-    RECT now;
-    GetWindowRect(browser.dialog, &now);
-    MoveWindow(browser.dialog, 40, 30, now.right - now.left + 50, now.bottom - now.top + 20, TRUE);
-    GetWindowRect(browser.dialog, &left);
-  });
-  const auto record = browser.registry.binary(HKEY_CURRENT_USER, browserSettings, L"DWTPlacement");
-  REQUIRE(record);
-  CHECK(record->size() == 48);
-  RECT again = {};
-  browser.show([&] { GetWindowRect(browser.dialog, &again); });
-  CHECK(EqualRect(&left, &again));
 }
 
 TEST_CASE("the browser cannot be made smaller than it was designed") {
@@ -361,6 +358,37 @@ TEST_CASE("without templates the preview is blank and there is nothing to copy")
     CHECK(isSize(blueExtent(browser.control(IDC_QUILLET_PICTURE)), 0, 0));
   });
   CHECK(browser.driver.boxes().empty());
+}
+
+TEST_CASE("nothing of a shown picture is left when the list becomes empty") {
+  BrowserWindow browser;
+  const std::wstring file =
+      browser.addTemplate(L"home", "[home]\r\nTitle=Home\r\nDescription=A picture\r\n");
+  browser.disk.writeFile(L"home\\previewhome.gif", pictures::bytes(pictures::blueGif));
+  browser.driver.onDialog(L"Manage Dynamic Web Template Folders", [&](HWND dialog) {
+    DeleteFileW(file.c_str());
+    press(dialog, IDOK);
+  });
+  browser.show([&] {
+    const HWND picture = browser.control(IDC_QUILLET_PICTURE);
+    CHECK(isSize(blueExtent(picture), 201, 100));
+    CHECK(browser.tip(IDC_QUILLET_DESC) == L"A picture");
+    CHECK(browser.tip(IDC_QUILLET_PATH) == browser.disk / L"home");
+    browser.page.clear();
+    press(browser.dialog, IDC_QUILLET_SELECT);
+    CHECK(browser.rows().empty());
+    CHECK(isSize(blueExtent(picture), 0, 0));
+    CHECK(browser.text(IDC_QUILLET_DESC).empty());
+    CHECK(browser.text(IDC_QUILLET_PATH).empty());
+    CHECK(browser.tip(IDC_QUILLET_DESC).empty());
+    CHECK(browser.tip(IDC_QUILLET_PATH).empty());
+    CHECK(browser.text(IDC_QUILLET_TITLE) == L"Preview : ");
+    CHECK(browser.page.navigations() == Lines{L"about:blank"});
+    CHECK_FALSE(browser.enabled(IDC_QUILLET_ZOOM));
+    browser.chooseZoom(0);
+    CHECK(isSize(blueExtent(picture), 0, 0));
+  });
+  CHECK_FALSE(browser.log.has(L"cboZoom_Click"));
 }
 
 TEST_CASE("the folder of a template can be wrapped after each backslash") {
