@@ -14,6 +14,7 @@
 #include "tests/addin/PortableExecutable.h"
 #include "tests/addin/ShippedModule.h"
 #include "tests/support/ModalDriver.h"
+#include "tests/support/ScratchFolder.h"
 #include "tests/support/ScratchRegistry.h"
 #include "tests/support/text_output.h"
 
@@ -76,6 +77,29 @@ struct Manners {
     return manners;
   }
   bool operator==(const Manners&) const = default;
+};
+
+// A window as the host's main one, with the focus on what is edited in it.
+class HostFrame {
+ public:
+  HostFrame()
+      : window_(CreateWindowW(L"Static", L"frame", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 300, 200,
+                              nullptr, nullptr, nullptr, nullptr)),
+        document_(CreateWindowW(L"Edit", L"", WS_CHILD | WS_VISIBLE, 0, 0, 200, 100, window_,
+                                nullptr, nullptr, nullptr)) {
+    SetActiveWindow(window_);
+    SetFocus(document_);
+  }
+  ~HostFrame() { DestroyWindow(window_); }
+  HostFrame(const HostFrame&) = delete;
+  HostFrame& operator=(const HostFrame&) = delete;
+
+  HWND window() const { return window_; }
+  HWND document() const { return document_; }
+
+ private:
+  HWND window_;
+  HWND document_;
 };
 
 }  // namespace
@@ -269,6 +293,39 @@ TEST_SUITE("module in the host's process") {
     }
     CHECK((Manners::now() == before));
     SetErrorMode(0);
+  }
+
+  TEST_CASE("A command that shows a window leaves the host's process as it was") {
+    ScratchRegistry registry;
+    ModalDriver modal;
+    const ScratchFolder web;
+    standin::Host host({}, web.path());
+    const HostFrame frame;
+    const ShippedModule module;
+    const auto connection = module.connection();
+    connection->OnConnection(host.application(), atStartup, nullptr, nullptr);
+    const Manners before = Manners::now();
+    REQUIRE(before.focus == frame.document());
+    const DWORD clipboard = GetClipboardSequenceNumber();
+
+    HWND owner = nullptr;
+    modal.onDialog(L"Dynamic Web Template Browser", [&](HWND browser) {
+      owner = GetWindow(browser, GW_OWNER);
+      CHECK_FALSE(IsWindowEnabled(frame.window()));
+      PostMessageW(browser, WM_COMMAND, IDCANCEL, 0);
+    });
+    host.click(L"Browse/Copy Dynamic Web Template to Web...");
+    CHECK(owner == frame.window());
+    CHECK((Manners::now() == before));
+
+    host.closeWeb();
+    host.click(L"Dynamic Web Templates Online...");
+    REQUIRE(modal.boxes().size() == 1);
+    CHECK(modal.boxes().front().owner == frame.window());
+    CHECK(IsWindowEnabled(frame.window()));
+    CHECK(GetActiveWindow() == frame.window());
+    CHECK(GetClipboardSequenceNumber() == clipboard);
+    connection->OnDisconnection(userClosed, nullptr);
   }
 
   TEST_CASE("Neither network nor browser nor pictures are loaded by connecting") {
