@@ -66,11 +66,15 @@ bool opensMenu(const HostControl& control) {
 // will not do.
 std::optional<long> positionBehind(const HostControl& parent, const ControlKey& anchor,
                                    bool append) {
-  const auto controls = parent.controls();
-  for (const auto& control : controls)
-    if (matches(control, anchor)) return control.index() + 1;
-  if (!append) return std::nullopt;
-  return static_cast<long>(controls.size()) + 1;
+  std::optional<long> behind;
+  long count = 0;
+  parent.visitControls([&](const HostControl& control) {
+    ++count;
+    if (matches(control, anchor)) behind = control.index() + 1;
+    return !behind;
+  });
+  if (!behind && append) behind = count + 1;
+  return behind;
 }
 
 // A dialog of the host's may stand in front of its main window.
@@ -206,7 +210,10 @@ std::wstring DWTemplate::AddAcceleratorKey(const HostControl& bar,
   std::wstring result = caption;
   quietly(L"AddAcceleratorKey", [&] {
     std::vector<std::wstring> captions;
-    for (const auto& control : bar.controls()) captions.push_back(control.caption());
+    bar.visitControls([&](const HostControl& control) {
+      captions.push_back(control.caption());
+      return true;
+    });
     result = accelerator::add(captions, caption);
   });
   return result;

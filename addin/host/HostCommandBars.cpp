@@ -25,13 +25,11 @@ void HostControl::setStyle(long style) const { object_.put(L"Style", style); }
 void HostControl::pasteFace() const { object_.call(L"PasteFace"); }
 void HostControl::remove() const { object_.call(L"Delete"); }
 
-std::vector<HostControl> HostControl::controls() const {
+void HostControl::visitControls(const std::function<bool(const HostControl&)>& visit) const {
   const host::Dispatch collection = object_.object(L"Controls");
   const long count = collection.value(L"Count").number();
-  std::vector<HostControl> result;
   for (long index = 1; index <= count; ++index)
-    result.emplace_back(collection.object(L"Item", {index}));
-  return result;
+    if (!visit(HostControl(collection.object(L"Item", {index})))) return;
 }
 
 std::optional<HostControl> HostControl::add(long type, const std::wstring& parameter,

@@ -1,9 +1,9 @@
 // The host's command bars and menu controls, as thin values over its objects.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "addin/host/Dispatch.h"
 
@@ -31,8 +31,8 @@ class HostControl {
   void pasteFace() const;           // from the clipboard
   void remove() const;
 
-  // The controls of a pop-up's menu, in their order.
-  std::vector<HostControl> controls() const;
+  // The controls of a pop-up's menu, in their order, until `visit` answers false.
+  void visitControls(const std::function<bool(const HostControl&)>& visit) const;
   // A temporary control before the 1-based `position`; nothing when the host gives nothing back.
   std::optional<HostControl> add(long type, const std::wstring& parameter, long position) const;
 

@@ -120,6 +120,15 @@ TEST_SUITE("operations of the connection class") {
     CHECK(item->index() == 2);
   }
 
+  TEST_CASE("Controls behind the anchor are not asked for before the entry has its place") {
+    Menu menu;
+    menu.host.faults().refuse(L"CommandBarControls.Item", L"No.", E_FAIL, 1);
+    const auto item = menu.create({});
+    REQUIRE(item);
+    CHECK(item->index() == 2);
+    CHECK(item->caption() == L"Zoom");
+  }
+
   TEST_CASE("The begin-group flag is handed on") {
     Menu menu;
     Menu::Request request;
