@@ -59,10 +59,13 @@ void frmCopyToWeb::Form_Activate() {
 
 void frmCopyToWeb::cmdCancel_Click() {
   handle(L"cmdCancel_Click", [this] {
+    if (!run_->continueFlag()) return;
     if (message(L"Do you want to cancel the operation?", MB_YESNO | MB_ICONQUESTION) != IDYES)
       return;
     run_->cancel();
-    unload();
+    // A run is still on the stack, perhaps below an event loop of the host's own, and the window
+    // must not free the others before it has returned: Form_Activate unloads then.
+    if (!started_) unload();
   });
 }
 

@@ -608,6 +608,19 @@ TEST_CASE("files and folders that pass 32767 together end the run with a message
 
 TEST_CASE("a host that gives no file back for an import is asked for it") {
   CopyFixture fixture;
+  fixture.disk.writeFile(L"templates\\Blue\\home.dwt");
+  fixture.disk.writeFile(L"templates\\Blue\\quillet.ini", "[home]\r\nTheme=Blends 1F\r\n");
+  fixture.host.faults().returnNothing(L"WebFiles.Add");
+  fixture.host.faults().before(L"WebFiles.Add", [&] {
+    fixture.disk.writeFile(L"webs\\site\\dwts\\Blue\\HOME.dwt", "<html><head></head></html>");
+  });
+  RecordingView view;
+  CHECK(runCopy(fixture, view).copied);
+  CHECK(pageOf(fixture).find("Blends 001F") != std::string::npos);
+}
+
+TEST_CASE("a host that imports nothing and does not say so ends the walk quietly") {
+  CopyFixture fixture;
   fixture.makeBlue();
   fixture.host.faults().returnNothing(L"WebFiles.Add");
   RecordingView view;

@@ -319,6 +319,26 @@ TEST_CASE("the windows of the host are disabled while a template is copied") {
   DestroyWindow(frame);
 }
 
+TEST_CASE("a Cancel that the host lets through while it imports frees no window before its time") {
+  CopySession session;
+  const HWND frame = CreateWindowW(L"Static", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50,
+                                   700, 500, nullptr, nullptr, nullptr, nullptr);
+  session.owner = frame;
+  session.driver.answer(IDYES);
+  bool disabled = false;
+  session.onImport([&] {
+    SendMessageW(session.dialog, WM_COMMAND, IDCANCEL, 0);
+    SendMessageW(session.dialog, WM_COMMAND, IDCANCEL, 0);
+    disabled = !IsWindowEnabled(frame);
+  });
+  CHECK_FALSE(session.run());
+  checkCancelQuestion(session);
+  CHECK(disabled);
+  CHECK(IsWindowEnabled(frame));
+  CHECK_FALSE(arrived(session, L"images\\logo.gif"));
+  DestroyWindow(frame);
+}
+
 TEST_CASE("a host that closes before the copy has begun gets no template and its message back") {
   CopySession session;
   session.opened = [] { PostQuitMessage(7); };
