@@ -422,6 +422,8 @@ void frmQuillet::cmdCopytoWeb_Click() {
       message(nothingToCopy, MB_ICONINFORMATION);
       return;
     }
+    // No folder at all would be taken for the root of the current drive.
+    if (selected < 0) throw Error(errors::objectNotSet);
     if (destination_.empty() && !askForDefault(*web)) return;
     copyTo(*web, row);
   });

@@ -142,6 +142,25 @@ TEST_CASE("the selected template is the one that is copied") {
   CHECK_FALSE(browser.web.exists(L"dwts\\a"));
 }
 
+TEST_CASE("copying without a selected template copies nothing and is logged") {
+  BrowserWindow browser;
+  browser.addTemplate(L"a");
+  browser.driver.answer(IDYES);
+  browser.driver.answer(IDYES);
+  browser.driver.onDialog(L"Copying Files To Web...",
+                          [](HWND dialog) { PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0); });
+  browser.show([&] {
+    ListView_SetItemState(browser.control(IDC_QUILLET_LIST), -1, 0, LVIS_SELECTED | LVIS_FOCUSED);
+    press(browser.dialog, IDOK);
+    CHECK(IsWindowVisible(browser.dialog));
+  });
+  CHECK(browser.driver.boxes().empty());
+  CHECK(browser.web.tree().empty());
+  CHECK(
+      browser.log.has(L"ERROR in procedure cmdCopytoWeb_Click of Form frmQuillet. Error : "
+                      L"91\tObject variable or With block variable not set"));
+}
+
 TEST_CASE("a copy into an existing folder adds no second one") {
   BrowserWindow browser;
   browser.addTemplate(L"home");
