@@ -131,6 +131,44 @@ TEST_CASE("the frame owns the browser and is disabled under it and active after 
   CHECK(GetActiveWindow() == frame.get());
 }
 
+TEST_CASE("the browser shows the wait cursor while the templates are listed and not after") {
+  BrowserWindow browser;
+  browser.addTemplate(L"home");
+  const auto waits = [&] {
+    SendMessageW(browser.dialog, WM_SETCURSOR, reinterpret_cast<WPARAM>(browser.dialog),
+                 MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    return GetCursor() == LoadCursorW(nullptr, IDC_WAIT);
+  };
+  bool during = false;
+  bool after = true;
+  browser.showAtOnce([&] {
+    during = waits();
+    browser.whenListed([&] {
+      after = waits();
+      press(browser.dialog, IDCANCEL);
+    });
+  });
+  CHECK(during);
+  CHECK_FALSE(after);
+}
+
+TEST_CASE("Enter in the list of templates copies and Escape there closes the browser") {
+  for (const WPARAM key : {VK_RETURN, VK_ESCAPE}) {
+    CAPTURE(key);
+    BrowserWindow browser;
+    browser.addTemplate(L"home");
+    browser.driver.answer(IDYES);
+    browser.show([&] {
+      CHECK(GetFocus() == browser.control(IDC_QUILLET_LIST));
+      PostMessageW(browser.control(IDC_QUILLET_LIST), WM_KEYDOWN, key, 1);
+      forms::yieldToMessages();
+    });
+    CHECK_FALSE(IsWindow(browser.dialog));
+    CHECK(browser.driver.boxes().size() == (key == VK_RETURN ? 1U : 0U));
+    CHECK(browser.web.exists(L"dwts\\home\\home.dwt") == (key == VK_RETURN));
+  }
+}
+
 TEST_CASE("a text that is cut off is told in full by its tip") {
   BrowserWindow browser;
   const std::string title(300, 'w');
