@@ -42,6 +42,13 @@ class Pixels {
   std::vector<DWORD> values_;
 };
 
+// A colour of the system's as a pixel without alpha.
+DWORD pixelOf(int systemColour) {
+  const COLORREF colour = GetSysColor(systemColour);
+  return static_cast<DWORD>(GetRValue(colour)) << 16 | static_cast<DWORD>(GetGValue(colour)) << 8 |
+         GetBValue(colour);
+}
+
 DWORD mixed(DWORD over, DWORD under, DWORD alpha) {
   DWORD result = 0xFF000000;
   for (int shift = 0; shift < 24; shift += 8) {
@@ -65,12 +72,12 @@ handles::Gdi menuFace(HBITMAP face) {
   auto& values = pixels.values();
   const bool hasAlpha =
       std::any_of(values.begin(), values.end(), [](DWORD value) { return value >> 24 != 0; });
-  const COLORREF colour = GetSysColor(COLOR_MENU);
-  const DWORD under = static_cast<DWORD>(GetRValue(colour)) << 16 |
-                      static_cast<DWORD>(GetGValue(colour)) << 8 | GetBValue(colour);
+  const DWORD under = pixelOf(COLOR_MENU);
+  const DWORD button = pixelOf(COLOR_3DFACE);
   for (DWORD& value : values) {
-    const DWORD alpha = hasAlpha ? value >> 24 : (value & 0xFFFFFF) == 0xC0C0C0 ? 0 : 255;
-    value = mixed(value, under, alpha);
+    const DWORD colour = value & 0xFFFFFF;
+    const bool seenThrough = colour == 0xC0C0C0 || colour == button;
+    value = mixed(value, under, hasAlpha ? value >> 24 : seenThrough ? 0 : 255);
   }
   return pixels.bitmap();
 }

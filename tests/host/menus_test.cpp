@@ -441,16 +441,19 @@ TEST_CASE("a control keeps its command when the menu is made anew") {
   DestroyWindow(window);
 }
 
-TEST_CASE("a face in a menu is opaque and its light grey becomes the menu's colour") {
-  const HBITMAP drawn = plainBitmap(RGB(192, 192, 192));
-  const handles::Gdi face = standin::menuFace(drawn);
-  DeleteObject(drawn);
-  REQUIRE(face);
-  DIBSECTION section = {};
-  REQUIRE(GetObjectW(face.get(), sizeof section, &section));
-  const DWORD pixel = *static_cast<const DWORD*>(section.dsBm.bmBits);
+TEST_CASE(
+    "a face in a menu is opaque and its light grey or button grey becomes the menu's colour") {
   const COLORREF menu = GetSysColor(COLOR_MENU);
-  CHECK((pixel >> 24) == 0xFF);
-  CHECK(((pixel >> 16) & 0xFF) == GetRValue(menu));
-  CHECK((pixel & 0xFF) == GetBValue(menu));
+  for (const COLORREF background : {RGB(192, 192, 192), GetSysColor(COLOR_3DFACE)}) {
+    const HBITMAP drawn = plainBitmap(background);
+    const handles::Gdi face = standin::menuFace(drawn);
+    DeleteObject(drawn);
+    REQUIRE(face);
+    DIBSECTION section = {};
+    REQUIRE(GetObjectW(face.get(), sizeof section, &section));
+    const DWORD pixel = *static_cast<const DWORD*>(section.dsBm.bmBits);
+    CHECK((pixel >> 24) == 0xFF);
+    CHECK(((pixel >> 16) & 0xFF) == GetRValue(menu));
+    CHECK((pixel & 0xFF) == GetBValue(menu));
+  }
 }
