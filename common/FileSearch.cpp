@@ -24,7 +24,11 @@ bool FileSearch::next() {
   WIN32_FIND_DATAA data;
   if (!search_) return false;
   const NoSystemBoxes quiet;
-  if (!FindNextFileA(search_.get(), &data)) return false;
+  if (!FindNextFileA(search_.get(), &data)) {
+    const DWORD error = GetLastError();
+    if (error != ERROR_NO_MORE_FILES) endError_ = error;
+    return false;
+  }
   take(data);
   return true;
 }

@@ -32,11 +32,14 @@ class FileSearch {
   const FileEntry& entry() const noexcept { return entry_; }
   // On to the next entry; false at the end.
   bool next();
+  // The system's code when the search broke off before its last entry, as on a share that is gone.
+  DWORD endError() const noexcept { return endError_; }
 
  private:
   void take(const WIN32_FIND_DATAA& data);
 
   handles::Find search_;
   DWORD startError_ = ERROR_SUCCESS;
+  DWORD endError_ = ERROR_SUCCESS;
   FileEntry entry_;
 };

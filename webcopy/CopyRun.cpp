@@ -283,6 +283,7 @@ void CopyRun::copyEntries(const std::wstring& sourceFolder, const std::wstring& 
     else
       copyFile(source, target, entry.name);
   } while (search.next());
+  if (search.endError()) throw errors::fromSystemCode(search.endError());
 }
 
 void CopyRun::copyFolder(const std::wstring& source, const std::wstring& target,

@@ -606,6 +606,27 @@ TEST_CASE("files and folders that pass 32767 together end the run with a message
   CHECK(fixture.webTree().empty());
 }
 
+namespace {
+
+BOOL WINAPI shareGone(HANDLE, WIN32_FIND_DATAA*) {
+  SetLastError(ERROR_NETNAME_DELETED);
+  return FALSE;
+}
+
+}  // namespace
+
+TEST_CASE("a source folder that breaks off in the middle is not taken for a whole copy") {
+  CopyFixture fixture;
+  fixture.makeBlue();
+  const ImportPatch patch(nullptr, "kernel32.dll", "FindNextFileA", shareGone);
+  RecordingView view;
+  const RunResult result = runCopy(fixture, view);
+  CHECK_FALSE(result.copied);
+  CHECK_FALSE(result.cancelled);
+  CHECK(view.of(L"fail: ").empty());
+  CHECK(view.of(L"unload").size() == 2);
+}
+
 TEST_CASE("a host that gives no file back for an import is asked for it") {
   CopyFixture fixture;
   fixture.disk.writeFile(L"templates\\Blue\\home.dwt");
