@@ -52,7 +52,7 @@ std::optional<CrackedUrl> CrackUrl(std::wstring_view url) {
   // A "?" in place of a character would begin a query.
   if (url.empty() || !text::fitsAnsi(url)) return std::nullopt;
   const std::string ansi = text::toAnsi(url);
-  Buffers buffers;
+  Buffers buffers = {};
   URL_COMPONENTSA components = componentsOver(buffers);
   const wininet::Functions functions;
   if (!functions.crackUrl(ansi.c_str(), 0, 0, &components)) return std::nullopt;
