@@ -53,40 +53,89 @@ std::wstring guidText(const GUID& guid) {
   return text;
 }
 
+enum class Place { classObject, programId, library, addIn };
+enum class Content { key, text, number, modulePath, moduleFolder, classId, libraryId };
+
+// One line of the registration; `text` and `number` are there for the contents of these names.
+struct Line {
+  Place place;
+  const wchar_t* below;
+  const wchar_t* name;
+  Content content;
+  const wchar_t* text;
+  DWORD number;
+};
+
 // The interface in the type library is the host's, whose own registration must stay what it is:
 // that is why the keys are written here, and not by the system's type library services.
-std::vector<Entry> entries(Scope scope) {
-  const HKEY root = scope == Scope::machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
+constexpr Line lines[] = {
+    {Place::classObject, L"", L"", Content::text, identity::description, 0},
+    {Place::classObject, L"\\InprocServer32", L"", Content::modulePath, nullptr, 0},
+    {Place::classObject, L"\\InprocServer32", L"ThreadingModel", Content::text, L"Apartment", 0},
+    {Place::classObject, L"\\ProgID", L"", Content::text, identity::programId, 0},
+    {Place::classObject, L"\\Programmable", L"", Content::key, nullptr, 0},
+    {Place::classObject, L"\\TypeLib", L"", Content::libraryId, nullptr, 0},
+    {Place::classObject, L"\\Version", L"", Content::text, identity::version, 0},
+    {Place::programId, L"", L"", Content::text, identity::description, 0},
+    {Place::programId, L"\\CLSID", L"", Content::classId, nullptr, 0},
+    {Place::library, L"", L"", Content::text, identity::description, 0},
+    {Place::library, L"\\0\\win32", L"", Content::modulePath, nullptr, 0},
+    {Place::library, L"\\FLAGS", L"", Content::text, L"0", 0},
+    {Place::library, L"\\HELPDIR", L"", Content::moduleFolder, nullptr, 0},
+    {Place::addIn, L"", L"FriendlyName", Content::text, identity::friendlyName, 0},
+    {Place::addIn, L"", L"Description", Content::text, identity::description, 0},
+    {Place::addIn, L"", L"LoadBehavior", Content::number, nullptr, 3},
+    {Place::addIn, L"", L"CommandLineSafe", Content::number, nullptr, 0},
+};
+
+std::wstring keyOf(Place place) {
   const std::wstring classes = L"Software\\Classes\\";
-  const std::wstring classId = guidText(identity::classId);
-  const std::wstring libraryId = guidText(identity::typeLibraryId);
-  const std::wstring clsid = classes + L"CLSID\\" + classId;
-  const std::wstring progId = classes + identity::programId;
-  const std::wstring library = classes + L"TypeLib\\" + libraryId + L"\\" + identity::version;
-  const std::wstring addIn =
-      std::wstring(L"Software\\Microsoft\\Office\\FrontPage\\Addins\\") + identity::programId;
+  switch (place) {
+    case Place::classObject:
+      return classes + L"CLSID\\" + guidText(identity::classId);
+    case Place::programId:
+      return classes + identity::programId;
+    case Place::library:
+      return classes + L"TypeLib\\" + guidText(identity::typeLibraryId) + L"\\" + identity::version;
+    case Place::addIn:
+      break;
+  }
+  return std::wstring(L"Software\\Microsoft\\Office\\FrontPage\\Addins\\") + identity::programId;
+}
+
+std::wstring moduleFolder() {
   std::wstring folder = module::folder();
   folder.pop_back();
+  return folder;
+}
 
-  return {
-      {root, clsid, L"", string(identity::description)},
-      {root, clsid + L"\\InprocServer32", L"", string(module::path())},
-      {root, clsid + L"\\InprocServer32", L"ThreadingModel", string(L"Apartment")},
-      {root, clsid + L"\\ProgID", L"", string(identity::programId)},
-      {root, clsid + L"\\Programmable", L"", std::nullopt},
-      {root, clsid + L"\\TypeLib", L"", string(libraryId)},
-      {root, clsid + L"\\Version", L"", string(identity::version)},
-      {root, progId, L"", string(identity::description)},
-      {root, progId + L"\\CLSID", L"", string(classId)},
-      {root, library, L"", string(identity::description)},
-      {root, library + L"\\0\\win32", L"", string(module::path())},
-      {root, library + L"\\FLAGS", L"", string(L"0")},
-      {root, library + L"\\HELPDIR", L"", string(folder)},
-      {HKEY_CURRENT_USER, addIn, L"FriendlyName", string(identity::friendlyName)},
-      {HKEY_CURRENT_USER, addIn, L"Description", string(identity::description)},
-      {HKEY_CURRENT_USER, addIn, L"LoadBehavior", number(3)},
-      {HKEY_CURRENT_USER, addIn, L"CommandLineSafe", number(0)},
-  };
+std::optional<Data> dataOf(const Line& line) {
+  switch (line.content) {
+    case Content::text:
+      return string(line.text);
+    case Content::number:
+      return number(line.number);
+    case Content::modulePath:
+      return string(module::path());
+    case Content::moduleFolder:
+      return string(moduleFolder());
+    case Content::classId:
+      return string(guidText(identity::classId));
+    case Content::libraryId:
+      return string(guidText(identity::typeLibraryId));
+    case Content::key:
+      break;
+  }
+  return std::nullopt;
+}
+
+std::vector<Entry> entries(Scope scope) {
+  const HKEY root = scope == Scope::machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
+  std::vector<Entry> result;
+  for (const Line& line : lines)
+    result.push_back({line.place == Place::addIn ? HKEY_CURRENT_USER : root,
+                      keyOf(line.place) + line.below, line.name, dataOf(line)});
+  return result;
 }
 
 Key open(HKEY root, const std::wstring& path, REGSAM access) noexcept {
