@@ -13,5 +13,9 @@ configure_file(common/version.h.in common/version.h @ONLY)
 target_compile_options(quillet-flags INTERFACE
   -Wall -Wextra -Wpedantic -Werror
   -ffunction-sections -fdata-sections -fno-ident)
+# Nothing in the module asks an object for its type, and the tables for that would be a fiftieth of
+# it. A target that does ask sets the property USES_RTTI.
+target_compile_options(quillet-flags INTERFACE
+  $<$<AND:$<COMPILE_LANGUAGE:CXX>,$<NOT:$<BOOL:$<TARGET_PROPERTY:USES_RTTI>>>>:-fno-rtti>)
 target_link_options(quillet-flags INTERFACE
   -static -Wl,--gc-sections -Wl,--nxcompat -Wl,--dynamicbase $<$<CONFIG:Release>:-s>)
