@@ -1,10 +1,10 @@
 #include "webcopy/CopyRun.h"
 
 #include <limits>
-#include <set>
 #include <utility>
 
 #include "common/IniFile.h"
+#include "common/NameSet.h"
 #include "common/description_file.h"
 #include "common/letter_case.h"
 #include "common/log.h"
@@ -269,7 +269,7 @@ void CopyRun::copyEntries(const std::wstring& sourceFolder, const std::wstring& 
   }
   const std::wstring source = text::withEnding(sourceFolder, L'\\');
   const std::wstring target = text::withEnding(webFolder, L'/');
-  std::set<std::wstring> seen;
+  text::NameSet seen;
   // Not undone here: a folder's line goes back one level itself, the caller of the walk the last.
   LogIndent(true);
   do {
@@ -277,7 +277,7 @@ void CopyRun::copyEntries(const std::wstring& sourceFolder, const std::wstring& 
     const FileEntry& entry = search.entry();
     if (entry.isDots() || isHostOwn(source + entry.name)) continue;
     // Names outside the code page can come under one that is taken: what they mean is out of reach.
-    if (!seen.insert(text::toLower(entry.name)).second) throw Error(errors::badFileName);
+    if (!seen.insert(entry.name)) throw Error(errors::badFileName);
     if (entry.isFolder())
       copyFolder(source, target, entry.name);
     else

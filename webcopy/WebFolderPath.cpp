@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <limits>
-#include <set>
 
+#include "common/NameSet.h"
 #include "common/errors.h"
 #include "common/letter_case.h"
 #include "common/text.h"
@@ -51,12 +51,12 @@ bool contains(const std::vector<std::wstring>& names, std::wstring_view name) {
 }
 
 std::wstring freeFolderName(const std::vector<std::wstring>& names) {
-  std::set<std::wstring> taken;
-  for (const std::wstring& name : names) taken.insert(text::toLower(name));
+  text::NameSet taken;
+  for (const std::wstring& name : names) taken.insert(name);
   for (int counter = 0; counter <= std::numeric_limits<short>::max(); ++counter) {
     std::wstring name = L"New_Folder";
     if (counter > 0) name += std::to_wstring(counter);
-    if (taken.find(text::toLower(name)) == taken.end()) return name;
+    if (!taken.has(name)) return name;
   }
   throw Error(errors::overflow);
 }

@@ -52,7 +52,7 @@ int ListView::add(ListRow row) {
     rows_.pop_back();
     throw Error(errors::outOfMemory);
   }
-  if (!added.key.empty()) keys_.insert(text::toLower(added.key));
+  if (!added.key.empty()) keys_.insert(added.key);
   return index;
 }
 
@@ -73,7 +73,7 @@ int ListView::placeOf(const ListRow& added) const {
 
 void ListView::removeAt(int index) {
   const ListRow* const gone = &row(index);
-  if (!gone->key.empty()) keys_.erase(text::toLower(gone->key));
+  if (!gone->key.empty()) keys_.erase(gone->key);
   ++quiet_;
   ListView_DeleteItem(hwnd(), index);
   --quiet_;
@@ -106,9 +106,7 @@ void ListView::setText(int index, std::wstring_view value) {
                reinterpret_cast<LPARAM>(&item));
 }
 
-bool ListView::hasKey(std::wstring_view key) const {
-  return keys_.find(text::toLower(key)) != keys_.end();
-}
+bool ListView::hasKey(std::wstring_view key) const { return keys_.has(key); }
 
 int ListView::find(std::wstring_view text) const {
   for (int index = 0; index < count(); ++index)

@@ -2,9 +2,9 @@
 #pragma once
 
 #include <memory>
-#include <set>
 #include <vector>
 
+#include "common/NameSet.h"
 #include "common/forms/controls.h"
 
 namespace forms {
@@ -51,7 +51,7 @@ class ListView : public Control {
 
   std::wstring columnTitle_;
   std::vector<std::unique_ptr<ListRow>> rows_;  // owned; the control refers to them
-  std::set<std::wstring> keys_;                 // lowered
+  text::NameSet keys_;
   int quiet_ = 0;
   bool sorted_ = false;
   bool descending_ = false;

@@ -1,0 +1,22 @@
+// Names without regard to letter case.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace text {
+
+class NameSet {
+ public:
+  // False when it is there already.
+  bool insert(std::wstring_view name);
+  void erase(std::wstring_view name);
+  void clear() noexcept { names_.clear(); }
+  bool has(std::wstring_view name) const;
+
+ private:
+  std::vector<std::wstring> names_;  // lowered, in order
+};
+
+}  // namespace text
