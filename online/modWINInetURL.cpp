@@ -15,12 +15,12 @@ constexpr DWORD schemeSize = 32;
 static_assert(sizeof(URL_COMPONENTSA) == 60);
 
 struct Buffers {
-  char host[partSize] = {};
-  char user[partSize] = {};
-  char password[partSize] = {};
-  char path[partSize] = {};
-  char extraInfo[partSize] = {};
-  char scheme[schemeSize] = {};
+  char host[partSize];
+  char user[partSize];
+  char password[partSize];
+  char path[partSize];
+  char extraInfo[partSize];
+  char scheme[schemeSize];
 };
 
 URL_COMPONENTSA componentsOver(Buffers& buffers) {
@@ -73,7 +73,7 @@ std::wstring ErrorText(unsigned long code) {
   constexpr unsigned long badArgument = 87;
   constexpr DWORD longest = 256;
   if ((code > 12000 && code < 12172) || code == badArgument) return {};
-  char buffer[2048] = {};
+  char buffer[2048];
   const DWORD length =
       FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, 0, buffer, longest, nullptr);
   std::wstring text = text::fromAnsi({buffer, length});
