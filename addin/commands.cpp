@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "catalogue/frmQuillet.h"
-#include "common/log.h"
+#include "online/frmDWTOnline.h"
 
 namespace commands {
 
@@ -12,10 +12,10 @@ void browseTemplates(HostApplication& host, HWND owner) {
   window->ShowQuillet(false, owner);
 }
 
-OnlineResult openOnlineCatalogue(HostApplication&, HWND) {
-  modCommon::InitLog();
-  modCommon::WriteLog(L"The online catalogue is not available yet.");
-  return OnlineResult::closed;
+OnlineResult openOnlineCatalogue(HostApplication& host, HWND owner) {
+  const auto window = std::make_unique<frmDWTOnline>(host);
+  const short reason = window->RunOnline(false, owner);
+  return reason == frmDWTOnline::showBrowser ? OnlineResult::browseDownloads : OnlineResult::closed;
 }
 
 }  // namespace commands

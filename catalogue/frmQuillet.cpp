@@ -14,6 +14,7 @@
 #include "common/settings.h"
 #include "common/text.h"
 #include "common/version.h"
+#include "online/frmDWTOnline.h"
 #include "webcopy/frmCopyToWeb.h"
 #include "webcopy/frmSelectWebFolder.h"
 
@@ -468,7 +469,9 @@ void frmQuillet::bringToFront() {
 }
 
 void frmQuillet::cmdDWTOnline_Click() {
-  handle(L"cmdDWTOnline_Click", [] { WriteLog(L"DWT Online is not available yet."); });
+  handle(L"cmdDWTOnline_Click", [this] {
+    if (frmDWTOnline(host_).RunOnline(true, hwnd()) == frmDWTOnline::downloaded) takeDownloads();
+  });
 }
 
 // New templates join the list; the folders that are listed already are not scanned again.

@@ -105,12 +105,12 @@ std::wstring failureText(std::wstring_view path, const Error& error) {
 
 // Runs `body`; a failure is shown.
 template <class Body>
-bool shown(std::wstring_view path, HWND owner, Body body) {
+bool shown(std::wstring_view path, HWND owner, std::wstring_view title, Body body) {
   try {
     body();
     return true;
   } catch (...) {
-    showMessage(owner, failureText(path, errors::current()), MB_ICONHAND);
+    showMessage(owner, failureText(path, errors::current()), MB_ICONHAND, title);
     return false;
   }
 }
@@ -123,11 +123,11 @@ bool IsValidFileName(std::wstring_view name) {
 }
 
 bool CreateFolderPath(std::wstring_view path, HWND owner) {
-  return shown(path, owner, [&] { makeFolderPath(text::cutAtNul(path)); });
+  return shown(path, owner, module::title, [&] { makeFolderPath(text::cutAtNul(path)); });
 }
 
-bool CanWriteToFolder(std::wstring_view folder, HWND owner) {
-  return shown(folder, owner, [&] { probeFolder(text::cutAtNul(folder)); });
+bool CanWriteToFolder(std::wstring_view folder, HWND owner, std::wstring_view title) {
+  return shown(folder, owner, title, [&] { probeFolder(text::cutAtNul(folder)); });
 }
 
 int ShellOpen(std::wstring_view file, std::wstring_view parameters) {

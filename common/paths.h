@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "common/module.h"
+
 namespace modCommon {
 
 // True when the name, trimmed of blanks, is not empty and holds none of \ / : * ? < > | and the
@@ -17,9 +19,10 @@ bool IsValidFileName(std::wstring_view name);
 // in one message box over `owner` and answered with false.
 bool CreateFolderPath(std::wstring_view path, HWND owner = nullptr);
 
-// Writes and deletes a small file in `folder` (no trailing backslash). A failure is shown and
-// answered with false.
-bool CanWriteToFolder(std::wstring_view folder, HWND owner = nullptr);
+// Writes and deletes a small file in `folder` (no trailing backslash). A failure is shown, under
+// `title`, and answered with false.
+bool CanWriteToFolder(std::wstring_view folder, HWND owner = nullptr,
+                      std::wstring_view title = module::title);
 
 // The shell's "open" verb; a result above 32 means success.
 int ShellOpen(std::wstring_view file, std::wstring_view parameters);

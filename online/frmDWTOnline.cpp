@@ -1,0 +1,412 @@
+#include "online/frmDWTOnline.h"
+
+#include "addin/host/environment.h"
+#include "catalogue/TemplateFolderList.h"
+#include "catalogue/resource.h"
+#include "common/forms/BrowseForFolder.h"
+#include "common/log.h"
+#include "common/paths.h"
+#include "common/placement.h"
+#include "common/settings.h"
+#include "common/text.h"
+#include "online/DownloadPage.h"
+#include "online/frmDownloadProgress.h"
+#include "online/modWINInetURL.h"
+#include "online/resource.h"
+
+namespace {
+
+constexpr wchar_t agent[] = L"Vessari Systems Pvt. Ltd";
+constexpr wchar_t startPageValue[] = L"DWTOnline";
+constexpr wchar_t destinationKey[] = L"DestPath";
+constexpr long settingsMissing = 513;
+
+// The browser's numbers for its two navigation commands.
+constexpr long forwardCommand = 1;
+constexpr long backCommand = 2;
+
+constexpr UINT_PTR unloadTimer = 1;
+constexpr UINT unloadInterval = 500;  // milliseconds
+
+constexpr int firstMenuCommand = 0x6000;
+
+// The toolbar's buttons in their order, a gap where the key is empty. Each has the picture of its
+// own key.
+struct ButtonDescription {
+  const wchar_t* key;
+  const wchar_t* text;
+};
+constexpr ButtonDescription buttons[] = {
+    {L"Back", L"Back (Alt+Left)"},
+    {L"Next", L"Forward (Alt+Right)"},
+    {L"Stop", L"Stop (Esc)"},
+    {L"Refresh", L"Refresh (F5)"},
+    {L"", L""},
+    {L"Print", L"Print (Ctrl+P)"},
+    {L"", L""},
+    {L"Quillet", L"Browse and copy the templates on this computer"},
+    {L"", L""},
+    {L"Help", L"Help (F1)"},
+};
+
+HIMAGELIST toolbarPictures() {
+  return ImageList_LoadImageW(module::instance(), MAKEINTRESOURCEW(IDB_ONLINE_TOOLBAR), 16, 0,
+                              RGB(255, 0, 255), IMAGE_BITMAP, LR_CREATEDIBSECTION);
+}
+
+HIMAGELIST destinationPictures() {
+  const int size = GetSystemMetrics(SM_CXSMICON);
+  const HIMAGELIST list = ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, 2, 0);
+  for (const int id : {IDI_MACHINEFOLDER, IDI_USERFOLDER}) {
+    const handles::Icon icon(static_cast<HICON>(
+        LoadImageW(module::instance(), MAKEINTRESOURCEW(id), IMAGE_ICON, size, size, 0)));
+    ImageList_AddIcon(list, icon.get());
+  }
+  return list;
+}
+
+int destinationPicture(const std::wstring& tag) {
+  return tag == DestinationMenu::machineTag ? 0 : 1;
+}
+
+void centreOnScreen(HWND window) {
+  MONITORINFO monitor = {};
+  monitor.cbSize = sizeof monitor;
+  RECT place;
+  if (!GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor) ||
+      !GetWindowRect(window, &place))
+    return;
+  const RECT& screen = monitor.rcWork;
+  SetWindowPos(window, nullptr, (screen.left + screen.right - place.right + place.left) / 2,
+               (screen.top + screen.bottom - place.bottom + place.top) / 2, 0, 0,
+               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+// A menu's text shows each "&" of a path as it is.
+std::wstring menuText(const std::wstring& path) { return text::replaceAll(path, L"&", L"&&"); }
+
+// One pop-up menu.
+struct MenuTraits {
+  using type = HMENU;
+  static type none() noexcept { return nullptr; }
+  static void close(type handle) noexcept { DestroyMenu(handle); }
+};
+using Menu = handles::Unique<MenuTraits>;
+
+}  // namespace
+
+frmDWTOnline::frmDWTOnline(HostApplication host)
+    : Form(L"frmDWTOnline", IDD_ONLINE),
+      host_(std::move(host)),
+      tbDWTOnline(*this, IDC_ONLINE_TOOLBAR),
+      picSaveIn(*this, IDC_ONLINE_SAVEIN),
+      tbDestPath(*this, IDC_ONLINE_DESTINATION),
+      wbDWTOnline(*this, IDC_ONLINE_BROWSER) {
+  tbDWTOnline.onButtonClick = [this](const std::wstring& key) { tbDWTOnline_ButtonClick(key); };
+  tbDestPath.onButtonDropDown = [this](const std::wstring&) { tbDestPath_ButtonDropDown(); };
+  tbDestPath.onButtonClick = [this](const std::wstring&) { tbDestPath_ButtonDropDown(); };
+  wbDWTOnline.onBeforeNavigate2 = [this](const std::wstring& address, bool, bool& cancel) {
+    wbDWTOnline_BeforeNavigate2(address, cancel);
+  };
+  wbDWTOnline.onCommandStateChange = [this](long command, bool enable) {
+    wbDWTOnline_CommandStateChange(command, enable);
+  };
+  wbDWTOnline.onDocumentComplete = [this](const std::wstring&, bool) {
+    wbDWTOnline_DocumentComplete();
+  };
+  // A success page that cannot be shown must not leave the window switched off.
+  wbDWTOnline.onNavigateError = [this](const std::wstring&, bool, bool&) {
+    wbDWTOnline_DocumentComplete();
+  };
+}
+
+short frmDWTOnline::RunOnline(bool openedFromBrowser, HWND owner) {
+  OpenedFromBrowser_ = openedFromBrowser;
+  CloseReason_ = nothing;
+  showModal(owner);
+  return CloseReason_;
+}
+
+void frmDWTOnline::Form_Load() {
+  handle(L"Form_Load", [this] {
+    try {
+      load();
+    } catch (...) {
+      // A browser that cannot be made leaves a window that can still be closed.
+      message(errors::current().description(), MB_ICONHAND);
+      if (!FullyLoaded_) unload();
+      throw;
+    }
+  });
+}
+
+void frmDWTOnline::load() {
+  modCommon::InitLog();
+  buildToolbar();
+  keep(tbDWTOnline, forms::left | forms::top | forms::right);
+  keep(tbDestPath, forms::left | forms::top | forms::right);
+  keep(wbDWTOnline, forms::left | forms::top | forms::right | forms::bottom);
+  const std::wstring startPage = readStartPage();
+  FullyLoaded_ = true;
+  modCommon::SetHostProgID(host_.version());
+  modCommon::BringHostToTop();
+  BringWindowToTop(hwnd());
+  if (!RestoreWindowPlacementSetting(hwnd(), module::title, settings::general,
+                                     settings::onlinePlacement))
+    centreOnScreen(hwnd());
+  buildMenu();
+  restoreDestination();
+  openStartPage(startPage);
+}
+
+std::wstring frmDWTOnline::readStartPage() {
+  const std::wstring startPage = modCommon::GetMachineSetting(startPageValue);
+  if (startPage.empty())
+    throw Error(settingsMissing,
+                L"The required registry settings cannot be found. The product may have to be "
+                L"reinstalled.",
+                L"Form_Load procedure of " + name());
+  return startPage;
+}
+
+void frmDWTOnline::buildToolbar() {
+  pictures_.reset(toolbarPictures());
+  tbDWTOnline.setImages(pictures_.get());
+  int picture = 0;
+  for (const ButtonDescription& button : buttons) {
+    if (*button.key)
+      tbDWTOnline.addButton(button.key, picture++, button.text);
+    else
+      tbDWTOnline.addSeparator();
+  }
+  // The browser tells when there is somewhere to go.
+  tbDWTOnline.setButtonEnabled(L"Back", false);
+  tbDWTOnline.setButtonEnabled(L"Next", false);
+  tbDWTOnline.setButtonEnabled(L"Quillet", !OpenedFromBrowser_);
+
+  folderPictures_.reset(destinationPictures());
+  tbDestPath.setImages(folderPictures_.get());
+  tbDestPath.addDropDown(destinationKey, destinationPicture(DestinationMenu::userTag), L" ");
+}
+
+void frmDWTOnline::buildMenu() {
+  TemplateFolderList folders;
+  modCommon::ReadTemplateFolderList(folders);
+  menu_ = DestinationMenu(folders);
+}
+
+void frmDWTOnline::restoreDestination() {
+  std::wstring applicationData;
+  modCommon::SystemFolders wanted;
+  wanted.applicationData = &applicationData;
+  modCommon::GetSystemFolders(host_.version(), wanted);
+  std::wstring destination = settings::GetSetting(settings::general, settings::downloadFolder);
+  if (destination.empty()) {
+    destination = modCommon::withBackslash(applicationData) + L"Korvel Software\\DWTs";
+    modCommon::CreateFolderPath(destination, hwnd());
+  }
+  setDestination(destination, {});
+}
+
+void frmDWTOnline::openStartPage(const std::wstring& startPage) {
+  const bool cracks = modWINInetURL::CrackUrl(startPage).has_value();
+  wbDWTOnline.navigate(cracks ? startPage : forms::WebBrowser::blankPage);
+}
+
+void frmDWTOnline::Form_Resize() {
+  RECT client;
+  GetClientRect(tbDestPath.hwnd(), &client);
+  tbDestPath.setButtonWidth(destinationKey, client.right);
+}
+
+void frmDWTOnline::Form_Unload() {
+  stopUnloadTimer();
+  if (!FullyLoaded_) return;
+  SaveWindowPlacementSetting(hwnd(), module::title, settings::general, settings::onlinePlacement);
+  modCommon::WriteLog(modCommon::logSeparator);
+}
+
+bool frmDWTOnline::onMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT&) {
+  if (message == WM_TIMER && wParam == unloadTimer) {
+    tmrUnloadMe_Timer();
+    return true;
+  }
+  if (message == WM_COMMAND && lParam == 0 && LOWORD(wParam) >= firstMenuCommand) {
+    const auto index = static_cast<std::size_t>(LOWORD(wParam) - firstMenuCommand);
+    if (index < menu_.entries().size()) mnuFolder_Click(menu_.entries()[index]);
+    return true;
+  }
+  return false;
+}
+
+bool frmDWTOnline::preTranslate(MSG& message) {
+  // The focus stays in the page while the window is switched off.
+  if (!IsWindowEnabled(hwnd()))
+    return message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
+  if (message.message == WM_SYSKEYDOWN &&
+      (message.wParam == VK_LEFT || message.wParam == VK_RIGHT)) {
+    const wchar_t* const key = message.wParam == VK_LEFT ? L"Back" : L"Next";
+    if (tbDWTOnline.buttonEnabled(key)) tbDWTOnline_ButtonClick(key);
+    return true;
+  }
+  if (message.message == WM_KEYDOWN) {
+    const bool control = GetKeyState(VK_CONTROL) < 0;
+    const wchar_t* const key = message.wParam == VK_F5            ? L"Refresh"
+                               : message.wParam == VK_ESCAPE      ? L"Stop"
+                               : message.wParam == VK_F1          ? L"Help"
+                               : control && message.wParam == 'P' ? L"Print"
+                                                                  : nullptr;
+    if (key) {
+      tbDWTOnline_ButtonClick(key);
+      return true;
+    }
+  }
+  return wbDWTOnline.preTranslate(message);
+}
+
+void frmDWTOnline::tbDWTOnline_ButtonClick(const std::wstring& key) {
+  handle(L"tbDWTOnline_ButtonClick", [&] {
+    if (key == L"Back") {
+      wbDWTOnline.goBack();
+    } else if (key == L"Next") {
+      wbDWTOnline.goForward();
+    } else if (key == L"Stop") {
+      wbDWTOnline.stop();
+    } else if (key == L"Refresh") {
+      wbDWTOnline.refresh();
+    } else if (key == L"Print") {
+      wbDWTOnline.print();
+    } else if (key == L"Quillet") {
+      CloseReason_ = showBrowser;
+      unload();
+    } else if (key == L"Help") {
+      modCommon::ShowHelp(L"DWTOnline", {}, hwnd());
+    }
+  });
+}
+
+void frmDWTOnline::tbDestPath_ButtonDropDown() {
+  try {
+    const Menu menu(CreatePopupMenu());
+    int command = firstMenuCommand;
+    for (const DestinationEntry& entry : menu_.entries()) {
+      const bool separator = entry.text == DestinationMenu::separator;
+      AppendMenuW(menu.get(), separator ? MF_SEPARATOR : MF_STRING,
+                  static_cast<UINT_PTR>(command++), menuText(entry.text).c_str());
+    }
+    const RECT place = tbDestPath.buttonPlace(destinationKey);
+    TPMPARAMS keepClear = {sizeof keepClear, place};
+    TrackPopupMenuEx(menu.get(), TPM_LEFTALIGN | TPM_TOPALIGN | TPM_VERTICAL, place.left,
+                     place.bottom, hwnd(), &keepClear);
+  } catch (...) {
+    modCommon::WriteLog(L"Error in CreatePopupMenu procedure of " + name() +
+                        L". Error description :" + errors::current().description());
+  }
+}
+
+void frmDWTOnline::mnuFolder_Click(const DestinationEntry& entry) {
+  handle(L"mnuFolder_Click", [&] {
+    if (entry.text == DestinationMenu::browse)
+      browseForDestination();
+    else if (modCommon::CanWriteToFolder(entry.text, hwnd(), caption()))
+      setDestination(entry.text, entry.tag);
+  });
+}
+
+void frmDWTOnline::browseForDestination() {
+  std::wstring path = tbDestPath.buttonText(destinationKey);
+  if (!modBrowseForFolder::BrowseForFolder(
+          hwnd(), L"Select the folder where downloaded DWTs will be stored.", path))
+    return;
+  if (path.empty())
+    message(L"Invalid path. Please select a valid file system path to search for DWT's.",
+            MB_ICONASTERISK);
+  else if (modCommon::CanWriteToFolder(path, hwnd(), caption()))
+    setDestination(path, {});
+}
+
+void frmDWTOnline::setDestination(const std::wstring& path, const std::wstring& tag) {
+  tbDestPath.setButtonText(destinationKey, path);
+  tbDestPath.tag = tag.empty() ? menu_.tagOf(path) : tag;
+  tbDestPath.setButtonImage(destinationKey, destinationPicture(tbDestPath.tag));
+}
+
+void frmDWTOnline::addToUserFolders(const std::wstring& path) {
+  if (!menu_.has(path)) settings::SaveSetting(settings::folders, path, path);
+}
+
+void frmDWTOnline::wbDWTOnline_BeforeNavigate2(const std::wstring& address, bool& cancel) {
+  handle(L"wbDWTOnline_BeforeNavigate2", [&] {
+    UnloadArmed_ = false;
+    const auto cracked = modWINInetURL::CrackUrl(address);
+    if (!cracked || !isDownloadPage(cracked->path)) return;
+    cancel = true;
+    runDownload(address, cracked->extraInfo);
+  });
+}
+
+void frmDWTOnline::runDownload(const std::wstring& address, const std::wstring& extraInformation) {
+  std::wstring applicationData;
+  modCommon::SystemFolders wanted;
+  wanted.applicationData = &applicationData;
+  modCommon::GetSystemFolders(host_.version(), wanted);
+  std::wstring destination = tbDestPath.buttonText(destinationKey);
+  const frmDownloadProgress::Request request = {.pageAddress = address,
+                                                .applicationData = applicationData,
+                                                .destinationFolder = destination,
+                                                .destinationTag = tbDestPath.tag,
+                                                .agent = agent};
+  if (!frmDownloadProgress(host_).RunModal(destination, DownloadCompleted_, request, hwnd()))
+    return;
+
+  CloseReason_ = downloaded;
+  addToUserFolders(destination);
+  settings::SaveSetting(settings::general, settings::downloadFolder, destination);
+  EnableWindow(hwnd(), FALSE);
+  if (const auto success = successAddress(extraInformation))
+    showSuccessPage(*success);
+  else
+    startUnloadTimer();
+}
+
+// An address that the browser refuses leaves the window as it was.
+void frmDWTOnline::showSuccessPage(const std::wstring& address) {
+  try {
+    wbDWTOnline.navigate(address);
+  } catch (...) {
+    EnableWindow(hwnd(), TRUE);
+    throw;
+  }
+}
+
+void frmDWTOnline::wbDWTOnline_CommandStateChange(long command, bool enable) {
+  if (command == forwardCommand) tbDWTOnline.setButtonEnabled(L"Next", enable);
+  if (command == backCommand) tbDWTOnline.setButtonEnabled(L"Back", enable);
+}
+
+void frmDWTOnline::wbDWTOnline_DocumentComplete() {
+  if (!IsWindowEnabled(hwnd())) EnableWindow(hwnd(), TRUE);
+}
+
+void frmDWTOnline::startUnloadTimer() {
+  UnloadArmed_ = false;
+  timerRuns_ = SetTimer(hwnd(), unloadTimer, unloadInterval, nullptr) != 0;
+}
+
+void frmDWTOnline::stopUnloadTimer() noexcept {
+  if (timerRuns_) KillTimer(hwnd(), unloadTimer);
+  timerRuns_ = false;
+}
+
+// Closes on the second tick, unless a navigation has started between the two.
+void frmDWTOnline::tmrUnloadMe_Timer() {
+  handle(L"tmrUnloadMe_Timer", [this] {
+    if (CloseReason_ != downloaded) return;
+    if (UnloadArmed_ && DownloadCompleted_) {
+      stopUnloadTimer();
+      unload();
+      return;
+    }
+    UnloadArmed_ = true;
+  });
+}

@@ -1,0 +1,74 @@
+// The "DWT Online" window: the catalogue's pages in an embedded browser, and the folder that what
+// is downloaded goes to.
+#pragma once
+
+#include <string>
+
+#include "addin/host/HostApplication.h"
+#include "common/forms/Form.h"
+#include "common/forms/ImageList.h"
+#include "common/forms/Toolbar.h"
+#include "common/forms/WebBrowser.h"
+#include "common/forms/controls.h"
+#include "online/DestinationMenu.h"
+
+class frmDWTOnline : public forms::Form {
+ public:
+  explicit frmDWTOnline(HostApplication host);
+
+  // What the caller does after the window has closed.
+  enum CloseReason : short {
+    nothing = 0,
+    downloaded = 1,   // a download was completed
+    showBrowser = 2,  // the user asked for the template browser
+  };
+
+  // Shows the window over `owner`. Opened from the browser, it does not offer to open it.
+  short RunOnline(bool openedFromBrowser, HWND owner);
+
+ private:
+  void Form_Load() override;
+  void Form_Resize() override;
+  void Form_Unload() override;
+  bool onMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
+  bool preTranslate(MSG& message) override;
+
+  void load();
+  std::wstring readStartPage();
+  void buildToolbar();
+  void buildMenu();
+  void restoreDestination();
+  void openStartPage(const std::wstring& startPage);
+
+  void tbDWTOnline_ButtonClick(const std::wstring& key);
+  void tbDestPath_ButtonDropDown();
+  void mnuFolder_Click(const DestinationEntry& entry);
+  void browseForDestination();
+  void setDestination(const std::wstring& path, const std::wstring& tag);
+  void addToUserFolders(const std::wstring& path);
+
+  void wbDWTOnline_BeforeNavigate2(const std::wstring& address, bool& cancel);
+  void wbDWTOnline_CommandStateChange(long command, bool enable);
+  void wbDWTOnline_DocumentComplete();
+  void runDownload(const std::wstring& address, const std::wstring& extraInformation);
+  void showSuccessPage(const std::wstring& address);
+  void startUnloadTimer();
+  void stopUnloadTimer() noexcept;
+  void tmrUnloadMe_Timer();
+
+  HostApplication host_;
+  short CloseReason_ = nothing;
+  bool OpenedFromBrowser_ = false;
+  bool DownloadCompleted_ = false;
+  bool UnloadArmed_ = false;
+  bool FullyLoaded_ = false;
+  bool timerRuns_ = false;
+  DestinationMenu menu_;
+  forms::ImageList pictures_;
+  forms::ImageList folderPictures_;
+
+  forms::Toolbar tbDWTOnline;
+  forms::Label picSaveIn;
+  forms::Toolbar tbDestPath;
+  forms::WebBrowser wbDWTOnline;
+};

@@ -1,0 +1,82 @@
+#include "online/frmDownloadProgress.h"
+
+#include "common/log.h"
+#include "online/DestinationMenu.h"
+#include "online/resource.h"
+
+frmDownloadProgress::frmDownloadProgress(HostApplication host)
+    : Form(L"frmDownloadProgress", IDD_DOWNLOAD),
+      host_(std::move(host)),
+      lblCurrentDownload(*this, IDC_DOWNLOAD_CURRENT),
+      prbDownloadProgress(*this, IDC_DOWNLOAD_CURRENTBAR),
+      lblCurrentDownloadSize(*this, IDC_DOWNLOAD_CURRENTSIZE),
+      prbOverallProgress(*this, IDC_DOWNLOAD_OVERALLBAR),
+      lblOverallDownloadSize(*this, IDC_DOWNLOAD_OVERALLSIZE),
+      cmdCancel(*this, IDCANCEL) {
+  cmdCancel.onClick = [this] { cmdCancel_Click(); };
+}
+
+bool frmDownloadProgress::RunModal(std::wstring& destinationFolder, bool& completed,
+                                   const Request& request, HWND owner) {
+  try {
+    return runRequest(destinationFolder, completed, request, owner);
+  } catch (...) {
+    const Error error = errors::current();
+    modCommon::WriteLog(L"Error " + std::to_wstring(error.number()) + L" (" + error.description() +
+                        L") in procedure RunModal of Form frmDownloadDlg");
+    return false;
+  }
+}
+
+bool frmDownloadProgress::runRequest(std::wstring& destinationFolder, bool& completed,
+                                     const Request& request, HWND owner) {
+  notCancelled_ = true;
+  const bool machineWide = request.destinationTag == DestinationMenu::machineTag;
+  DownloadView& view = *this;
+  run_.emplace(DownloadRequest{.pageAddress = request.pageAddress,
+                               .destinationFolder = request.destinationFolder,
+                               .machineWide = machineWide,
+                               .hostVersion = host_.version()},
+               view);
+  run_->ExtractAndCanonicalizeUrl();
+  if (run_->table().addressCount() == 0) {
+    showMessage(owner, L"Could not extract download information.", MB_ICONHAND, L"DWT Online");
+    return false;
+  }
+  showModal(owner);
+  completed = run_->completed();
+  destinationFolder = run_->destinationFolder();
+  return completed && notCancelled_;
+}
+
+void frmDownloadProgress::Form_Load() {
+  if (!run_->load()) unload();
+}
+
+void frmDownloadProgress::Form_Activate() {
+  run_->run();
+  unload();
+}
+
+void frmDownloadProgress::Form_Unload() { run_->unload(); }
+
+// A run that is under way notices at its next step.
+void frmDownloadProgress::cmdCancel_Click() {
+  notCancelled_ = false;
+  unload();
+}
+
+bool frmDownloadProgress::keepGoing() {
+  forms::yieldToMessages();
+  return notCancelled_;
+}
+
+void frmDownloadProgress::showCaption(const std::wstring& text) {
+  SetWindowTextW(hwnd(), text.c_str());
+}
+
+void frmDownloadProgress::fail(const std::wstring& text, const std::wstring& title) {
+  showMessage(hwnd(), text, MB_ICONHAND, title);
+}
+
+bool frmDownloadProgress::ask(const std::wstring& text) { return message(text, MB_YESNO) == IDYES; }

@@ -1,0 +1,66 @@
+// The download dialog: sizes, transfers and unpacks what a download page asks for, when it is first
+// shown.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "addin/host/HostApplication.h"
+#include "common/forms/Form.h"
+#include "common/forms/controls.h"
+#include "online/DownloadRun.h"
+#include "online/DownloadView.h"
+
+class frmDownloadProgress : public forms::Form, private DownloadView {
+ public:
+  explicit frmDownloadProgress(HostApplication host);
+
+  // What the catalogue window hands in, and what it gets back. The application-data folder and the
+  // agent string are accepted for the caller's sake and not used.
+  struct Request {
+    std::wstring pageAddress;
+    std::wstring applicationData;
+    std::wstring destinationFolder;
+    std::wstring destinationTag;  // the list's letter
+    std::wstring agent;
+  };
+  // True when the download completed and was not cancelled. `destinationFolder` is the folder that
+  // was used; `completed` tells whether every archive was handled, whatever the user did.
+  bool RunModal(std::wstring& destinationFolder, bool& completed, const Request& request,
+                HWND owner);
+
+ private:
+  void Form_Load() override;
+  void Form_Activate() override;
+  void Form_Unload() override;
+  void cmdCancel_Click();
+  bool runRequest(std::wstring& destinationFolder, bool& completed, const Request& request,
+                  HWND owner);
+
+  bool keepGoing() override;
+  std::wstring caption() const override { return Form::caption(); }
+  void showCaption(const std::wstring& text) override;
+  std::wstring current() const override { return lblCurrentDownload.text(); }
+  void showCurrent(const std::wstring& text) override { lblCurrentDownload.setText(text); }
+  void showCurrentSize(const std::wstring& text) override { lblCurrentDownloadSize.setText(text); }
+  void showOverallSize(const std::wstring& text) override { lblOverallDownloadSize.setText(text); }
+  void resetCurrent(short maximum) override { prbDownloadProgress.reset(maximum); }
+  void stepCurrent(short by) override { prbDownloadProgress.step(by); }
+  void resetOverall(short maximum) override { prbOverallProgress.reset(maximum); }
+  void stepOverall() override { prbOverallProgress.step(1); }
+  void disableCancel() override { cmdCancel.setEnabled(false); }
+  void fail(const std::wstring& text, const std::wstring& title) override;
+  bool ask(const std::wstring& text) override;
+  HWND messageOwner() const override { return hwnd(); }
+
+  HostApplication host_;
+  std::optional<DownloadRun> run_;
+  bool notCancelled_ = true;
+
+  forms::Label lblCurrentDownload;
+  forms::ProgressBar prbDownloadProgress;
+  forms::Label lblCurrentDownloadSize;
+  forms::ProgressBar prbOverallProgress;
+  forms::Label lblOverallDownloadSize;
+  forms::Button cmdCancel;
+};

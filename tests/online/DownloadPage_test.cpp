@@ -1,0 +1,35 @@
+#include "online/DownloadPage.h"
+
+#include "tests/support/text_output.h"
+
+TEST_CASE("the download page is known in any letter case") {
+  CHECK(isDownloadPage(L"/catalogue/DWTOnlineDownload.htm"));
+  CHECK(isDownloadPage(L"/catalogue/dwtonlinedownload.HTM"));
+}
+
+TEST_CASE("a page whose name goes on after the download page's name triggers too") {
+  CHECK(isDownloadPage(L"/DWTOnlineDownload.html"));
+}
+
+TEST_CASE("other pages and paths without a slash are no download page") {
+  CHECK_FALSE(isDownloadPage(L"/catalogue/index.htm"));
+  CHECK_FALSE(isDownloadPage(L"/DWTOnlineDownload.htm/more"));
+  CHECK_FALSE(isDownloadPage(L"/DWTOnlineDownload.ht"));
+  CHECK_FALSE(isDownloadPage(L"DWTOnlineDownload.htm"));
+  CHECK_FALSE(isDownloadPage(L""));
+}
+
+TEST_CASE("the success page is the value of the first part of that name") {
+  CHECK(successAddress(L"?dwt1=http://h/a.zip& Success=http://h/one.htm?x=1&success=two") ==
+        L"http://h/one.htm?x=1");
+}
+
+TEST_CASE("a query without a question mark is read whole") {
+  CHECK(successAddress(L"success=http://h/done.htm") == L"http://h/done.htm");
+}
+
+TEST_CASE("without a part named success there is no success page") {
+  CHECK_FALSE(successAddress(L"?dwt1=a&success").has_value());
+  CHECK_FALSE(successAddress(L"?successful=a").has_value());
+  CHECK_FALSE(successAddress(L"").has_value());
+}

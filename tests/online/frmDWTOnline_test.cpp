@@ -1,0 +1,501 @@
+// The online catalogue's window and its download dialog, with a stand-in browser and a real server.
+#include "online/frmDWTOnline.h"
+
+#include "common/placement.h"
+#include "common/settings.h"
+#include "host/model/Host.h"
+#include "online/frmDownloadProgress.h"
+#include "online/resource.h"
+#include "tests/catalogue/FolderPicker.h"
+#include "tests/catalogue/catalogue_support.h"
+#include "tests/online/LoopbackServer.h"
+#include "tests/online/ZipMaker.h"
+#include "tests/support/DebugOutput.h"
+#include "tests/support/FakeWebBrowser.h"
+#include "tests/support/ModalDriver.h"
+#include "tests/support/ScratchFolder.h"
+#include "tests/support/ScratchRegistry.h"
+#include "tests/support/text_output.h"
+
+namespace {
+
+constexpr wchar_t machineKey[] = L"SOFTWARE\\Korvel Software\\Quillet Viewer";
+constexpr wchar_t userSettings[] =
+    L"Software\\VB and VBA Program Settings\\Quillet Viewer\\Settings";
+constexpr wchar_t startPage[] = L"http://127.0.0.1/catalogue/start.htm";
+
+enum Button : WPARAM { back, next, stop, refresh, print, quillet, help };
+
+// The real window over a real disk.
+class OnlineWindow {
+ public:
+  OnlineWindow() : host_({}, web_.path(), themes_.path()) {
+    registry.setString(HKEY_CURRENT_USER, userSettings, L"Logging", L"1");
+    registry.setString(HKEY_LOCAL_MACHINE, machineKey, L"DWTOnline", startPage);
+    registry.setString(HKEY_CURRENT_USER,
+                       L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders",
+                       L"AppData", disk.makeFolder(L"data"));
+    registry.setNumber(HKEY_CURRENT_USER,
+                       L"Software\\Microsoft\\Windows\\CurrentVersion\\Internet Settings",
+                       L"ProxyEnable", 0);
+    registry.setString(HKEY_CURRENT_USER, L"SOFTWARE\\Microsoft\\Office\\11.0\\Common\\General",
+                       L"Themes", L"Themes");
+    disk.makeFolder(L"data\\Microsoft\\Themes");
+  }
+  ~OnlineWindow() { modCommon::setLoggingFlag(0); }
+
+  // Shows the window; `script` runs once it is on the screen, then it is closed by its close box
+  // unless the script has done so.
+  short show(
+      const std::function<void()>& script = [] {}, bool fromBrowser = false) {
+    driver.onDialog(L"DWT Online", [&](HWND window) {
+      dialog = window;
+      script();
+      if (open()) PostMessageW(dialog, WM_CLOSE, 0, 0);
+    });
+    frmDWTOnline form(application());
+    return form.RunOnline(fromBrowser, nullptr);
+  }
+
+  HostApplication application() const {
+    return HostApplication(host::Dispatch(ComPtr<IDispatch>(host_.application())));
+  }
+  bool open() const { return IsWindow(dialog) && IsWindowVisible(dialog); }
+  HWND control(int id) const { return GetDlgItem(dialog, id); }
+
+  // The navigation buttons in their order, without the gaps.
+  int command(Button button) const {
+    TBBUTTON description = {};
+    WPARAM left = button;
+    for (WPARAM index = 0;; ++index) {
+      if (!SendMessageW(control(IDC_ONLINE_TOOLBAR), TB_GETBUTTON, index,
+                        reinterpret_cast<LPARAM>(&description)))
+        return -1;
+      if (description.fsStyle & BTNS_SEP) continue;
+      if (left-- == 0) return description.idCommand;
+    }
+  }
+  bool enabled(Button button) const {
+    return SendMessageW(control(IDC_ONLINE_TOOLBAR), TB_ISBUTTONENABLED,
+                        static_cast<WPARAM>(command(button)), 0) != 0;
+  }
+  void click(Button button) const {
+    SendMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(command(button)),
+                 reinterpret_cast<LPARAM>(control(IDC_ONLINE_TOOLBAR)));
+  }
+  // As the drop-down menu reports it; separators count.
+  void choose(WORD entry) const {
+    SendMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(0x6000 + entry), 0);
+  }
+
+  TBBUTTON destinationButton() const {
+    TBBUTTON description = {};
+    SendMessageW(control(IDC_ONLINE_DESTINATION), TB_GETBUTTON, 0,
+                 reinterpret_cast<LPARAM>(&description));
+    return description;
+  }
+  std::wstring destination() const {
+    wchar_t text[1024] = {};
+    SendMessageW(control(IDC_ONLINE_DESTINATION), TB_GETBUTTONTEXTW,
+                 static_cast<WPARAM>(destinationButton().idCommand),
+                 reinterpret_cast<LPARAM>(text));
+    return text;
+  }
+  bool hasMachinePicture() const { return destinationButton().iBitmap == 0; }
+
+  std::wstring saved(const wchar_t* name) const {
+    return registry.string(HKEY_CURRENT_USER, userSettings, name).value_or(L"");
+  }
+  void saveIn(const std::wstring& folder) {
+    registry.setString(HKEY_CURRENT_USER, userSettings, L"DWTDownloadDir", folder);
+  }
+
+  ScratchFolder disk;
+  ScratchRegistry registry;
+  FakeWebBrowser page;
+  ModalDriver driver;
+  DebugOutput log;
+  FolderPicker picker;
+  HWND dialog = nullptr;
+
+ private:
+  ScratchFolder web_;
+  ScratchFolder themes_;
+  standin::Host host_;
+};
+
+std::string archive() { return ZipMaker().add("home.dwt", "a page").bytes(); }
+
+std::wstring downloadPage(const std::wstring& query) {
+  return L"http://127.0.0.1/DWTOnlineDownload.htm" + query;
+}
+
+// Presses Cancel in the download dialog once bytes have come in.
+struct CancelWhenReading {
+  static inline HWND dialog = nullptr;
+
+  static void CALLBACK tick(HWND, UINT, UINT_PTR timer, DWORD) {
+    if (!dialog) dialog = FindWindowW(nullptr, L"Downloading 1 of 1 files.");
+    if (!dialog || windowText(dialog, IDC_DOWNLOAD_CURRENTSIZE).empty()) return;
+    KillTimer(nullptr, timer);
+    press(dialog, IDCANCEL);
+  }
+};
+
+}  // namespace
+
+// Start
+
+TEST_CASE("the window opens the catalogue's start page") {
+  OnlineWindow online;
+  CHECK(online.show() == 0);
+  CHECK(online.page.navigations() == Lines{startPage});
+  CHECK(online.driver.boxes().empty());
+}
+
+TEST_CASE("a start page that cannot be cracked opens the blank page") {
+  OnlineWindow online;
+  online.registry.setString(HKEY_LOCAL_MACHINE, machineKey, L"DWTOnline", L"no address");
+  online.show();
+  CHECK(online.page.navigations() == Lines{L"about:blank"});
+  CHECK(online.driver.boxes().empty());
+}
+
+TEST_CASE("without a start page the window does not open and says why") {
+  for (const bool empty : {false, true}) {
+    OnlineWindow online;
+    ScratchRegistry registry;
+    registry.setString(HKEY_CURRENT_USER, userSettings, L"Logging", L"1");
+    if (empty) registry.setString(HKEY_LOCAL_MACHINE, machineKey, L"DWTOnline", L"");
+    const std::wstring missing =
+        L"The required registry settings cannot be found. The product may have to be reinstalled.";
+    frmDWTOnline form(online.application());
+    CHECK(form.RunOnline(false, nullptr) == 0);
+    REQUIRE(online.driver.boxes().size() == 1);
+    CHECK(online.driver.boxes()[0].text == missing);
+    CHECK(online.driver.boxes()[0].title == L"DWT Online");
+    CHECK(online.driver.boxes()[0].icon == MB_ICONHAND);
+    CHECK(online.driver.dialogs().empty());
+    CHECK(online.log.has(L"ERROR in procedure Form_Load of Form frmDWTOnline. Error : 513\t" +
+                         missing));
+    CHECK_FALSE(
+        registry.binary(HKEY_CURRENT_USER, userSettings, L"DWTOnlinePlacement").has_value());
+  }
+}
+
+TEST_CASE("opening the window from the template browser disables its Quillet button") {
+  OnlineWindow online;
+  online.show([&] { CHECK_FALSE(online.enabled(quillet)); }, true);
+}
+
+TEST_CASE("opened from the menu the Quillet button is enabled and asks for the browser") {
+  OnlineWindow online;
+  const short reason = online.show([&] {
+    CHECK(online.enabled(quillet));
+    online.click(quillet);
+    CHECK_FALSE(online.open());
+  });
+  CHECK(reason == 2);
+}
+
+TEST_CASE("the window keeps its place") {
+  OnlineWindow online;
+  online.show([&] { MoveWindow(online.dialog, 20, 30, 760, 560, TRUE); });
+  RECT place = {};
+  online.show([&] { GetWindowRect(online.dialog, &place); });
+  CHECK(place.left == 20);
+  CHECK(place.top == 30);
+  CHECK(place.right == 780);
+  CHECK(place.bottom == 590);
+}
+
+TEST_CASE("without a remembered place the window is centred on the screen") {
+  OnlineWindow online;
+  online.show([&] {
+    RECT place;
+    GetWindowRect(online.dialog, &place);
+    RECT screen;
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &screen, 0);
+    CHECK(std::abs(place.left + place.right - screen.left - screen.right) <= 2);
+    CHECK(std::abs(place.top + place.bottom - screen.top - screen.bottom) <= 2);
+  });
+}
+
+TEST_CASE("closing the window writes the separator line") {
+  OnlineWindow online;
+  online.show();
+  CHECK(online.log.has(L"-----------------------------------------------------"));
+}
+
+// Navigation
+
+TEST_CASE("the toolbar moves the browser") {
+  OnlineWindow online;
+  online.show([&] {
+    online.page.clear();
+    for (const Button each : {back, next, stop, refresh, print}) online.click(each);
+    CHECK(online.page.calls() ==
+          Lines{L"GoBack", L"GoForward", L"Stop", L"Refresh", L"ExecWB 6 0"});
+  });
+}
+
+TEST_CASE("the browser enables the buttons for going back and forward") {
+  OnlineWindow online;
+  online.show([&] {
+    online.page.setCommandState(1, true);
+    CHECK(online.enabled(next));
+    CHECK_FALSE(online.enabled(back));
+    online.page.setCommandState(2, true);
+    online.page.setCommandState(1, false);
+    CHECK_FALSE(online.enabled(next));
+    CHECK(online.enabled(back));
+    online.page.setCommandState(3, false);
+    CHECK(online.enabled(back));
+  });
+}
+
+TEST_CASE("other pages are let happen") {
+  OnlineWindow online;
+  online.show([&] {
+    CHECK(online.page.follow(L"http://127.0.0.1/xDWTOnlineDownload.htm?dwt1=a"));
+    CHECK(online.page.follow(L"http://127.0.0.1/DWTOnlineDownload.htm/next.htm"));
+    CHECK(online.page.follow(L"about:blank"));
+  });
+  CHECK(online.driver.boxes().empty());
+}
+
+// The destination
+
+TEST_CASE("the destination begins as the remembered download folder") {
+  OnlineWindow online;
+  online.saveIn(online.disk.path());
+  online.show([&] { CHECK(online.destination() == online.disk.path()); });
+}
+
+TEST_CASE("without a download folder the one of the application data is made and used") {
+  OnlineWindow online;
+  online.show([&] {
+    CHECK(online.destination() == online.disk / L"data\\Korvel Software\\DWTs");
+    CHECK_FALSE(online.hasMachinePicture());
+  });
+  CHECK(online.disk.exists(L"data\\Korvel Software\\DWTs"));
+}
+
+TEST_CASE("choosing a listed folder makes it the destination with its list's picture") {
+  OnlineWindow online;
+  const std::wstring machine = online.disk.makeFolder(L"machine & all");
+  const std::wstring user = online.disk.makeFolder(L"user");
+  listForMachine(online.registry, machine);
+  listForUser(online.registry, user);
+  online.show([&] {
+    online.choose(0);
+    CHECK(online.destination() == machine);
+    CHECK(online.hasMachinePicture());
+    online.choose(2);
+    CHECK(online.destination() == user);
+    CHECK_FALSE(online.hasMachinePicture());
+  });
+}
+
+TEST_CASE("a listed folder that cannot be written to is not chosen") {
+  OnlineWindow online;
+  online.saveIn(online.disk.path());
+  listForUser(online.registry, online.disk / L"gone");
+  online.show([&] {
+    online.choose(0);
+    CHECK(online.destination() == online.disk.path());
+  });
+  REQUIRE(online.driver.boxes().size() == 1);
+  CHECK(online.driver.boxes()[0].title == L"DWT Online");
+}
+
+TEST_CASE("browsing chooses a folder of the disk") {
+  OnlineWindow online;
+  online.saveIn(online.disk.path());
+  const std::wstring chosen = online.disk.makeFolder(L"chosen");
+  online.picker.choose(chosen);
+  online.show([&] {
+    online.choose(0);
+    CHECK(online.destination() == chosen);
+    CHECK_FALSE(online.hasMachinePicture());
+  });
+  REQUIRE(online.picker.shown.size() == 1);
+  CHECK(online.picker.shown[0].prompt ==
+        L"Select the folder where downloaded DWTs will be stored.");
+  CHECK(online.picker.shown[0].start == online.disk.path());
+  CHECK(online.picker.shown[0].owner == online.dialog);
+}
+
+TEST_CASE("browsing to a listed folder of the machine shows the machine's picture") {
+  OnlineWindow online;
+  const std::wstring machine = online.disk.makeFolder(L"machine");
+  listForMachine(online.registry, machine);
+  online.picker.choose(machine);
+  online.show([&] {
+    online.choose(2);
+    CHECK(online.destination() == machine);
+    CHECK(online.hasMachinePicture());
+  });
+}
+
+TEST_CASE("browsing to a virtual folder shows the message and keeps the destination") {
+  OnlineWindow online;
+  online.saveIn(online.disk.path());
+  online.picker.chooseVirtualFolder();
+  online.show([&] {
+    online.choose(0);
+    CHECK(online.destination() == online.disk.path());
+  });
+  REQUIRE(online.driver.boxes().size() == 1);
+  CHECK(online.driver.boxes()[0].text ==
+        L"Invalid path. Please select a valid file system path to search for DWT's.");
+  CHECK(online.driver.boxes()[0].title == L"DWT Online");
+  CHECK(online.driver.boxes()[0].icon == MB_ICONASTERISK);
+}
+
+TEST_CASE("a cancelled folder picker keeps the destination") {
+  OnlineWindow online;
+  online.saveIn(online.disk.path());
+  online.picker.cancel();
+  online.show([&] {
+    online.choose(0);
+    CHECK(online.destination() == online.disk.path());
+  });
+  CHECK(online.driver.boxes().empty());
+}
+
+// The download
+
+TEST_CASE("the download page is never shown by the browser in any letter case") {
+  OnlineWindow online;
+  const short reason = online.show([&] {
+    CHECK_FALSE(online.page.follow(L"http://127.0.0.1/a/dwtonlinedownload.HTM"));
+    CHECK_FALSE(online.page.follow(L"http://127.0.0.1/DWTOnlineDownload.html"));
+    CHECK_FALSE(online.page.followInFrame(L"http://127.0.0.1/DWTONLINEDOWNLOAD.HTM?x"));
+    CHECK(online.open());
+    CHECK(IsWindowEnabled(online.dialog));
+  });
+  CHECK(reason == 0);
+  REQUIRE(online.driver.boxes().size() == 3);
+  for (const ShownBox& box : online.driver.boxes()) {
+    CHECK(box.text == L"Could not extract download information.");
+    CHECK(box.title == L"DWT Online");
+    CHECK(box.icon == MB_ICONHAND);
+  }
+  CHECK(online.driver.dialogs() == Lines{L"DWT Online"});
+  CHECK(online.page.navigations() == Lines{startPage});
+  CHECK(online.saved(L"DWTDownloadDir").empty());
+}
+
+TEST_CASE("a download without a success page closes the window on the second tick") {
+  const HttpServer server({{"/d.zip", HttpServer::ok(archive())}});
+  OnlineWindow online;
+  const std::wstring folder = online.disk.makeFolder(L"new");
+  online.saveIn(folder);
+  const short reason = online.show([&] {
+    CHECK_FALSE(online.page.follow(downloadPage(L"?dwt1=" + server.url(L"/d.zip"))));
+    const DWORD began = GetTickCount();
+    CHECK(online.open());
+    CHECK_FALSE(IsWindowEnabled(online.dialog));
+    CHECK(pumpUntil([&] { return !online.open(); }));
+    CHECK(GetTickCount() - began > 700);
+  });
+  CHECK(reason == 1);
+  CHECK(online.disk.readFile(L"new\\home.dwt") == "a page");
+  CHECK(online.saved(L"DWTDownloadDir") == folder);
+  CHECK(online.registry.string(HKEY_CURRENT_USER, userFolders, folder) == folder);
+  CHECK(online.driver.boxes().empty());
+}
+
+TEST_CASE("a navigation between the two ticks keeps the window open for longer") {
+  const HttpServer server({{"/d.zip", HttpServer::ok(archive())}});
+  OnlineWindow online;
+  const short reason = online.show([&] {
+    online.page.follow(downloadPage(L"?dwt1=" + server.url(L"/d.zip")));
+    const DWORD began = GetTickCount();
+    pumpUntil([&] { return GetTickCount() - began > 700; });
+    CHECK(online.open());
+    online.page.follow(L"http://127.0.0.1/other.htm");
+    online.page.arrive(L"http://127.0.0.1/other.htm");
+    CHECK(IsWindowEnabled(online.dialog));
+    pumpUntil([&] { return GetTickCount() - began > 1200; });
+    CHECK(online.open());
+    CHECK(pumpUntil([&] { return !online.open(); }));
+  });
+  CHECK(reason == 1);
+}
+
+TEST_CASE("a download with a success page shows it and stays open") {
+  const HttpServer server({{"/d.zip", HttpServer::ok(archive())}});
+  OnlineWindow online;
+  const short reason = online.show([&] {
+    CHECK_FALSE(online.page.follow(downloadPage(L"?dwt1=" + server.url(L"/d.zip") +
+                                                L"& SUCCESS=http://127.0.0.1/done.htm?a=b ")));
+    CHECK(online.page.navigations() == Lines{startPage, L"http://127.0.0.1/done.htm?a=b"});
+    CHECK(online.open());
+    CHECK(IsWindowEnabled(online.dialog));
+    const DWORD began = GetTickCount();
+    pumpUntil([&] { return GetTickCount() - began > 1300; });
+    CHECK(online.open());
+  });
+  CHECK(reason == 1);
+}
+
+TEST_CASE("a success page that does not arrive leaves the window usable") {
+  const HttpServer server({{"/d.zip", HttpServer::ok(archive())}});
+  OnlineWindow online;
+  online.page.unreachable = [](const std::wstring& address) {
+    return address.ends_with(L"done.htm");
+  };
+  online.show([&] {
+    online.page.follow(
+        downloadPage(L"?dwt1=" + server.url(L"/d.zip") + L"&success=http://127.0.0.1/done.htm"));
+    CHECK(IsWindowEnabled(online.dialog));
+  });
+}
+
+TEST_CASE("a download into a listed folder lists it once") {
+  const HttpServer server({{"/d.zip", HttpServer::ok(archive())}});
+  OnlineWindow online;
+  const std::wstring folder = online.disk.makeFolder(L"New");
+  listForUser(online.registry, online.disk / L"NEW");
+  online.saveIn(folder);
+  online.show([&] {
+    online.page.follow(downloadPage(L"?dwt1=" + server.url(L"/d.zip") + L"&success=about:blank"));
+  });
+  CHECK(online.registry.valueNames(HKEY_CURRENT_USER, userFolders) == Lines{online.disk / L"NEW"});
+}
+
+TEST_CASE("a download that fails leaves the window on its page") {
+  const HttpServer server({{"/d.zip", HttpServer::ok("no archive")}});
+  OnlineWindow online;
+  const short reason = online.show([&] {
+    CHECK_FALSE(online.page.follow(downloadPage(L"?dwt1=" + server.url(L"/missing.zip"))));
+    CHECK_FALSE(online.page.follow(downloadPage(L"?dwt1=" + server.url(L"/d.zip"))));
+    CHECK(online.open());
+    CHECK(IsWindowEnabled(online.dialog));
+  });
+  CHECK(reason == 0);
+  CHECK(online.driver.boxes().size() >= 2);
+  CHECK(online.page.navigations() == Lines{startPage});
+  CHECK(online.saved(L"DWTDownloadDir").empty());
+}
+
+TEST_CASE("the download dialog's Cancel ends an endless download") {
+  HttpServer::Answer endless = HttpServer::raw(HttpServer::head(100000000));
+  endless.endless = true;
+  const HttpServer server({{"/d.zip", endless}});
+  OnlineWindow online;
+  const short reason = online.show([&] {
+    CancelWhenReading::dialog = nullptr;
+    SetTimer(nullptr, 0, 20, CancelWhenReading::tick);
+    CHECK_FALSE(online.page.follow(downloadPage(L"?dwt1=" + server.url(L"/d.zip"))));
+    CHECK(online.open());
+    CHECK(IsWindowEnabled(online.dialog));
+  });
+  CHECK(reason == 0);
+  CHECK(CancelWhenReading::dialog);
+  CHECK_FALSE(online.disk.exists(L"data\\Korvel Software\\d.zip"));
+  CHECK(online.log.has(
+      L"Error 512 (Operation Cancelled.) in procedure Form_Activate of Form frmDownloadProgress"));
+}
