@@ -375,7 +375,7 @@ TEST_SUITE("connection to the host") {
     }
   }
 
-  TEST_CASE("With an open web the online entry says in the log that there is no catalogue yet") {
+  TEST_CASE("With an open web the online entry says that the catalogue is not installed") {
     ScratchFolder web;
     Connected connected({}, web.path());
     connected.registry.setString(HKEY_CURRENT_USER,
@@ -383,8 +383,12 @@ TEST_SUITE("connection to the host") {
                                  L"Logging", L"1");
     const DebugOutput output;
     connected.host.click(dwtOnline);
-    CHECK(output.has(L"The online catalogue is not available yet."));
-    CHECK(connected.modal.boxes().empty());
+    const std::wstring missing =
+        L"The required registry settings cannot be found. The product may have to be reinstalled.";
+    CHECK(
+        output.has(L"ERROR in procedure Form_Load of Form frmDWTOnline. Error : 513\t" + missing));
+    REQUIRE(connected.modal.boxes().size() == 1);
+    CHECK(connected.modal.boxes()[0].text == missing);
     CHECK(connected.modal.dialogs().empty());
   }
 
