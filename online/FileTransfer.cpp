@@ -77,7 +77,7 @@ void FileTransfer::transfer(const Place& place) {
   check();
 }
 
-handles::Internet FileTransfer::locate(const std::wstring& address, CrackedUrl parts) {
+handles::Internet FileTransfer::locate(const std::wstring& address, const CrackedUrl& parts) {
   WriteLog(L"Locating file...");
   handles::Internet file;
   if (parts.scheme == modWINInetURL::schemeFtp && session_.access() == InternetSession::direct) {

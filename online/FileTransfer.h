@@ -24,7 +24,7 @@ class FileTransfer : private DownloadSteps {
   using Place = DownloadTable::Place;
 
   void transfer(const Place& place);
-  handles::Internet locate(const std::wstring& address, modWINInetURL::CrackedUrl parts);
+  handles::Internet locate(const std::wstring& address, const modWINInetURL::CrackedUrl& parts);
   bool mayWrite(const std::wstring& path);
   void receive(const handles::Internet& source, const Place& place, const std::wstring& path);
   void copyBytes(const handles::Internet& source, const Place& place, handles::File& file);

@@ -18,13 +18,13 @@ class Reader {
 
   std::wstring text() {
     std::wstring value;
-    while (const wchar_t next = take<wchar_t>()) value += next;
+    while (const auto next = take<wchar_t>()) value += next;
     return value;
   }
 
   // A name, or the number behind 0xFFFF as "#n".
   std::wstring nameOrNumber() {
-    const wchar_t first = take<wchar_t>();
+    const auto first = take<wchar_t>();
     if (first == 0xFFFF) return L"#" + std::to_wstring(take<WORD>());
     if (first == 0) return {};
     return first + text();

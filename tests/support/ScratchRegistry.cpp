@@ -114,7 +114,7 @@ std::vector<std::wstring> ScratchRegistry::valueNames(HKEY root, std::wstring_vi
   if (!open.get()) return names;
   std::wstring name(16384, L'\0');
   for (DWORD index = 0;; ++index) {
-    DWORD length = static_cast<DWORD>(name.size());
+    auto length = static_cast<DWORD>(name.size());
     if (RegEnumValueW(open.get(), index, name.data(), &length, nullptr, nullptr, nullptr,
                       nullptr) != ERROR_SUCCESS)
       return names;
