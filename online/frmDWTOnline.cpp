@@ -156,6 +156,7 @@ void frmDWTOnline::load() {
     centreOnScreen(hwnd());
   buildMenu();
   restoreDestination();
+  Form_Resize();
   openStartPage(startPage);
 }
 

@@ -272,6 +272,19 @@ TEST_CASE("the destination begins as the remembered download folder") {
   online.show([&] { CHECK(online.destination() == online.disk.path()); });
 }
 
+TEST_CASE("the destination has the width of its bar from the start") {
+  OnlineWindow online;
+  online.saveIn(L"C:\\windows");
+  online.show([&] {
+    RECT bar = {};
+    RECT button = {};
+    GetClientRect(online.control(IDC_ONLINE_DESTINATION), &bar);
+    SendMessageW(online.control(IDC_ONLINE_DESTINATION), TB_GETITEMRECT, 0,
+                 reinterpret_cast<LPARAM>(&button));
+    CHECK(button.right - button.left == bar.right);
+  });
+}
+
 TEST_CASE("without a download folder the one of the application data is made and used") {
   OnlineWindow online;
   online.show([&] {
