@@ -57,7 +57,7 @@ void FolderListEdit::Save() const {
     const FolderRow row = rows_.row(index);
     if (row.tag != perUserTag) continue;
     settings::SaveSetting(settings::folders, row.path, row.path);
-    modCommon::WriteLog(L"User folder: " + row.path);
+    modCommon::WriteLog({L"User folder: ", row.path});
   }
 }
 

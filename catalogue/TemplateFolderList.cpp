@@ -29,7 +29,7 @@ void readMachineWide(TemplateFolderList& list) {
   for (;;) {
     if (key.EnumValue(name, type)) {
       append(list, machineWideTag, name);
-      modCommon::WriteLog(L"Global - " + name);
+      modCommon::WriteLog({L"Global - ", name});
     } else if (key.GetLastError() != ERROR_MORE_DATA) {
       break;  // a name that is too long for any path hides only itself
     }
@@ -40,7 +40,7 @@ void readMachineWide(TemplateFolderList& list) {
 void readPerUser(TemplateFolderList& list) {
   for (const auto& [name, data] : settings::GetAllSettings(settings::folders)) {
     append(list, perUserTag, name);
-    modCommon::WriteLog(L"User - " + name);
+    modCommon::WriteLog({L"User - ", name});
   }
 }
 
@@ -54,7 +54,7 @@ short ReadTemplateFolderList(TemplateFolderList& list) {
   readMachineWide(list);
   readPerUser(list);
   const auto count = static_cast<short>(list.size());
-  WriteLog(L"DWT folders list contains " + std::to_wstring(count) + L" items.");
+  WriteLog({L"DWT folders list contains ", std::to_wstring(count), L" items."});
   return count;
 }
 

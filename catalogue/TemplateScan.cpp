@@ -56,12 +56,12 @@ void TemplateScan::ListTemplates() {
   if (modCommon::ReadTemplateFolderList(folders) == 0) return;
   modCommon::WriteLog(L"Enumerating DWTs...");
   for (const auto& entry : folders) ScanFolder(std::wstring_view(entry).substr(1));
-  modCommon::WriteLog(L"DWT enumeration complete. " + std::to_wstring(view_.count()) +
-                      L" DWTs listed.");
+  modCommon::WriteLog(
+      {L"DWT enumeration complete. ", std::to_wstring(view_.count()), L" DWTs listed."});
 }
 
 void TemplateScan::ScanFolder(std::wstring_view folder) {
-  modCommon::WriteLog(L"Scanning folder: " + std::wstring(folder));
+  modCommon::WriteLog({L"Scanning folder: ", folder});
   const Waiting waiting(*this);
   const std::wstring path = modCommon::withBackslash(folder);
   FileSearch search(path + L"*.*");

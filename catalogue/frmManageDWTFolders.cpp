@@ -125,7 +125,7 @@ void frmManageDWTFolders::cmdEdit_Click() {
       return;
     }
     std::wstring path = selectedPath();
-    modCommon::WriteLog(L"Path Name : " + path);
+    modCommon::WriteLog({L"Path Name : ", path});
     if (!pickFolder(path)) return;
     if (path.empty()) {
       message(invalidPath, MB_ICONINFORMATION);
@@ -142,12 +142,12 @@ void frmManageDWTFolders::accept(const std::wstring& path) {
       return;
     case FolderListEdit::Change::alreadyListed:
       message(path + L"\r\n" + alreadyListed, MB_ICONINFORMATION);
-      modCommon::WriteLog(path + L": " + alreadyListed);
+      modCommon::WriteLog({path, L": ", alreadyListed});
       return;
     case FolderListEdit::Change::done:
       lvSelectedFolders.autoSizeColumn();
       lvSelectedFolders_ItemClick();
-      modCommon::WriteLog(L"New Path : " + path);
+      modCommon::WriteLog({L"New Path : ", path});
       return;
   }
 }

@@ -171,9 +171,9 @@ void frmQuillet::setUpControls() {
 
 void frmQuillet::writeVersions() const {
   WriteLog(L"Quillet started...");
-  WriteLog(L"Quillet ver.: " + versionText() + L" for FrontPage 2003");
-  WriteLog(L"FP ver.: " + host_.version());
-  WriteLog(L"OS: " + modCommon::GetOSVersionText());
+  WriteLog({L"Quillet ver.: ", versionText(), L" for FrontPage 2003"});
+  WriteLog({L"FP ver.: ", host_.version()});
+  WriteLog({L"OS: ", modCommon::GetOSVersionText()});
 }
 
 void frmQuillet::startFailed(const Error& error) {
@@ -391,7 +391,7 @@ void frmQuillet::cmdDestFolder_Click() {
     if (SelectWebFolder(*web, destination_, true, true, hwnd())) {
       const auto folder = web->locateFolder(destination_);
       lblDestPath.setText(folder ? folder->url() : destination_);
-      WriteLog(L"Destination folder set to: " + lblDestPath.text());
+      WriteLog({L"Destination folder set to: ", lblDestPath.text()});
     } else {
       destination_ = lblDestPath.text();
       WriteLog(L"Setting destination folder operation cancelled.");
@@ -440,7 +440,7 @@ bool frmQuillet::askForDefault(const HostWeb& web) {
 void frmQuillet::copyTo(const HostWeb& web, const forms::ListRow& row) {
   const auto located = web.locateFolder(destination_);
   const HostFolder folder = located ? *located : web.createFolder(destination_);
-  WriteLog(L"Copying folder to the following path : " + destination_);
+  WriteLog({L"Copying folder to the following path : ", destination_});
   if (!frmCopyToWeb().CopyTemplateFolder(folder.url(), {row.text, row.tag}, hwnd())) return;
   if (lvDWTs.count() == 0) {
     cmdCopytoWeb.setEnabled(false);

@@ -10,9 +10,11 @@ target_include_directories(quillet-flags INTERFACE ${CMAKE_SOURCE_DIR} ${CMAKE_B
 configure_file(common/version.h.in common/version.h @ONLY)
 
 # The one place that knows the compiler: everything else is standard C++ and the Windows interfaces.
+# Functions are not cloned for their callers (ipa-sra): each file would have clones of its own of what
+# all of them share, a fiftieth of the module in all.
 target_compile_options(quillet-flags INTERFACE
   -Wall -Wextra -Wpedantic -Werror
-  -ffunction-sections -fdata-sections -fno-ident)
+  -ffunction-sections -fdata-sections -fno-ident -fno-ipa-sra)
 # Nothing in the module asks an object for its type, and the tables for that would be a fiftieth of
 # it. A target that does ask sets the property USES_RTTI.
 target_compile_options(quillet-flags INTERFACE

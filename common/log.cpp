@@ -12,6 +12,7 @@
 #include "common/errors.h"
 #include "common/report.h"
 #include "common/settings.h"
+#include "common/text.h"
 
 namespace modCommon {
 namespace {
@@ -71,6 +72,15 @@ void WriteLog(std::wstring_view message) noexcept {
     std::wstring line = timeOfDay();
     line.append(static_cast<std::size_t>(state.indent) + 1, L' ').append(message);
     OutputDebugStringA(text::toAnsi(line).c_str());
+  } catch (...) {
+    // A line that cannot be made is left out.
+  }
+}
+
+void WriteLog(std::initializer_list<std::wstring_view> parts) noexcept {
+  if (state.flag != 1) return;
+  try {
+    WriteLog(text::join(parts));
   } catch (...) {
     // A line that cannot be made is left out.
   }

@@ -7,14 +7,8 @@ namespace modCommon {
 void reportFormError(std::wstring_view procedure, std::wstring_view form,
                      const Error& error) noexcept {
   try {
-    WriteLog(std::wstring(L"ERROR in procedure ")
-                 .append(procedure)
-                 .append(L" of Form ")
-                 .append(form)
-                 .append(L". Error : ")
-                 .append(std::to_wstring(error.number()))
-                 .append(L"\t")
-                 .append(error.description()));
+    WriteLog({L"ERROR in procedure ", procedure, L" of Form ", form, L". Error : ",
+              std::to_wstring(error.number()), L"\t", error.description()});
   } catch (...) {
     // Reporting an error must not raise another.
   }
@@ -23,14 +17,8 @@ void reportFormError(std::wstring_view procedure, std::wstring_view form,
 void reportModuleError(std::wstring_view procedure, const Error& error,
                        std::wstring_view module) noexcept {
   try {
-    WriteLog(std::wstring(L"Error ")
-                 .append(std::to_wstring(error.number()))
-                 .append(L" (")
-                 .append(error.description())
-                 .append(L") in procedure ")
-                 .append(procedure)
-                 .append(L" of Module ")
-                 .append(module));
+    WriteLog({L"Error ", std::to_wstring(error.number()), L" (", error.description(),
+              L") in procedure ", procedure, L" of Module ", module});
   } catch (...) {
     // Reporting an error must not raise another.
   }

@@ -2,6 +2,12 @@
 
 namespace text {
 
+std::wstring join(std::initializer_list<std::wstring_view> parts) {
+  std::wstring result;
+  for (const auto part : parts) result.append(part);
+  return result;
+}
+
 std::wstring trimBlanks(std::wstring_view value) {
   const auto first = value.find_first_not_of(L' ');
   if (first == value.npos) return {};

@@ -1,11 +1,16 @@
 // Rules about text that ask nothing of the system.
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace text {
+
+// All parts, one behind the other. Costs the caller a fraction of the code that a chain of "+"
+// does.
+std::wstring join(std::initializer_list<std::wstring_view> parts);
 
 // Without the blanks (U+0020, nothing else) at both ends.
 std::wstring trimBlanks(std::wstring_view value);

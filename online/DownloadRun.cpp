@@ -5,6 +5,7 @@
 #include "addin/host/environment.h"
 #include "common/log.h"
 #include "common/paths.h"
+#include "common/text.h"
 #include "online/ByteSize.h"
 #include "online/DownloadSteps.h"
 #include "online/FileTransfer.h"
@@ -49,8 +50,8 @@ void DownloadRun::ExtractAndCanonicalizeUrl() noexcept {
     table_.fill(parts ? parts->extraInfo : std::wstring());
     WriteLog(L"EXITING PROCEDURE : ExtractAndCanonicalizeUrl()");
   } catch (...) {
-    WriteLog(L"ERROR in procedure ExtractAndCanonicalizeUrl of Form frmDownloadProgress. Error : " +
-             errors::current().description());
+    WriteLog({L"ERROR in procedure ExtractAndCanonicalizeUrl of Form frmDownloadProgress. Error : ",
+              errors::current().description()});
   }
 }
 
@@ -61,8 +62,8 @@ bool DownloadRun::load() noexcept {
   } catch (...) {
     const Error error = errors::current();
     if (error.number() == errors::cancelled)
-      WriteLog(L"Handled Error : " + error.description() +
-               L" in procedure Form_Load of Form frmDownloadProgress");
+      WriteLog({L"Handled Error : ", error.description(),
+                L" in procedure Form_Load of Form frmDownloadProgress"});
     else
       logDownloadError(L"Form_Load", error);
     return false;
@@ -99,11 +100,11 @@ void DownloadRun::makeFolders() {
   const HWND owner = view_.messageOwner();
   if (!modCommon::CreateFolderPath(destination, owner) ||
       !modCommon::CanWriteToFolder(destination, owner))
-    throw HandledError(destination + L" could not be written.");
+    throw HandledError(text::join({destination, L" could not be written."}));
 
-  stagingFolder_ = modCommon::withBackslash(applicationData) + L"Korvel Software";
+  stagingFolder_ = text::join({modCommon::withBackslash(applicationData), L"Korvel Software"});
   if (applicationData.empty() || !modCommon::CreateFolderPath(stagingFolder_, owner))
-    throw Error(errors::cancelled, stagingFolder_ + L" could not be created.");
+    throw Error(errors::cancelled, text::join({stagingFolder_, L" could not be created."}));
 }
 
 void DownloadRun::run() noexcept {
@@ -142,13 +143,13 @@ void DownloadRun::install() {
 void DownloadRun::unpack(const DownloadTable::Place& place, const std::wstring& themesFolder) {
   const bool isTheme = place.kind == Row::theme;
   const std::wstring path = stagingFile(stagingFolder_, table_.address(place.column, place.kind));
-  WriteLog(L"Unzipping file : " + path);
+  WriteLog({L"Unzipping file : ", path});
   const std::wstring& folder = isTheme ? themesFolder : request_.destinationFolder;
   if (!modCommon::UnzipFiles(path, folder, view_.messageOwner()))
     completed_ = false;
   else if (isTheme)
     themeInstalled_ = true;
-  WriteLog(L"Completed unzipping file : " + path);
+  WriteLog({L"Completed unzipping file : ", path});
   view_.stepOverall();
 }
 

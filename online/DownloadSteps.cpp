@@ -8,10 +8,9 @@ void DownloadSteps::check() const {
 }
 
 void DownloadSteps::showAddress(const modWINInetURL::CrackedUrl& parts) {
-  if (parts.scheme == modWINInetURL::schemeFtp)
-    view_.showCurrent(L"ftp://" + parts.host + parts.path);
-  else if (parts.scheme == modWINInetURL::schemeHttp)
-    view_.showCurrent(L"http://" + parts.host + parts.path);
+  const bool ftp = parts.scheme == modWINInetURL::schemeFtp;
+  if (ftp || parts.scheme == modWINInetURL::schemeHttp)
+    view_.showCurrent(text::join({ftp ? L"ftp://" : L"http://", parts.host, parts.path}));
 }
 
 handles::Internet DownloadSteps::openUrl(const std::wstring& address) {
@@ -59,11 +58,11 @@ void DownloadSteps::failToFind() {
 }
 
 std::wstring withErrorText(const std::wstring& message, unsigned long code) {
-  const std::wstring text = modWINInetURL::ErrorText(code);
-  return text.empty() ? message : message + L" " + text;
+  const std::wstring errorText = modWINInetURL::ErrorText(code);
+  return errorText.empty() ? message : text::join({message, L" ", errorText});
 }
 
 void logDownloadError(const wchar_t* procedure, const Error& error) {
-  modCommon::WriteLog(L"Error " + std::to_wstring(error.number()) + L" (" + error.description() +
-                      L") in procedure " + procedure + L" of Form frmDownloadProgress");
+  modCommon::WriteLog({L"Error ", std::to_wstring(error.number()), L" (", error.description(),
+                       L") in procedure ", procedure, L" of Form frmDownloadProgress"});
 }

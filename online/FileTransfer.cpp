@@ -50,8 +50,8 @@ void FileTransfer::run() {
   view_.resetOverall(static_cast<short>(2 * places.size()));
   int number = 0;
   for (const Place& place : places) {
-    view_.showCaption(L"Downloading " + std::to_wstring(++number) + L" of " +
-                      std::to_wstring(places.size()) + L" files.");
+    view_.showCaption(text::join({L"Downloading ", std::to_wstring(++number), L" of ",
+                                  std::to_wstring(places.size()), L" files."}));
     transfer(place);
   }
 }
@@ -64,7 +64,7 @@ void FileTransfer::transfer(const Place& place) {
     throw Error(errors::cancelled, L"URL could not be cracked. Invalid URL");
   }
   showAddress(*parts);
-  WriteLog(L"Download proceedings for " + view_.current() + L" begins.");
+  WriteLog({L"Download proceedings for ", view_.current(), L" begins."});
   const std::wstring path = stagingFile(stagingFolder_, address);
   check();
   handles::Internet source = locate(address, *parts);
@@ -112,10 +112,10 @@ bool FileTransfer::mayWrite(const std::wstring& path) {
 
 void FileTransfer::receive(const handles::Internet& source, const Place& place,
                            const std::wstring& path) {
-  const std::wstring name(text::afterLast(path, L'\\'));
+  const std::wstring_view name = text::afterLast(path, L'\\');
   handles::File file = openForWriting(path);
-  WriteLog(L"File opened for binary input.  File Name : " + name);
-  WriteLog(L"Beginning to download the file " + name);
+  WriteLog({L"File opened for binary input.  File Name : ", name});
+  WriteLog({L"Beginning to download the file ", name});
   copyBytes(source, place, file);
 }
 
@@ -157,7 +157,7 @@ void FileTransfer::DeleteRelatedFiles(const Place& place) noexcept {
       throw errors::fromLastError();
     WriteLog(L"Exiting DeleteRelatedFiles()");
   } catch (...) {
-    WriteLog(L"Error While Exiting DeleteRelatedFiles(). Error : " +
-             errors::current().description());
+    WriteLog(
+        {L"Error While Exiting DeleteRelatedFiles(). Error : ", errors::current().description()});
   }
 }

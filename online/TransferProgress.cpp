@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "common/text.h"
 #include "online/ByteSize.h"
 
 namespace {
@@ -25,8 +26,9 @@ void TransferProgress::show(unsigned long long received) {
   // A size is shown with three digits, so nothing smaller than a thousandth can change it.
   if (received < nextText_ && received < size_) return;
   nextText_ = received + received / 1024;
-  std::wstring text = online::byteSizeText(static_cast<double>(received)) + L" of " + sizeText_;
-  if (text == shown_) return;
-  view_.showCurrentSize(text);
-  shown_ = std::move(text);
+  std::wstring sizes =
+      text::join({online::byteSizeText(static_cast<double>(received)), L" of ", sizeText_});
+  if (sizes == shown_) return;
+  view_.showCurrentSize(sizes);
+  shown_ = std::move(sizes);
 }

@@ -5,6 +5,7 @@
 #include "common/log.h"
 #include "common/message.h"
 #include "common/report.h"
+#include "common/text.h"
 #include "online/CUnzip.h"
 #include "online/UnzipRecords.h"
 
@@ -21,7 +22,7 @@ void showResult(long result, const std::wstring& archivePath, const std::wstring
                 HWND owner) {
   switch (result) {
     case unzip::cannotCreate:
-      showMessage(owner, extractDir + L"\r\n" + cannotWriteText, MB_ICONHAND);
+      showMessage(owner, text::join({extractDir, L"\r\n", cannotWriteText}), MB_ICONHAND);
       break;
     case unzip::notAnArchive:
       showMessage(owner, text::replaceIgnoringCase(notAnArchiveText, L"%s", archivePath),

@@ -4,17 +4,18 @@
 
 #include "common/errors.h"
 #include "common/module.h"
+#include "common/text.h"
 
 namespace unzip {
 namespace {
 
 constexpr wchar_t fileName[] = L"unzip32.dll";
 
-std::wstring libraryPath() { return module::folder() + fileName; }
+std::wstring libraryPath() { return text::join({module::folder(), fileName}); }
 
 Error unusable(const wchar_t* why) {
-  return {errors::fileNotFound, L"The unzip library \" " + libraryPath() + L" \" " + why +
-                                    L" The product may have to be reinstalled."};
+  return {errors::fileNotFound, text::join({L"The unzip library \" ", libraryPath(), L" \" ", why,
+                                            L" The product may have to be reinstalled."})};
 }
 
 template <class Function>

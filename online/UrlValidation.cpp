@@ -86,11 +86,11 @@ void UrlValidation::measure(std::size_t column, Row kind) {
   if (parts->scheme == modWINInetURL::schemeHttp) return measureHttp(column, kind, address);
   if (parts->scheme == modWINInetURL::schemeFtp) return measureFtp(column, kind, address, *parts);
   const std::wstring text = L"Internet protocol scheme specified is not valid or is not supported.";
-  failWith(text, text + L" URL : " + address);
+  failWith(text, ::text::join({text, L" URL : ", address}));
 }
 
 void UrlValidation::measureHttp(std::size_t column, Row kind, const std::wstring& address) {
-  WriteLog(L"URL = " + address);
+  WriteLog({L"URL = ", address});
   WriteLog(L"Locating file....");
   table_.setSize(column, kind, 0);
   handles::Internet file = openUrl(address);
@@ -109,7 +109,7 @@ void UrlValidation::measureFtp(std::size_t column, Row kind, const std::wstring&
                                CrackedUrl parts) {
   parts.path = text::replaceAll(parts.path, L"%20", L" ");
   const std::wstring plain = text::replaceAll(address, L"%20", L" ");
-  WriteLog(L"URL = " + plain);
+  WriteLog({L"URL = ", plain});
   WriteLog(L"Locating FTP directory... ");
   table_.setSize(column, kind, 0);
   if (session_.access() == InternetSession::direct)
@@ -119,7 +119,7 @@ void UrlValidation::measureFtp(std::size_t column, Row kind, const std::wstring&
 }
 
 void UrlValidation::measureDirectFtp(std::size_t column, Row kind, const CrackedUrl& parts) {
-  WriteLog(L"Opening an FTP Session handle for FTP Server named : " + parts.host);
+  WriteLog({L"Opening an FTP Session handle for FTP Server named : ", parts.host});
   connectToFtp(parts);
   check();
   WriteLog(L"FTP Session handle opened successfully");
@@ -147,5 +147,5 @@ void UrlValidation::take(std::size_t column, Row kind, unsigned long long bytes)
   table_.setSize(column, kind, bytes);
   totalSize_ += static_cast<double>(bytes);
   ++addressCount_;
-  WriteLog(L"File size = " + table_.sizeText(column, kind) + L" bytes");
+  WriteLog({L"File size = ", table_.sizeText(column, kind), L" bytes"});
 }

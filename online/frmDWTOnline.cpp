@@ -300,8 +300,8 @@ void frmDWTOnline::tbDestPath_ButtonDropDown() {
     TrackPopupMenuEx(menu.get(), TPM_LEFTALIGN | TPM_TOPALIGN | TPM_VERTICAL, place.left,
                      place.bottom, hwnd(), &keepClear);
   } catch (...) {
-    modCommon::WriteLog(L"Error in CreatePopupMenu procedure of " + name() +
-                        L". Error description :" + errors::current().description());
+    modCommon::WriteLog({L"Error in CreatePopupMenu procedure of ", name(),
+                         L". Error description :", errors::current().description()});
   }
 }
 

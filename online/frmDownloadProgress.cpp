@@ -22,8 +22,8 @@ bool frmDownloadProgress::RunModal(std::wstring& destinationFolder, bool& comple
     return runRequest(destinationFolder, completed, request, owner);
   } catch (...) {
     const Error error = errors::current();
-    modCommon::WriteLog(L"Error " + std::to_wstring(error.number()) + L" (" + error.description() +
-                        L") in procedure RunModal of Form frmDownloadDlg");
+    modCommon::WriteLog({L"Error ", std::to_wstring(error.number()), L" (", error.description(),
+                         L") in procedure RunModal of Form frmDownloadDlg"});
     return false;
   }
 }

@@ -84,22 +84,23 @@ std::wstring rightColumn(const std::wstring& text, std::size_t width) {
 
 std::wstring twoDigits(unsigned number) {
   std::wstring digits = std::to_wstring(number % 100);
-  return digits.size() < 2 ? L"0" + digits : digits;
+  return digits.size() < 2 ? text::join({L"0", digits}) : digits;
 }
 
 constexpr std::size_t nameWidth = 50;
 constexpr std::size_t sizeWidth = 11;
 
 std::wstring listingHeading() {
-  return leftColumn(L"Filename:", nameWidth) + rightColumn(L"Size", sizeWidth) +
-         L"  Date      Time";
+  return text::join(
+      {leftColumn(L"Filename:", nameWidth), rightColumn(L"Size", sizeWidth), L"  Date      Time"});
 }
 
 std::wstring listingLine(const Entry& entry) {
-  return leftColumn(entry.name, nameWidth) +
-         rightColumn(std::to_wstring(entry.unpackedSize), sizeWidth) + L"  " +
-         twoDigits(entry.month) + L"/" + twoDigits(entry.day) + L"/" + twoDigits(entry.year) +
-         L"  " + twoDigits(entry.hour) + L":" + twoDigits(entry.minute);
+  return text::join({leftColumn(entry.name, nameWidth),
+                     rightColumn(std::to_wstring(entry.unpackedSize), sizeWidth), L"  ",
+                     twoDigits(entry.month), L"/", twoDigits(entry.day), L"/",
+                     twoDigits(entry.year), L"  ", twoDigits(entry.hour), L":",
+                     twoDigits(entry.minute)});
 }
 
 void Listener::print(std::wstring text) {
@@ -113,12 +114,13 @@ void Listener::print(std::wstring text) {
 
 void Listener::entry(Entry entry) {
   if (listing_.empty()) listing_ = listingHeading();
-  listing_ += L"\r\n" + listingLine(entry);
+  listing_ += L"\r\n";
+  listing_ += listingLine(entry);
   lastMessage = listing_;
 }
 
 int Listener::replace(const std::wstring& name) const {
-  switch (showMessage(owner_, L"Overwrite " + name + L"?", overwriteStyle,
+  switch (showMessage(owner_, text::join({L"Overwrite ", name, L"?"}), overwriteStyle,
                       L"VBUnZip32 - File Already Exists!")) {
     case IDYES:
       return unzip::replaceYes;
@@ -279,7 +281,8 @@ std::wstring asPattern(const std::wstring& path) {
   if (path.find(L'[') == path.npos) return path;
   const std::wstring slashes = text::replaceAll(path, L"\\", L"/");
   const auto nameStart = slashes.rfind(L'/') + 1;
-  return slashes.substr(0, nameStart) + text::replaceAll(slashes.substr(nameStart), L"[", L"[[]");
+  return text::join(
+      {slashes.substr(0, nameStart), text::replaceAll(slashes.substr(nameStart), L"[", L"[[]")});
 }
 
 std::string archivePath(const std::wstring& path) {
@@ -296,7 +299,8 @@ bool writesFiles(const Options& options) {
 }
 
 Error refusal(const Options& options, long number, const std::wstring& why) {
-  return {number, L"The archive \" " + options.ZipFileName + L" \" was not unpacked. " + why};
+  return {number,
+          text::join({L"The archive \" ", options.ZipFileName, L" \" was not unpacked. ", why})};
 }
 
 double fileSize(const std::wstring& path) {
@@ -308,15 +312,16 @@ double fileSize(const std::wstring& path) {
 void checkSize(const Options& options, double unpackedSize) {
   if (archive::isBomb(unpackedSize, fileSize(options.ZipFileName)))
     throw refusal(options, errors::diskFull,
-                  L"It claims to hold " + online::byteSizeText(unpackedSize) +
-                      L", which is out of all proportion to its own size.");
+                  text::join({L"It claims to hold ", online::byteSizeText(unpackedSize),
+                              L", which is out of all proportion to its own size."}));
   ULARGE_INTEGER available = {};
   if (GetDiskFreeSpaceExW(options.ExtractDir.c_str(), &available, nullptr, nullptr) &&
       unpackedSize > static_cast<double>(available.QuadPart))
-    throw refusal(options, errors::diskFull,
-                  L"It holds " + online::byteSizeText(unpackedSize) + L", but there are only " +
-                      online::byteSizeText(static_cast<double>(available.QuadPart)) +
-                      L" left on the disk.");
+    throw refusal(
+        options, errors::diskFull,
+        text::join({L"It holds ", online::byteSizeText(unpackedSize), L", but there are only ",
+                    online::byteSizeText(static_cast<double>(available.QuadPart)),
+                    L" left on the disk."}));
 }
 
 // The library's result of listing the archive. Raises an Error when it must not be unpacked.
@@ -329,10 +334,11 @@ int checkDirectory(const unzip::Library& library, const Options& options, const 
   const int result = run(library, listing, paths, directory);
   lastMessage = directory.lastMessage;
   if (!directory.unsafeName.empty())
-    throw refusal(options, errors::pathFileAccess,
-                  L"The name of a file in it is not safe, since it could lead outside of the "
-                  L"chosen folder : " +
-                      directory.unsafeName);
+    throw refusal(
+        options, errors::pathFileAccess,
+        text::join({L"The name of a file in it is not safe, since it could lead outside of "
+                    L"the chosen folder : ",
+                    directory.unsafeName}));
   checkSize(options, directory.unpackedSize);
   return result;
 }

@@ -45,8 +45,8 @@ bool isDescriptionFile(std::wstring_view name) {
 }
 
 void logError(const wchar_t* procedure, const Error& error) {
-  WriteLog(std::wstring(L"ERROR in procedure ") + procedure + L" of Form " + formName +
-           L". Error : " + error.description());
+  WriteLog({L"ERROR in procedure ", procedure, L" of Form ", formName, L". Error : ",
+            error.description()});
 }
 
 std::wstring baseNameOf(const HostFile& file) {
@@ -113,9 +113,9 @@ void CopyRun::startRun() {
   view_.resetOverall(overallSteps);
   web_ = host_.activeWeb();
   view_.showWeb(web().url());
-  WriteLog(L"Preparing to copy DWT Folder : \"" + std::wstring(text::afterLast(item_.tag, L'\\')) +
-           L"\" to web...");
-  WriteLog(L"DWT Path : " + item_.tag);
+  WriteLog(
+      {L"Preparing to copy DWT Folder : \"", text::afterLast(item_.tag, L'\\'), L"\" to web..."});
+  WriteLog({L"DWT Path : ", item_.tag});
   LogIndent(true);
 }
 
@@ -158,7 +158,7 @@ bool CopyRun::overwriteAgreed() {
       L"The DWT named | \" %s. \"| already exists. Do you want to overwrite the existing DWT with "
       L"the new DWT?";
   if (view_.ask(text::message(pattern, targetPath_))) {
-    WriteLog(L"Overwriting DWT : " + existing_->name());
+    WriteLog({L"Overwriting DWT : ", existing_->name()});
     return true;
   }
   WriteLog(L"Existing DWT not to be overwritten. New DWT will not be copied");
@@ -176,7 +176,7 @@ void CopyRun::copy() {
     if (!OverwriteChosen_) return;
   }
   WriteLog(L"Copying files and folders to the web.");
-  WriteLog(L"Creating folder : " + host_.makeAbsolute(web().url(), targetPath_));
+  WriteLog({L"Creating folder : ", host_.makeAbsolute(web().url(), targetPath_)});
   const HostFolder folder = web().createFolder(targetPath_);
   check();
   LogIndent(true);
@@ -184,7 +184,7 @@ void CopyRun::copy() {
   LogIndent(false);
   LogIndent(false);
   WriteLog(L"DWT copied successfully");
-  if (OverwriteChosen_) WriteLog(L"Overwritten DWT : " + folder.name());
+  if (OverwriteChosen_) WriteLog({L"Overwritten DWT : ", folder.name()});
 }
 
 void CopyRun::optimise() {
@@ -202,7 +202,7 @@ void CopyRun::optimise() {
 void CopyRun::applyThemes() {
   const short count = count16(ImportedTemplates_.size());
   view_.showOverallStatus(L"Applying themes to the DWTs...");
-  WriteLog(L"Applying themes to DWTs ( count: " + std::to_wstring(count) + L")...");
+  WriteLog({L"Applying themes to DWTs ( count: ", std::to_wstring(count), L")..."});
   LogIndent(true);
   view_.resetCurrent(count);
   for (const HostFile& file : ImportedTemplates_) {
@@ -290,7 +290,7 @@ void CopyRun::copyFolder(const std::wstring& source, const std::wstring& target,
                          const std::wstring& name) {
   check();
   LogIndent(false);
-  WriteLog(L"Creating folder : " + host_.makeAbsolute(web().url(), target + name));
+  WriteLog({L"Creating folder : ", host_.makeAbsolute(web().url(), target + name)});
   web().createFolder(target + name);
   view_.showCurrentStatus(name);
   copyEntries(source + name, target + name);
@@ -303,7 +303,7 @@ void CopyRun::copyFile(const std::wstring& sourceFolder, const std::wstring& web
   check();
   view_.showCurrentStatus(name);
   if (isDescriptionFile(name)) return;
-  WriteLog(L"Copying file : " + name);
+  WriteLog({L"Copying file : ", name});
   importFile(sourceFolder + name, webFolder, name);
   view_.stepCurrent();
 }
@@ -342,7 +342,7 @@ void CopyRun::ApplyTemplateTheme(const HostFile& file, const std::wstring& templ
   const std::wstring value = readIniValue(templateFolder + L"\\" + descriptionFileName, baseName,
                                           L"Theme", {}, themeValueLength);
   if (value.empty()) return;
-  WriteLog(L"DWT: " + baseName + L", Theme: " + value);
+  WriteLog({L"DWT: ", baseName, L", Theme: ", value});
   const auto theme = parseThemeValue(value);
   if (!theme) return;
   for (const std::wstring& installed : host_.themeNames()) {

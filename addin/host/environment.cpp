@@ -41,15 +41,12 @@ bool readUserFolder(std::wstring& path) {
     return false;
   }
   if (key.QueryValueEx_SZ(L"AppData", path)) return true;
-  WriteLog(L"GetUserFolderPath: Failed to retrieve data - " + key.GetErrorDescription());
+  WriteLog({L"GetUserFolderPath: Failed to retrieve data - ", key.GetErrorDescription()});
   return false;
 }
 
 void logUserFolderError(const Error& error, std::wstring_view path) {
-  WriteLog(std::wstring(L"GetUserFolderPath: Error occured - ")
-               .append(error.description())
-               .append(L" Path: ")
-               .append(path));
+  WriteLog({L"GetUserFolderPath: Error occured - ", error.description(), L" Path: ", path});
 }
 
 void descend(std::wstring& path, std::wstring_view level) {
@@ -63,13 +60,14 @@ void fillSystemFolders(std::wstring_view hostVersion, const SystemFolders& wante
   if (wanted.userThemes && hostVersion == L"6.0") {
     const std::wstring themes = readString(HKEY_CURRENT_USER, officeGeneral, L"Themes");
     const bool known = !applicationData.empty() && !themes.empty();
-    *wanted.userThemes = known ? applicationData + L"\\Microsoft\\" + themes : std::wstring();
+    *wanted.userThemes =
+        known ? text::join({applicationData, L"\\Microsoft\\", themes}) : std::wstring();
   }
   if (wanted.commonFiles)
     *wanted.commonFiles = readString(HKEY_LOCAL_MACHINE, currentVersion, L"CommonFilesDir");
   if (wanted.sharedThemes) {
     const std::wstring shared = readString(HKEY_LOCAL_MACHINE, sharedTools, L"SharedFilesDir");
-    *wanted.sharedThemes = shared.empty() ? shared : shared + L"Themes11";
+    *wanted.sharedThemes = shared.empty() ? shared : text::join({shared, L"Themes11"});
   }
 }
 
@@ -127,9 +125,7 @@ void launch(const std::wstring& program, const std::wstring& commandLine,
   if (ShellOpen(program, commandLine) < 33) showMessage(owner, complaint, MB_ICONHAND);
 }
 
-std::wstring quoted(std::wstring_view value) {
-  return std::wstring(L"\"").append(value).append(L"\"");
-}
+std::wstring quoted(std::wstring_view value) { return text::join({L"\"", value, L"\""}); }
 
 }  // namespace
 
@@ -141,21 +137,21 @@ std::wstring GetOSVersionText() {
 }
 
 std::wstring describeVersion(const OSVERSIONINFOA& version) {
-  const std::wstring number = std::to_wstring(version.dwMajorVersion) + L"." +
-                              std::to_wstring(version.dwMinorVersion) + L" ";
+  const std::wstring number = text::join({std::to_wstring(version.dwMajorVersion), L".",
+                                          std::to_wstring(version.dwMinorVersion), L" "});
   const std::wstring servicePack = text::fromAnsi(
       {version.szCSDVersion, strnlen(version.szCSDVersion, sizeof version.szCSDVersion)});
   std::wstring line;
   if (version.dwPlatformId == VER_PLATFORM_WIN32_NT) {
     line = version.dwMajorVersion < 5 ? L"WinNT ver. " : L"Win2K ver. ";
-    line += number + L"Build: " + std::to_wstring(version.dwBuildNumber);
+    line += text::join({number, L"Build: ", std::to_wstring(version.dwBuildNumber)});
   } else if (version.dwPlatformId == VER_PLATFORM_WIN32_WINDOWS) {
     line = version.dwMinorVersion != 0 ? L"Win98 ver. " : L"Win95 ver. ";
-    line += number + std::to_wstring(LOWORD(version.dwBuildNumber));
+    line += text::join({number, std::to_wstring(LOWORD(version.dwBuildNumber))});
   } else {
     return {};
   }
-  return text::trimBlanks(line + L" " + servicePack);
+  return text::trimBlanks(text::join({line, L" ", servicePack}));
 }
 
 std::wstring GetUserFolderPath() {
@@ -163,7 +159,7 @@ std::wstring GetUserFolderPath() {
   try {
     if (!readUserFolder(path)) return {};
     if (path.empty() || !folderExists(path)) {
-      WriteLog(L"GetUserFolderPath: Empty path or path not found - " + path);
+      WriteLog({L"GetUserFolderPath: Empty path or path not found - ", path});
       return path;
     }
     path = withBackslash(path);
@@ -186,7 +182,7 @@ void GetSystemFolders(std::wstring_view hostVersion, const SystemFolders& wanted
 }
 
 std::wstring GetMachineSetting(std::wstring_view name) {
-  return readString(HKEY_LOCAL_MACHINE, std::wstring(korvel) + L"\\" + module::title, name);
+  return readString(HKEY_LOCAL_MACHINE, text::join({korvel, L"\\", module::title}), name);
 }
 
 std::wstring commonPath() {
@@ -206,7 +202,7 @@ HWND GetHostMainWindow() {
 }
 
 void SetHostProgID(std::wstring_view hostVersion) {
-  hostProgID() = std::wstring(L"FrontPage.Explorer.").append(hostVersion);
+  hostProgID() = text::join({L"FrontPage.Explorer.", hostVersion});
 }
 
 void BringHostToTop() {
@@ -218,7 +214,7 @@ void BringHostToTop() {
 void ShowHelp(std::wstring_view topic, std::wstring_view commandLine, HWND owner) {
   handle(L"ShowHelp", [&] {
     static const std::wstring folder = commonPath();
-    std::wstring line = quoted(module::folder() + helpFolder + L"\\");
+    std::wstring line = quoted(text::join({module::folder(), helpFolder, L"\\"}));
     if (!topic.empty())
       line.append(L" /c").append(topic);
     else if (!commandLine.empty())
@@ -230,7 +226,7 @@ void ShowHelp(std::wstring_view topic, std::wstring_view commandLine, HWND owner
 void ShowQuickHelp(std::wstring_view first, std::wstring_view second, HWND owner) {
   handle(L"ShowQuickHelp", [&] {
     static const std::wstring folder = commonPath();
-    launch(folder + L"KorvelQuickHelp.exe", quoted(first) + L" " + quoted(second),
+    launch(folder + L"KorvelQuickHelp.exe", text::join({quoted(first), L" ", quoted(second)}),
            L"Unable to display quick help", owner);
   });
 }
