@@ -77,7 +77,7 @@ std::wstring ErrorText(unsigned long code) {
   const DWORD length =
       FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, 0, buffer, longest, nullptr);
   std::wstring text = text::fromAnsi({buffer, length});
-  text = text.substr(0, text.find(L"\r\n"));
+  if (const auto end = text.find(L"\r\n"); end != text.npos) text.resize(end);
   if (text::equalIgnoringCase(text, L"The operation completed successfully.")) return {};
   return text;
 }

@@ -39,7 +39,7 @@ class Listener {
   void print(std::wstring text);
   int replace(const std::wstring& name) const;
   int password(char* buffer, int size) const;
-  virtual void entry(Entry entry);
+  virtual void entry(const Entry& entry);
 
   std::wstring lastMessage;
 
@@ -52,7 +52,7 @@ class Listener {
 class DirectoryCheck final : public Listener {
  public:
   using Listener::Listener;
-  void entry(Entry entry) override;
+  void entry(const Entry& entry) override;
 
   std::wstring unsafeName;  // the first one
   double unpackedSize = 0;  // in bytes; cannot overflow, whatever the archive claims
@@ -112,7 +112,7 @@ void Listener::print(std::wstring text) {
   lastMessage = std::move(text);
 }
 
-void Listener::entry(Entry entry) {
+void Listener::entry(const Entry& entry) {
   if (listing_.empty()) listing_ = listingHeading();
   listing_ += L"\r\n";
   listing_ += listingLine(entry);
@@ -141,10 +141,10 @@ int Listener::password(char* buffer, int size) const {
   return unzip::passwordEntered;
 }
 
-void DirectoryCheck::entry(Entry entry) {
+void DirectoryCheck::entry(const Entry& entry) {
   unpackedSize += static_cast<double>(entry.unpackedSize);
   if (unsafeName.empty() && archive::faultOf(entry.name) != archive::NameFault::none)
-    unsafeName = std::move(entry.name);
+    unsafeName = entry.name;
 }
 
 // Nothing may fly through the library: it is C, and it leaves by long jumps.
@@ -171,6 +171,7 @@ int WINAPI onPassword(char* buffer, int size, const char*, const char*) noexcept
                  [&](Listener& listener) { return listener.password(buffer, size); });
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter): the type is the library's.
 int WINAPI onReplaceOld(char* name) noexcept {
   return guarded(unzip::replaceNone,
                  [&](Listener& listener) { return listener.replace(text::fromAnsi(name)); });
@@ -185,7 +186,7 @@ int WINAPI onReplaceNew(char* name, unsigned size) noexcept {
 void takeEntry(const char* name, Entry entry) noexcept {
   guarded(0, [&](Listener& listener) {
     entry.name = text::fromAnsi(name);
-    listener.entry(std::move(entry));
+    listener.entry(entry);
     return 0;
   });
 }
