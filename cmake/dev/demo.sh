@@ -56,8 +56,7 @@ run_host() {
 
 tour() {
   announce tour
-  # A web as slow as a distant one, so that the copy can be seen at work.
-  if run_host --option importMilliseconds=800 --script "Z:$PWD/samples/tour.txt" >build/log/tour.txt 2>&1; then
+  if run_host --script "Z:$PWD/samples/tour.txt" >build/log/tour.txt 2>&1; then
     report ok
   else
     report failed
