@@ -13,13 +13,14 @@ find_file(DOCTEST_DISCOVERY doctest.cmake
           PATHS /usr/lib/cmake/doctest NO_CMAKE_FIND_ROOT_PATH REQUIRED)
 include(${DOCTEST_DISCOVERY})
 
-# One executable per room of the house; each of its test cases is a test of its own for CTest. They
-# share one desktop, clipboard and registry, so CTest runs them one after another.
+# One executable per room of the house; each of its test cases is a test of its own for CTest. A test
+# needs a desktop, clipboard and registry for itself: as many run at once as there are Wine prefixes
+# in the resource file that CTest is given. Without one, CTest must run them one after another.
 function(quillet_tests name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE quillet-flags test-support ${arg_LIBRARIES})
   # What is tested is built as it ships; the tests themselves only have to be built quickly.
   target_compile_options(${name} PRIVATE -O0)
-  doctest_discover_tests(${name} PROPERTIES TIMEOUT 60 RUN_SERIAL TRUE)
+  doctest_discover_tests(${name} PROPERTIES TIMEOUT 60 RESOURCE_GROUPS wine:1)
 endfunction()

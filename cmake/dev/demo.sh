@@ -30,16 +30,14 @@ demo() {
 }
 
 # A copy of everything, so that nothing done in the demo changes the samples. The prefix is a copy
-# too: what is registered and set in the demo stays out of the tests' way. Files are linked, but for
-# the registry, which is written in place.
+# too: what is registered and set in the demo stays out of the tests' way.
 lay_out_demo() {
   QUILLET_PREFIX=$demo_prefix
   export QUILLET_PREFIX
   rm -rf "$demo_folder"
   mkdir -p "$demo_folder"
   cp -r samples/templates samples/themes samples/web "$demo_folder/"
-  cp -al "$WINEPREFIX" "$demo_prefix"
-  cp --remove-destination "$WINEPREFIX"/*.reg "$demo_prefix/"
+  clone_prefix "$demo_prefix"
   ln -s "$demo_folder" "$demo_prefix/drive_c/Demo"
 }
 

@@ -28,7 +28,7 @@ alone_in_checkout() {
 end_everything() {
   kill -TERM -- "-$1" 2>/dev/null || true
   local prefix
-  for prefix in "$WINEPREFIX" "$demo_prefix"; do
+  for prefix in "$WINEPREFIX" "$WINEPREFIX"-[0-9]* "$demo_prefix"; do
     [[ ! -d $prefix ]] || WINEPREFIX=$prefix wineserver -k 2>/dev/null || true
   done
 }
@@ -51,3 +51,27 @@ make_prefix() (
     wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f &&
     wineserver -w && mv "$WINEPREFIX" "${WINEPREFIX%.new}"
 )
+
+# Files are linked, but for the registry, which is written in place.
+clone_prefix() {
+  rm -rf "$1"
+  cp -al "$WINEPREFIX" "$1" && cp --remove-destination "$WINEPREFIX"/*.reg "$1/"
+}
+
+# A program under Wine waits more than it works, so there are more prefixes for tests than cores.
+# CTest hands them out as the resources that this file names.
+make_test_prefixes() {
+  local id separator=
+  test_prefixes=$((2 * $(nproc)))
+  ((test_prefixes <= 8)) || test_prefixes=8
+  {
+    printf '{ "version": { "major": 1, "minor": 0 }, "local": [ { "wine": ['
+    for ((id = 1; id <= test_prefixes; id++)); do
+      clone_prefix "$WINEPREFIX-$id"
+      WINEPREFIX=$WINEPREFIX-$id wineserver -p >/dev/null 2>&1 </dev/null || true
+      printf '%s\n  { "id": "%d" }' "$separator" "$id"
+      separator=,
+    done
+    printf ' ] } ] }\n'
+  } >build/test-prefixes.json
+}
