@@ -58,7 +58,9 @@ void DownloadSteps::failToFind() {
 }
 
 std::wstring withErrorText(const std::wstring& message, unsigned long code) {
-  const std::wstring errorText = modWINInetURL::ErrorText(code);
+  // Not every system calls its success what ErrorText knows it by.
+  const std::wstring errorText =
+      code == ERROR_SUCCESS ? std::wstring() : modWINInetURL::ErrorText(code);
   return errorText.empty() ? message : text::join({message, L" ", errorText});
 }
 

@@ -2,7 +2,8 @@
 
 packages_to_work=(
   wine wine32:i386 wine64 g++-mingw-w64-i686-win32 mingw-w64-tools doctest-dev cmake ninja-build
-  dpkg-dev clang-format python3 xvfb openbox imagemagick x11-utils fonts-wine fonts-liberation)
+  dpkg-dev clang-format python3 python3-pyftpdlib xvfb openbox imagemagick x11-utils fonts-wine
+  fonts-liberation)
 packages_to_lint=(clang-tidy cppcheck)
 
 # usage: set_up [PACKAGE...]   The packages that are wanted beside those that every command needs.
@@ -33,8 +34,9 @@ set_up_elsewhere() {
     command -v "$tool" >/dev/null ||
       die "$tool is missing, and only Debian and Ubuntu are set up by themselves. Needed here:" \
         "Wine for 32-bit and 64-bit programs, mingw-w64's g++ for i686 with the win32 thread" \
-        "model, its windres and widl, doctest, CMake 3.25, Ninja, clang-format, Python 3, Xvfb," \
-        "openbox, ImageMagick, xdpyinfo, and the Liberation fonts; clang-tidy and cppcheck to lint."
+        "model, its windres and widl, doctest, CMake 3.25, Ninja, clang-format, Python 3 with its" \
+        "pyftpdlib, Xvfb, openbox, ImageMagick, xdpyinfo, and the Liberation fonts; clang-tidy and" \
+        "cppcheck to lint."
   done
 }
 

@@ -1,25 +1,27 @@
 #include "tests/online/LoopbackServer.h"
 
-#include <stdexcept>
+#include <algorithm>
+#include <utility>
+
+#include "tests/online/loopback.h"
 
 namespace {
 
-struct Winsock {
-  Winsock() {
-    WSADATA data;
-    WSAStartup(MAKEWORD(2, 2), &data);
-  }
-};
-
 constexpr DWORD threadLimit = 20000;  // milliseconds
+constexpr long pollTime = 20;         // milliseconds
+constexpr DWORD betweenPieces = 1;    // milliseconds
+
+void resetWhenClosed(SOCKET client) {
+  const linger atOnce = {1, 0};
+  setsockopt(client, SOL_SOCKET, SO_LINGER, reinterpret_cast<const char*>(&atOnce), sizeof atOnce);
+}
 
 }  // namespace
 
 LoopbackServer::LoopbackServer() {
-  static const Winsock winsock;
   InitializeCriticalSection(&lock_);
   stop_ = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-  listener_ = listenOnLoopback(port_);
+  listener_ = loopback::listen(port_);
 }
 
 void LoopbackServer::start() {
@@ -35,28 +37,9 @@ void LoopbackServer::stop() {
   DeleteCriticalSection(&lock_);
 }
 
-SOCKET LoopbackServer::listenOnLoopback(unsigned short& port) {
-  const SOCKET listener = socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
-  sockaddr_in address = {};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  int length = sizeof address;
-  if (bind(listener, reinterpret_cast<sockaddr*>(&address), length) != 0 ||
-      listen(listener, 5) != 0 ||
-      getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length) != 0)
-    throw std::runtime_error("no loopback socket");
-  port = ntohs(address.sin_port);
-  return listener;
-}
-
 bool LoopbackServer::readable(SOCKET socket) const {
-  while (!stopping()) {
-    fd_set set;
-    FD_ZERO(&set);
-    FD_SET(socket, &set);
-    timeval wait = {0, 20000};
-    if (select(0, &set, nullptr, nullptr, &wait) > 0) return true;
-  }
+  while (!stopping())
+    if (loopback::readable(socket, pollTime)) return true;
   return false;
 }
 
@@ -66,12 +49,18 @@ SOCKET LoopbackServer::accept(SOCKET listener) const {
 
 bool LoopbackServer::readLine(SOCKET client, std::string& line) const {
   line.clear();
-  for (;;) {
-    char letter;
-    if (!readable(client) || recv(client, &letter, 1, 0) != 1) return false;
-    if (letter == '\n') return true;
-    if (letter != '\r') line += letter;
+  char piece[512];
+  while (!line.ends_with('\n')) {
+    const int there = readable(client) ? recv(client, piece, sizeof piece, MSG_PEEK) : 0;
+    if (there <= 0) return false;
+    const char* const end = std::find(piece, piece + there, '\n');
+    const auto wanted = static_cast<int>(end - piece) + (end == piece + there ? 0 : 1);
+    const int taken = recv(client, piece, wanted, 0);
+    if (taken <= 0) return false;
+    line.append(piece, static_cast<std::size_t>(taken));
   }
+  std::erase_if(line, [](char letter) { return letter == '\r' || letter == '\n'; });
+  return true;
 }
 
 bool LoopbackServer::send(SOCKET client, const std::string& bytes) const {
@@ -90,6 +79,8 @@ bool LoopbackServer::send(SOCKET client, const std::string& bytes) const {
   }
   return true;
 }
+
+void LoopbackServer::rest() const { WaitForSingleObject(stop_, betweenPieces); }
 
 void LoopbackServer::remember(const std::string& line) {
   EnterCriticalSection(&lock_);
@@ -145,70 +136,53 @@ void HttpServer::serve(SOCKET client) {
   }
   const Answer& answer = found->second;
   if (!send(client, answer.bytes)) return;
-  while (answer.endless && send(client, std::string(4096, 'e'))) {
-  }
-  if (answer.reset) {
-    const linger atOnce = {1, 0};
-    setsockopt(client, SOL_SOCKET, SO_LINGER, reinterpret_cast<const char*>(&atOnce),
-               sizeof atOnce);
-  } else {
+  // Whoever closes such a file may first want to have what has come in already: at the pace of a
+  // network that has an end.
+  while (answer.endless && send(client, std::string(4096, 'e'))) rest();
+  if (answer.reset)
+    resetWhenClosed(client);
+  else
     shutdown(client, SD_SEND);
-  }
 }
 
-FtpServer::FtpServer(std::map<std::string, std::string> files) : files_(std::move(files)) {
+FtpServer::FtpServer(std::string greeting, std::string pieceOfFile)
+    : greeting_(std::move(greeting)), pieceOfFile_(std::move(pieceOfFile)) {
   start();
 }
 
 FtpServer::~FtpServer() { stop(); }
 
 void FtpServer::serve(SOCKET client) {
-  send(client, "220 ready\r\n");
+  send(client, greeting_ + "\r\n");
   std::string line;
-  while (readLine(client, line)) {
+  while (greeting_.starts_with("220") && readLine(client, line)) {
     remember(line);
-    const auto blank = line.find(' ');
-    const std::string argument = blank == line.npos ? "" : line.substr(blank + 1);
-    if (!answer(client, line.substr(0, blank), argument)) break;
+    if (!answer(client, line.substr(0, line.find(' ')))) break;
   }
   if (passive_ != INVALID_SOCKET) closesocket(passive_);
   passive_ = INVALID_SOCKET;
 }
 
-bool FtpServer::answer(SOCKET client, const std::string& command, const std::string& argument) {
+bool FtpServer::answer(SOCKET client, const std::string& command) {
   if (command == "USER") return send(client, "331 password please\r\n");
-  if (command == "PASS") {
-    if (argument == "wrong") return send(client, "530 no\r\n");
-    return send(client, "230 welcome\r\n");
-  }
+  if (command == "PASS") return send(client, "230 welcome\r\n");
   if (command == "TYPE") return send(client, "200 ok\r\n");
   if (command == "PASV") {
     unsigned short port = 0;
     if (passive_ != INVALID_SOCKET) closesocket(passive_);
-    passive_ = listenOnLoopback(port);
+    passive_ = loopback::listen(port);
     return send(client, "227 entering passive mode (127,0,0,1," + std::to_string(port / 256) + "," +
                             std::to_string(port % 256) + ")\r\n");
   }
-  if (command == "RETR") {
-    sendFile(client, argument);
-    return true;
-  }
-  if (command == "QUIT") {
-    send(client, "221 bye\r\n");
-    return false;
-  }
-  return send(client, "502 what\r\n");
+  if (command != "RETR") return send(client, "502 what\r\n");
+  send(client, "150 here it comes\r\n");
+  breakOff();
+  return false;
 }
 
-void FtpServer::sendFile(SOCKET client, const std::string& path) {
-  const auto file = files_.find(path);
-  if (file == files_.end()) {
-    send(client, "550 no such file\r\n");
-    return;
-  }
-  send(client, "150 here it comes\r\n");
+void FtpServer::breakOff() {
   const SOCKET data = accept(passive_);
-  send(data, file->second);
+  send(data, pieceOfFile_);
+  resetWhenClosed(data);
   closesocket(data);
-  send(client, "226 done\r\n");
 }

@@ -1,4 +1,5 @@
-// Small servers of the tests' own, on 127.0.0.1 and on a thread of their own while they live. They
+// Small servers of the tests' own, for what the real ones (RealServers.h) never do, on 127.0.0.1
+// and on a thread of their own while they live. They
 // answer one connection after another; whatever they wait for is over when they are.
 #pragma once
 
@@ -25,14 +26,13 @@ class LoopbackServer {
 
   virtual void serve(SOCKET client) = 0;
 
-  // A listening socket of the system's choice.
-  static SOCKET listenOnLoopback(unsigned short& port);
   // Nothing when the client is gone or the server is to stop.
   SOCKET accept(SOCKET listener) const;
   bool readable(SOCKET socket) const;
   bool readLine(SOCKET client, std::string& line) const;
   bool send(SOCKET client, const std::string& bytes) const;
   bool stopping() const noexcept { return WaitForSingleObject(stop_, 0) == WAIT_OBJECT_0; }
+  void rest() const;
   void remember(const std::string& line);
 
  private:
@@ -77,16 +77,18 @@ class HttpServer final : public LoopbackServer {
   std::map<std::string, Answer> answers_;  // by path
 };
 
+// Greets, lets everybody in and breaks off in the middle of the first file that is asked for.
 class FtpServer final : public LoopbackServer {
  public:
-  explicit FtpServer(std::map<std::string, std::string> files);
+  explicit FtpServer(std::string greeting, std::string pieceOfFile = {});
   ~FtpServer() override;
 
  private:
   void serve(SOCKET client) override;
-  bool answer(SOCKET client, const std::string& command, const std::string& argument);
-  void sendFile(SOCKET client, const std::string& path);
+  bool answer(SOCKET client, const std::string& command);
+  void breakOff();
 
-  std::map<std::string, std::string> files_;  // by path
+  std::string greeting_;
+  std::string pieceOfFile_;
   SOCKET passive_ = INVALID_SOCKET;
 };

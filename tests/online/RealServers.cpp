@@ -1,0 +1,72 @@
+#include "tests/online/RealServers.h"
+
+#include <cstdio>
+#include <cstring>
+#include <stdexcept>
+
+#include "tests/online/loopback.h"
+
+namespace {
+
+constexpr long startLimit = 30000;  // milliseconds
+
+// The path that programs outside of Wine know a file by.
+std::string outsidePath(const std::wstring& path) {
+  using Convert = char*(CDECL*)(const wchar_t*);
+  const auto convert = reinterpret_cast<Convert>(reinterpret_cast<void*>(
+      GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
+  char* const name = convert ? convert(path.c_str()) : nullptr;
+  if (!name) throw std::runtime_error("no path outside of Wine");
+  const std::string result = name;
+  HeapFree(GetProcessHeap(), 0, name);
+  return result;
+}
+
+std::wstring wide(const std::string& text) { return {text.begin(), text.end()}; }
+
+}  // namespace
+
+RealServers::RealServers() {
+  unsigned short port = 0;
+  const SOCKET listener = loopback::listen(port);
+  start(port);
+  if (loopback::readable(listener, startLimit)) connection_ = accept(listener, nullptr, nullptr);
+  closesocket(listener);
+  readPorts();
+}
+
+RealServers::~RealServers() { closesocket(connection_); }
+
+std::wstring RealServers::url(const std::wstring& path) const {
+  return L"http://127.0.0.1:" + std::to_wstring(httpPort_) + path;
+}
+
+// Wine starts a program of the system around it as it starts one of its own.
+void RealServers::start(unsigned short port) const {
+  std::wstring program = L"\\\\?\\unix" QUILLET_PYTHON;
+  for (wchar_t& letter : program)
+    if (letter == L'/') letter = L'\\';
+  std::wstring command = L"python3 \"" QUILLET_REAL_SERVERS L"\" " + std::to_wstring(port) +
+                         L" \"" + wide(outsidePath(folder_.path())) + L"\"";
+  STARTUPINFOW startup = {};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION process = {};
+  if (!CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                      &startup, &process))
+    throw std::runtime_error("the real servers cannot be started");
+  CloseHandle(process.hThread);
+  CloseHandle(process.hProcess);
+}
+
+void RealServers::readPorts() {
+  char line[32] = {};
+  for (int length = 0; length < 31 && !std::strchr(line, '\n');) {
+    const int count = loopback::readable(connection_, startLimit)
+                          ? recv(connection_, line + length, 31 - length, 0)
+                          : 0;
+    if (count <= 0) throw std::runtime_error("the real servers did not start");
+    length += count;
+  }
+  if (std::sscanf(line, "%hu %hu", &httpPort_, &ftpPort_) != 2)
+    throw std::runtime_error("the real servers did not tell their ports");
+}
