@@ -211,6 +211,8 @@ void Form::runLoop() {
       return;
     }
     dispatchToForms(message);
+    if (!std::exchange(activateDue_, false) || unloaded_) continue;
+    handle(L"Form_Activate", [this] { Form_Activate(); });
   }
 }
 
@@ -279,7 +281,8 @@ INT_PTR Form::onDialogMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_INITDIALOG:
       return onInitDialog();
     case activateMessage:
-      if (!unloaded_) handle(L"Form_Activate", [this] { Form_Activate(); });
+      // A box that is open over the form may be what dispatches this: the event waits for its end.
+      activateDue_ = true;
       return TRUE;
     case WM_COMMAND:
       onCommand(LOWORD(wParam), lParam ? HIWORD(wParam) : static_cast<WORD>(BN_CLICKED),

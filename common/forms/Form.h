@@ -134,6 +134,7 @@ class Form {
   SIZE designedUnits_ = {};
   SIZE designedClient_ = {};
   SIZE designedWindow_ = {};
+  bool activateDue_ = false;
   bool unloaded_ = false;
   std::vector<Control*> controls_;
   std::vector<Anchor> anchors_;

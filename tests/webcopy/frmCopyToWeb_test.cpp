@@ -223,6 +223,15 @@ TEST_CASE("a copy that is cancelled as soon as its dialog opens touches nothing"
   CHECK(session.fixture.webTree().empty());
 }
 
+TEST_CASE("the question whether to cancel holds the copy up from its first moment on") {
+  CopySession session;
+  session.driver.answer(IDYES);
+  session.opened = [&] { SendMessageW(session.dialog, WM_COMMAND, IDCANCEL, 0); };
+  CHECK_FALSE(session.run());
+  checkCancelQuestion(session);
+  CHECK(session.fixture.webTree().empty());
+}
+
 TEST_CASE("the overwrite question is asked over the copy dialog") {
   CopySession session;
   session.fixture.disk.writeFile(L"webs\\site\\dwts\\Blue\\home.dwt", "old");
