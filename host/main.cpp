@@ -34,13 +34,14 @@ struct ScriptTask {
   std::wstring script;
   HWND mainWindow;
   ScriptRunner::Places places;
+  SharedSession session;
   bool stay;
 };
 
 DWORD WINAPI scriptThread(void* task) {
   const auto& script = *static_cast<ScriptTask*>(task);
   return static_cast<DWORD>(
-      runScript(script.script, script.mainWindow, script.places, script.stay));
+      runScript(script.script, script.mainWindow, script.places, script.session, script.stay));
 }
 
 void runMessageLoop(HWND window) {
@@ -69,8 +70,11 @@ int runHost(const CommandLine& commandLine, int show) {
   if (!window.create()) return 1;
   ShowWindow(window.handle(), show);
   UpdateWindow(window.handle());
-  ScriptTask task{
-      commandLine.script, window.handle(), {web, fullPath(commandLine.pictures)}, commandLine.stay};
+  ScriptTask task{commandLine.script,
+                  window.handle(),
+                  {web, fullPath(commandLine.pictures)},
+                  host.sharedSession(),
+                  commandLine.stay};
   handles::Kernel thread;
   if (!task.script.empty()) thread.reset(CreateThread(nullptr, 0, scriptThread, &task, 0, nullptr));
   // An add-in may show a message while it connects, which the script can answer.

@@ -15,18 +15,37 @@ const std::wstring& known(const std::wstring& member) {
 
 }  // namespace
 
+class Faults::Locked {
+ public:
+  explicit Locked(const Faults& faults) noexcept : faults_(faults) {
+    EnterCriticalSection(&faults_.lock_);
+  }
+  ~Locked() { LeaveCriticalSection(&faults_.lock_); }
+  Locked(const Locked&) = delete;
+  Locked& operator=(const Locked&) = delete;
+
+ private:
+  const Faults& faults_;
+};
+
 void Faults::refuse(const std::wstring& member, std::wstring description, long code, int skipped,
                     int times) {
+  const Locked locked(*this);
   refusals_[known(member)] = {{code, std::move(description)}, skipped, times};
 }
 
-void Faults::returnNothing(const std::wstring& member) { nothing_[known(member)] = true; }
+void Faults::returnNothing(const std::wstring& member) {
+  const Locked locked(*this);
+  nothing_[known(member)] = true;
+}
 
 void Faults::before(const std::wstring& member, std::function<void()> action) {
+  const Locked locked(*this);
   actions_[known(member)] = std::move(action);
 }
 
 void Faults::clear() {
+  const Locked locked(*this);
   refusals_.clear();
   nothing_.clear();
   actions_.clear();
@@ -34,31 +53,44 @@ void Faults::clear() {
 
 int Faults::calls(std::wstring_view member) const {
   known(std::wstring(member));
+  const Locked locked(*this);
   const auto found = calls_.find(member);
   return found == calls_.end() ? 0 : found->second;
 }
 
+void Faults::resetCalls() {
+  const Locked locked(*this);
+  calls_.clear();
+}
+
 bool Faults::meet(const std::vector<std::wstring>& names) {
   bool nothing = false;
-  for (const auto& name : names) {
-    ++calls_[name];
-    // A copy, so that the action may clear the plan it stands in.
-    if (const auto action = actions_.find(name); action != actions_.end()) {
-      const auto run = action->second;
-      run();
-    }
-    if (nothing_.contains(name)) nothing = true;
-    const auto refusal = refusals_.find(name);
-    if (refusal == refusals_.end()) continue;
+  for (const auto& name : names)
+    if (meet(name)) nothing = true;
+  return nothing;
+}
+
+bool Faults::meet(const std::wstring& name) {
+  // A copy that runs unlocked: the action may change the plan, and may take its time.
+  if (const auto action = counted(name)) action();
+  const Locked locked(*this);
+  if (const auto refusal = refusals_.find(name); refusal != refusals_.end()) {
     Planned& planned = refusal->second;
     if (planned.skipped > 0) {
       --planned.skipped;
     } else if (planned.times != 0) {
       if (planned.times > 0) --planned.times;
-      throw planned.refusal;
+      throw Refusal(planned.refusal);
     }
   }
-  return nothing;
+  return nothing_.contains(name);
+}
+
+std::function<void()> Faults::counted(const std::wstring& name) {
+  const Locked locked(*this);
+  ++calls_[name];
+  const auto action = actions_.find(name);
+  return action == actions_.end() ? std::function<void()>() : action->second;
 }
 
 }  // namespace standin

@@ -1,6 +1,7 @@
 // What a test makes the host do wrong, and how often each member was used.
 //
-// A member is named "WebFolders.Add", or "Add" for the members of that name of every class.
+// A member is named "WebFolders.Add", or "Add" for the members of that name of every class. Plans
+// may be made on another thread than the host's; actions run on the host's.
 #pragma once
 
 #include <windows.h>
@@ -22,6 +23,11 @@ struct Refusal {
 
 class Faults {
  public:
+  Faults() noexcept { InitializeCriticalSection(&lock_); }
+  ~Faults() { DeleteCriticalSection(&lock_); }
+  Faults(const Faults&) = delete;
+  Faults& operator=(const Faults&) = delete;
+
   // Calls of the member are refused: all of them, or `times` of them after the first `skipped`.
   void refuse(const std::wstring& member, std::wstring description, long code = E_FAIL,
               int skipped = 0, int times = -1);
@@ -33,7 +39,7 @@ class Faults {
   void clear();
 
   int calls(std::wstring_view member) const;
-  void resetCalls() { calls_.clear(); }
+  void resetCalls();
 
   // Used by the objects: counts the call, runs the actions, raises the refusal. True when the
   // member is to give nothing.
@@ -45,6 +51,12 @@ class Faults {
     int skipped;
     int times;  // -1: for ever
   };
+
+  class Locked;
+  bool meet(const std::wstring& name);
+  std::function<void()> counted(const std::wstring& name);
+
+  mutable CRITICAL_SECTION lock_;
   std::map<std::wstring, Planned, std::less<>> refusals_;
   std::map<std::wstring, bool, std::less<>> nothing_;
   std::map<std::wstring, std::function<void()>, std::less<>> actions_;

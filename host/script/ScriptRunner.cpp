@@ -1,10 +1,12 @@
 #include "host/script/ScriptRunner.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 #include "common/handles.h"
 #include "host/MainWindow.h"
 #include "host/model/Faults.h"
+#include "host/model/Session.h"
 #include "host/model/disk.h"
 #include "host/script/Desktop.h"
 #include "host/script/picture.h"
@@ -94,8 +96,11 @@ class LineSource {
 
 void printLine(std::wstring_view text) { writeOut(toUtf8(text) + "\n"); }
 
-ScriptRunner::ScriptRunner(HWND mainWindow, Places places)
-    : main_(mainWindow), places_(std::move(places)) {}
+ScriptRunner::ScriptRunner(HWND mainWindow, Places places, SharedSession session)
+    : main_(mainWindow),
+      places_(std::move(places)),
+      session_(std::move(session)),
+      hold_(session_->faults) {}
 
 bool ScriptRunner::isReady() const {
   return isEnabled(main_) && desktop::send(main_, MainWindow::startedMessage) != 0;
@@ -144,6 +149,8 @@ void ScriptRunner::run(const ScriptLine& line) {
   if (command == L"tree") return tree(arguments.empty() ? L"" : arguments[0]);
   if (command == L"cat") return cat(arguments[0]);
   if (command == L"print") return printLine(arguments[0]);
+  if (command == L"run") return runProgram(arguments[0]);
+  if (runModel(command, arguments)) return;
   if (command == L"windows") return writeOut(toUtf8(desktop::describe()));
   if (command == L"timeout")
     timeout_ = static_cast<DWORD>(std::max(0, _wtoi(arguments[0].c_str()))) * 1000;
@@ -156,6 +163,10 @@ void ScriptRunner::run(const ScriptLine& line) {
 void ScriptRunner::runWait(const std::wstring& what, const Arguments& arguments) {
   if (what == L"main") {
     require([&] { return isReady(); }, L"the main window is still disabled");
+    return;
+  }
+  if (what == L"held") {
+    require([&] { return hold_.isCallWaiting(); }, L"no call is held");
     return;
   }
   const std::wstring& caption = arguments[0];
@@ -238,6 +249,25 @@ void ScriptRunner::runControl(const std::wstring& what, const Arguments& argumen
             L"there is no such window");
     PostMessageW(window, WM_CLOSE, 0, 0);
   }
+}
+
+// What the host's model does to its callers; false when that is no such command.
+bool ScriptRunner::runModel(const std::wstring& what, const Arguments& arguments) {
+  try {
+    if (what == L"hold")
+      hold_.hold(arguments[0], arguments.size() > 1 ? _wtoi(arguments[1].c_str()) : 0);
+    else if (what == L"release")
+      hold_.release();
+    else if (what == L"refuse")
+      session_->faults.refuse(arguments[0], arguments[1]);
+    else if (what == L"allow")
+      session_->faults.clear();
+    else
+      return false;
+  } catch (const std::invalid_argument&) {
+    throw ScriptError(L"the host has no such member");
+  }
+  return true;
 }
 
 void ScriptRunner::menu(const Arguments& path) {
@@ -368,6 +398,23 @@ void ScriptRunner::picture(const Arguments& arguments) {
     throw ScriptError(L"the picture cannot be taken");
 }
 
+void ScriptRunner::runProgram(const std::wstring& commandLine) const {
+  std::wstring line = commandLine;
+  STARTUPINFOW start = {};
+  start.cb = sizeof start;
+  PROCESS_INFORMATION process = {};
+  if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr,
+                      nullptr, &start, &process))
+    throw ScriptError(L"the program cannot be started");
+  const handles::Kernel thread(process.hThread);
+  const handles::Kernel running(process.hProcess);
+  if (WaitForSingleObject(running.get(), timeout_) != WAIT_OBJECT_0)
+    throw ScriptError(L"the program does not end");
+  DWORD code = 1;
+  GetExitCodeProcess(running.get(), &code);
+  if (code != 0) throw ScriptError(L"the program ends with " + std::to_wstring(code));
+}
+
 std::wstring ScriptRunner::webPath(const std::wstring& relative) const {
   if (places_.webFolder.empty()) throw ScriptError(L"no web was opened");
   std::wstring path = places_.webFolder;
@@ -387,6 +434,8 @@ void ScriptRunner::cat(const std::wstring& file) const {
 }
 
 bool ScriptRunner::closeAll() {
+  session_->faults.clear();
+  hold_.release();
   timeout_ = 20000;
   constexpr DWORD betweenAttempts = 500;
   DWORD last = GetTickCount() - betweenAttempts;
@@ -409,8 +458,8 @@ bool ScriptRunner::closeAll() {
 }
 
 int runScript(const std::wstring& script, HWND mainWindow, const ScriptRunner::Places& places,
-              bool stay) {
-  ScriptRunner runner(mainWindow, places);
+              const SharedSession& session, bool stay) {
+  ScriptRunner runner(mainWindow, places, session);
   int number = 0;
   std::wstring line;
   std::wstring failure;

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "host/model/AutomationObject.h"
+#include "host/script/CallHold.h"
 #include "host/script/ScriptLine.h"
 
 namespace standin {
@@ -19,7 +21,7 @@ class ScriptRunner {
     std::wstring pictures;
   };
 
-  ScriptRunner(HWND mainWindow, Places places);
+  ScriptRunner(HWND mainWindow, Places places, SharedSession session);
 
   // One command; raises a ScriptError when it fails or its time is over.
   void run(const ScriptLine& line);
@@ -40,6 +42,7 @@ class ScriptRunner {
   void runWait(const std::wstring& what, const Arguments& arguments);
   void runExpect(const std::wstring& what, const Arguments& arguments);
   void runControl(const std::wstring& what, const Arguments& arguments);
+  bool runModel(const std::wstring& what, const Arguments& arguments);
   void menu(const Arguments& path);
   void showMenu(const Arguments& path);
   void hideMenu();
@@ -49,12 +52,15 @@ class ScriptRunner {
   void expectText(const std::wstring& caption, const std::wstring& text);
   void changeAddIn(const std::wstring& progId, const std::wstring& button);
   void picture(const Arguments& arguments);
+  void runProgram(const std::wstring& commandLine) const;
   void tree(const std::wstring& below) const;
   void cat(const std::wstring& file) const;
   std::wstring webPath(const std::wstring& relative) const;
 
   HWND main_;
   Places places_;
+  SharedSession session_;
+  CallHold hold_;
   DWORD timeout_ = 30000;
   bool ended_ = false;
 };
@@ -66,6 +72,6 @@ void printLine(std::wstring_view text);
 // leaves them open when `stay` is set and the script neither failed nor ended with "exit". 0 when
 // all went well, otherwise 1.
 int runScript(const std::wstring& script, HWND mainWindow, const ScriptRunner::Places& places,
-              bool stay);
+              const SharedSession& session, bool stay);
 
 }  // namespace standin

@@ -186,6 +186,36 @@ TEST_CASE("a script checks what stands in the web") {
         "that\n");
 }
 
+TEST_CASE("a script runs a program and waits for its end") {
+  const Program program;
+  const Outcome outcome = program.script("run \"cmd /c mkdir \"\"" + text::toAnsi(program.web) +
+                                         "\\made\"\"\"\n"
+                                         "expect file \"made\"\n"
+                                         "run \"cmd /c exit 3\"\n");
+  CHECK(outcome.code == 1);
+  CHECK(outcome.output == "script: line 3: run \"cmd /c exit 3\": the program ends with 3\n");
+}
+
+TEST_CASE("a program that is not there fails the script") {
+  const Program program;
+  CHECK(program.script("run \"C:\\none.exe\"\n").output ==
+        "script: line 1: run \"C:\\none.exe\": the program cannot be started\n");
+}
+
+TEST_CASE("a script can neither hold nor refuse what no object has") {
+  const Program program;
+  CHECK(program.script("hold \"WebFiles.Fly\"\n").output ==
+        "script: line 1: hold \"WebFiles.Fly\": the host has no such member\n");
+  CHECK(program.script("refuse \"Fly\" \"No.\"\n").output ==
+        "script: line 1: refuse \"Fly\" \"No.\": the host has no such member\n");
+}
+
+TEST_CASE("waiting for a held call ends when there is none") {
+  const Program program;
+  CHECK(program.script("timeout 1\nhold \"WebFiles.Add\"\nwait held\n").output ==
+        "script: line 3: wait held: no call is held\n");
+}
+
 TEST_CASE("a missing menu entry is a failure and can be expected") {
   const Program program;
   const Outcome outcome = program.script(

@@ -41,6 +41,13 @@ TEST_CASE("bare words behind the command are arguments") {
   CHECK(parseScriptLine(L"timeout 5").arguments == Words{L"5"});
 }
 
+TEST_CASE("a call is held from the first on or after some that are let through") {
+  CHECK(parseScriptLine(L"hold \"WebFiles.Add\"").arguments == Words{L"WebFiles.Add"});
+  CHECK(parseScriptLine(L"hold \"WebFiles.Add\" 3").arguments == Words{L"WebFiles.Add", L"3"});
+  CHECK(parseScriptLine(L"wait held").command == L"wait held");
+  CHECK(parseScriptLine(L"release").command == L"release");
+}
+
 TEST_CASE("a doubled quote in a quoted text is one quote") {
   CHECK(parseScriptLine(L"print \"a \"\"b\"\" c\"").arguments == Words{L"a \"b\" c"});
   CHECK(parseScriptLine(L"print \"\"").arguments == Words{L""});
