@@ -43,6 +43,16 @@ bool isEmptyFile(const std::wstring& path) {
   return data.nFileSizeHigh == 0 && data.nFileSizeLow < 1;
 }
 
+// Whoever cancels knows it: that is no error, and the list tells what was found until then.
+template <class Scan>
+void unlessCancelled(Scan&& scan) {
+  try {
+    scan();
+  } catch (const Error& error) {
+    if (error.number() != errors::cancelled) throw;
+  }
+}
+
 }  // namespace
 
 // While the folders are scanned, pending events run: nothing may start that would scan again or
@@ -223,15 +233,6 @@ void frmQuillet::ListTemplates() {
     throw;
   }
   showList();
-}
-
-// Whoever cancels knows it: that is no error, and the list tells what was found until then.
-void frmQuillet::listAgain() {
-  try {
-    ListTemplates();
-  } catch (const Error& error) {
-    if (error.number() != errors::cancelled) throw;
-  }
 }
 
 void frmQuillet::showList() {
@@ -455,7 +456,7 @@ void frmQuillet::copyTo(const HostWeb& web, const forms::ListRow& row) {
 void frmQuillet::cmdSelect_Click() {
   handle(L"cmdSelect_Click", [this] {
     bringToFront();
-    if (ShowFolderDialog(hwnd())) listAgain();
+    if (ShowFolderDialog(hwnd())) unlessCancelled([this] { ListTemplates(); });
     const bool any = lvDWTs.count() > 0;
     for (forms::Button* each : {&cmdCopytoWeb, &cmdDestFolder, &cmdApplyInstructions})
       each->setEnabled(any);
@@ -476,11 +477,12 @@ void frmQuillet::cmdDWTOnline_Click() {
 
 // New templates join the list; the folders that are listed already are not scanned again.
 void frmQuillet::takeDownloads() {
-  {
+  unlessCancelled([this] {
     const Scanning scanning(*this);
     TemplateScan(*this).ScanFolder(
         settings::GetSetting(settings::general, settings::downloadFolder));
-  }
+  });
+  if (isUnloaded()) return;
   lvDWTs.autoSizeColumn();
   if (lvDWTs.selected() < 0 && lvDWTs.count() > 0) lvDWTs.select(0);
   lvListView_ItemClick();

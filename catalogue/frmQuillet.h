@@ -64,7 +64,6 @@ class frmQuillet : public forms::Form, private TemplateScanView {
   void bringToFront();
 
   void ListTemplates();
-  void listAgain();
   void showList();
   void clearPreview();
   void enableTemplateButtons(bool enabled);

@@ -1,8 +1,13 @@
 // The shipped module in the stand-in host: what the host's user sees of it.
+#include <windows.h>
+#include <commctrl.h>
+
 #include "addin/host/Dispatch.h"
 #include "host/model/Host.h"
+#include "online/resource.h"
 #include "tests/addin/ShippedModule.h"
 #include "tests/support/DebugOutput.h"
+#include "tests/support/FakeWebBrowser.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/ScratchRegistry.h"
@@ -35,6 +40,15 @@ struct Connected {
   ComPtr<IDTExtensibility2> addIn = module.connection();
   HRESULT outcome = E_FAIL;
 };
+
+constexpr WPARAM quilletButton = 7;  // counted with the gaps
+
+void pressToolbarButton(HWND toolbar, WPARAM index) {
+  TBBUTTON button = {};
+  REQUIRE(SendMessageW(toolbar, TB_GETBUTTON, index, reinterpret_cast<LPARAM>(&button)));
+  SendMessageW(GetParent(toolbar), WM_COMMAND, static_cast<WPARAM>(button.idCommand),
+               reinterpret_cast<LPARAM>(toolbar));
+}
 
 standin::HostOptions withVersion(const wchar_t* version) {
   standin::HostOptions options;
@@ -390,6 +404,29 @@ TEST_SUITE("connection to the host") {
     REQUIRE(connected.modal.boxes().size() == 1);
     CHECK(connected.modal.boxes()[0].text == missing);
     CHECK(connected.modal.dialogs().empty());
+  }
+
+  TEST_CASE("The online catalogue's own button goes on to the browser and its close box does not") {
+    for (const bool byButton : {true, false}) {
+      ScratchFolder web;
+      FakeWebBrowser page;
+      Connected connected({}, web.path());
+      connected.registry.setString(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Korvel Software\\Quillet Viewer",
+                                   L"DWTOnline", L"http://127.0.0.1/start.htm");
+      connected.modal.onDialog(L"DWT Online", [&](HWND dialog) {
+        if (byButton)
+          pressToolbarButton(GetDlgItem(dialog, IDC_ONLINE_TOOLBAR), quilletButton);
+        else
+          PostMessageW(dialog, WM_CLOSE, 0, 0);
+      });
+      connected.modal.onDialog(L"Dynamic Web Template Browser",
+                               [](HWND dialog) { PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0); });
+      REQUIRE(connected.host.click(dwtOnline));
+      const std::vector<std::wstring> both = {L"DWT Online", L"Dynamic Web Template Browser"};
+      CHECK(connected.modal.dialogs() ==
+            std::vector<std::wstring>(both.begin(), both.end() - (byButton ? 0 : 1)));
+      CHECK(connected.modal.boxes().empty());
+    }
   }
 
   TEST_CASE("A host that refuses any one call is connected clicked and disconnected quietly") {

@@ -1,6 +1,8 @@
 // The online catalogue's window and its download dialog, with a stand-in browser and a real server.
 #include "online/frmDWTOnline.h"
 
+#include <algorithm>
+
 #include "common/placement.h"
 #include "common/settings.h"
 #include "host/model/Host.h"
@@ -12,6 +14,8 @@
 #include "tests/online/ZipMaker.h"
 #include "tests/support/DebugOutput.h"
 #include "tests/support/FakeWebBrowser.h"
+#include "tests/support/ImportPatch.h"
+#include "tests/support/LaunchRecorder.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/ScratchRegistry.h"
@@ -83,6 +87,23 @@ class OnlineWindow {
     SendMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(command(button)),
                  reinterpret_cast<LPARAM>(control(IDC_ONLINE_TOOLBAR)));
   }
+  // For the window's own loop, which goes on after the script.
+  void type(UINT message, WPARAM key) const {
+    PostMessageW(control(IDC_ONLINE_BROWSER), message, key, 0);
+  }
+  // What the browser was asked until the window let go of it.
+  Lines asked() const {
+    const auto& calls = page.calls();
+    return {calls.begin(), std::find(calls.begin(), calls.end(), L"InPlaceDeactivate")};
+  }
+  // As the mouse opens it; returns when it has closed.
+  void openDestinations() const {
+    RECT place;
+    GetClientRect(control(IDC_ONLINE_DESTINATION), &place);
+    const LPARAM point = MAKELPARAM(place.right / 2, place.bottom / 2);
+    SendMessageW(control(IDC_ONLINE_DESTINATION), WM_LBUTTONDOWN, MK_LBUTTON, point);
+    SendMessageW(control(IDC_ONLINE_DESTINATION), WM_LBUTTONUP, 0, point);
+  }
   // As the drop-down menu reports it; separators count.
   void choose(WORD entry) const {
     SendMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(0x6000 + entry), 0);
@@ -129,6 +150,63 @@ std::string archive() { return ZipMaker().add("home.dwt", "a page").bytes(); }
 std::wstring downloadPage(const std::wstring& query) {
   return L"http://127.0.0.1/DWTOnlineDownload.htm" + query;
 }
+
+// The window's unload timer, which ticks when the test wants it to.
+class UnloadTimer {
+ public:
+  UnloadTimer() { intervals_.clear(); }
+  // In milliseconds, of every timer that was started.
+  static const std::vector<UINT>& intervals() { return intervals_; }
+  static void tick(HWND window) { SendMessageW(window, WM_TIMER, 1, 0); }
+
+ private:
+  static UINT_PTR WINAPI start(HWND, UINT_PTR id, UINT interval, TIMERPROC) {
+    intervals_.push_back(interval);
+    return id;
+  }
+
+  static inline std::vector<UINT> intervals_;
+  ImportPatch patch_{nullptr, "user32.dll", "SetTimer", start};
+};
+
+using Intervals = std::vector<UINT>;
+
+// The destination's drop-down menu as it opens: what it holds; then the keys are typed that the
+// test wants.
+class OpenedMenu {
+ public:
+  explicit OpenedMenu(std::vector<WPARAM> keys) {
+    keys_ = std::move(keys);
+    entries_.clear();
+    flags_.clear();
+    SetTimer(nullptr, 0, 10, look);
+  }
+  OpenedMenu(const OpenedMenu&) = delete;
+  OpenedMenu& operator=(const OpenedMenu&) = delete;
+
+  const Lines& entries() const { return entries_; }  // empty for a separator
+  const std::vector<UINT>& flags() const { return flags_; }
+
+ private:
+  static void CALLBACK look(HWND, UINT, UINT_PTR timer, DWORD) {
+    constexpr UINT menuOfWindow = 0x01E1;  // MN_GETHMENU
+    const HWND window = FindWindowW(L"#32768", nullptr);
+    if (!window || !IsWindowVisible(window)) return;
+    KillTimer(nullptr, timer);
+    const auto menu = reinterpret_cast<HMENU>(SendMessageW(window, menuOfWindow, 0, 0));
+    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+      wchar_t text[MAX_PATH] = {};
+      GetMenuStringW(menu, static_cast<UINT>(i), text, MAX_PATH, MF_BYPOSITION);
+      entries_.push_back(text);
+      flags_.push_back(GetMenuState(menu, static_cast<UINT>(i), MF_BYPOSITION));
+    }
+    for (const WPARAM key : keys_) PostMessageW(GetActiveWindow(), WM_KEYDOWN, key, 0);
+  }
+
+  static inline std::vector<WPARAM> keys_;
+  static inline Lines entries_;
+  static inline std::vector<UINT> flags_;
+};
 
 // Presses Cancel in the download dialog once bytes have come in.
 struct CancelWhenReading {
@@ -227,6 +305,26 @@ TEST_CASE("closing the window writes the separator line") {
   CHECK(online.log.has(L"-----------------------------------------------------"));
 }
 
+TEST_CASE("without a browser control the window says so and still works") {
+  OnlineWindow online;
+  online.page.canBeMade = false;
+  const std::wstring user = online.disk.makeFolder(L"user");
+  listForUser(online.registry, user);
+  const short reason = online.show([&] {
+    for (const Button each : {stop, refresh, print}) online.click(each);
+    online.choose(0);
+    CHECK(online.destination() == user);
+    online.click(quillet);
+  });
+  CHECK(reason == 2);
+  REQUIRE(online.driver.boxes().size() == 1);
+  CHECK(online.driver.boxes()[0].text == L"ActiveX component can't create object");
+  CHECK(online.driver.boxes()[0].title == L"DWT Online");
+  CHECK(online.log.has(
+      L"ERROR in procedure Form_Load of Form frmDWTOnline. Error : 429\tActiveX component can't "
+      L"create object"));
+}
+
 // Navigation
 
 TEST_CASE("the toolbar moves the browser") {
@@ -237,6 +335,76 @@ TEST_CASE("the toolbar moves the browser") {
     CHECK(online.page.calls() ==
           Lines{L"GoBack", L"GoForward", L"Stop", L"Refresh", L"ExecWB 6 0"});
   });
+}
+
+TEST_CASE("the window's keys do what its buttons do") {
+  OnlineWindow online;
+  online.show([&] {
+    online.page.setCommandState(1, true);
+    online.page.setCommandState(2, true);
+    online.page.clear();
+    online.type(WM_SYSKEYDOWN, VK_LEFT);
+    online.type(WM_SYSKEYDOWN, VK_RIGHT);
+    online.type(WM_KEYDOWN, VK_ESCAPE);
+    online.type(WM_KEYDOWN, VK_F5);
+  });
+  CHECK(online.asked() == Lines{L"GoBack", L"GoForward", L"Stop", L"Refresh"});
+}
+
+TEST_CASE("the keys for going back and forward do nothing while their buttons are off") {
+  OnlineWindow online;
+  online.show([&] {
+    online.page.clear();
+    online.type(WM_SYSKEYDOWN, VK_LEFT);
+    online.type(WM_SYSKEYDOWN, VK_RIGHT);
+  });
+  CHECK(online.asked() == Lines{});
+}
+
+TEST_CASE("Ctrl and P print the page and P alone does not") {
+  for (const bool control : {true, false}) {
+    OnlineWindow online;
+    BYTE keys[256] = {};
+    online.show([&] {
+      online.page.clear();
+      keys[VK_CONTROL] = control ? 0x80 : 0;
+      SetKeyboardState(keys);
+      online.type(WM_KEYDOWN, 'P');
+    });
+    keys[VK_CONTROL] = 0;
+    SetKeyboardState(keys);
+    CHECK(online.asked() == (control ? Lines{L"ExecWB 6 0"} : Lines{}));
+  }
+}
+
+TEST_CASE("the Help button and F1 open the window's help topic") {
+  static const ScratchFolder viewers;  // looked up once in a process
+  LaunchRecorder viewer(viewers / L"KorvelHelp.exe");
+  OnlineWindow online;
+  online.registry.setString(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Korvel Software", L"CommonPath",
+                            viewers.path());
+  const std::wstring launched = L"\"" + (viewers / L"KorvelHelp.exe") + L"\" \"" +
+                                module::folder() + L"QuilletHelp\\\" /cDWTOnline";
+  online.show([&] {
+    online.click(help);
+    CHECK(viewer.commandLine() == launched);
+    online.type(WM_KEYDOWN, VK_F1);
+  });
+  CHECK(viewer.commandLine() == launched);
+  CHECK(online.driver.boxes().empty());
+}
+
+TEST_CASE("keys do nothing while the window is switched off") {
+  const HttpServer server({{"/d.zip", HttpServer::ok(archive())}});
+  const UnloadTimer timer;
+  OnlineWindow online;
+  online.show([&] {
+    online.page.follow(downloadPage(L"?dwt1=" + server.url(L"/d.zip")));
+    online.page.clear();
+    online.type(WM_KEYDOWN, VK_F5);
+    online.type(WM_KEYDOWN, VK_ESCAPE);
+  });
+  CHECK(online.asked() == Lines{});
 }
 
 TEST_CASE("the browser enables the buttons for going back and forward") {
@@ -306,6 +474,49 @@ TEST_CASE("choosing a listed folder makes it the destination with its list's pic
     CHECK(online.hasMachinePicture());
     online.choose(2);
     CHECK(online.destination() == user);
+    CHECK_FALSE(online.hasMachinePicture());
+  });
+}
+
+TEST_CASE("the opened list of destinations has a separator behind each of its lists") {
+  OnlineWindow online;
+  const std::wstring machine = online.disk.makeFolder(L"machine & all");
+  const std::wstring first = online.disk.makeFolder(L"user 1");
+  const std::wstring second = online.disk.makeFolder(L"user 2");
+  listForMachine(online.registry, machine);
+  listForUser(online.registry, first);
+  listForUser(online.registry, second);
+  online.show([&] {
+    const OpenedMenu menu({VK_ESCAPE});
+    const std::wstring before = online.destination();
+    online.openDestinations();
+    CHECK(menu.entries() ==
+          Lines{online.disk / L"machine && all", L"", first, second, L"", L"Browse..."});
+    for (const std::size_t separator : {1U, 4U})
+      CHECK((menu.flags()[separator] & MF_SEPARATOR) != 0);
+    CHECK(online.destination() == before);
+  });
+}
+
+TEST_CASE("without folders the opened list of destinations offers to browse alone") {
+  OnlineWindow online;
+  online.show([&] {
+    const OpenedMenu menu({VK_ESCAPE});
+    online.openDestinations();
+    CHECK(menu.entries() == Lines{L"Browse..."});
+  });
+}
+
+TEST_CASE("a folder is chosen from the opened list of destinations by keys") {
+  OnlineWindow online;
+  const std::wstring machine = online.disk.makeFolder(L"machine");
+  const std::wstring user = online.disk.makeFolder(L"user");
+  listForMachine(online.registry, machine);
+  listForUser(online.registry, user);
+  online.show([&] {
+    const OpenedMenu menu({VK_DOWN, VK_DOWN, VK_RETURN});
+    online.openDestinations();
+    CHECK(pumpUntil([&] { return online.destination() == user; }));
     CHECK_FALSE(online.hasMachinePicture());
   });
 }
@@ -402,16 +613,19 @@ TEST_CASE("the download page is never shown by the browser in any letter case") 
 
 TEST_CASE("a download without a success page closes the window on the second tick") {
   const HttpServer server({{"/d.zip", HttpServer::ok(archive())}});
+  const UnloadTimer timer;
   OnlineWindow online;
   const std::wstring folder = online.disk.makeFolder(L"new");
   online.saveIn(folder);
   const short reason = online.show([&] {
     CHECK_FALSE(online.page.follow(downloadPage(L"?dwt1=" + server.url(L"/d.zip"))));
-    const DWORD began = GetTickCount();
+    CHECK(timer.intervals() == Intervals{500});
     CHECK(online.open());
     CHECK_FALSE(IsWindowEnabled(online.dialog));
-    CHECK(pumpUntil([&] { return !online.open(); }));
-    CHECK(GetTickCount() - began > 700);
+    timer.tick(online.dialog);
+    CHECK(online.open());
+    timer.tick(online.dialog);
+    CHECK_FALSE(online.open());
   });
   CHECK(reason == 1);
   CHECK(online.disk.readFile(L"new\\home.dwt") == "a page");
@@ -420,26 +634,36 @@ TEST_CASE("a download without a success page closes the window on the second tic
   CHECK(online.driver.boxes().empty());
 }
 
+TEST_CASE("the unload timer does nothing before a download") {
+  OnlineWindow online;
+  const short reason = online.show([&] {
+    for (int i = 0; i < 3; ++i) UnloadTimer::tick(online.dialog);
+    CHECK(online.open());
+  });
+  CHECK(reason == 0);
+}
+
 TEST_CASE("a navigation between the two ticks keeps the window open for longer") {
   const HttpServer server({{"/d.zip", HttpServer::ok(archive())}});
+  const UnloadTimer timer;
   OnlineWindow online;
   const short reason = online.show([&] {
     online.page.follow(downloadPage(L"?dwt1=" + server.url(L"/d.zip")));
-    const DWORD began = GetTickCount();
-    pumpUntil([&] { return GetTickCount() - began > 700; });
-    CHECK(online.open());
+    timer.tick(online.dialog);
     online.page.follow(L"http://127.0.0.1/other.htm");
     online.page.arrive(L"http://127.0.0.1/other.htm");
     CHECK(IsWindowEnabled(online.dialog));
-    pumpUntil([&] { return GetTickCount() - began > 1200; });
+    timer.tick(online.dialog);
     CHECK(online.open());
-    CHECK(pumpUntil([&] { return !online.open(); }));
+    timer.tick(online.dialog);
+    CHECK_FALSE(online.open());
   });
   CHECK(reason == 1);
 }
 
 TEST_CASE("a download with a success page shows it and stays open") {
   const HttpServer server({{"/d.zip", HttpServer::ok(archive())}});
+  const UnloadTimer timer;
   OnlineWindow online;
   const short reason = online.show([&] {
     CHECK_FALSE(online.page.follow(downloadPage(L"?dwt1=" + server.url(L"/d.zip") +
@@ -447,11 +671,22 @@ TEST_CASE("a download with a success page shows it and stays open") {
     CHECK(online.page.navigations() == Lines{startPage, L"http://127.0.0.1/done.htm?a=b"});
     CHECK(online.open());
     CHECK(IsWindowEnabled(online.dialog));
-    const DWORD began = GetTickCount();
-    pumpUntil([&] { return GetTickCount() - began > 1300; });
-    CHECK(online.open());
+    CHECK(timer.intervals().empty());
   });
   CHECK(reason == 1);
+}
+
+TEST_CASE("the window is switched off until the success page has come") {
+  const HttpServer server({{"/d.zip", HttpServer::ok(archive())}});
+  OnlineWindow online;
+  online.show([&] {
+    online.page.isSlow = true;
+    online.page.follow(
+        downloadPage(L"?dwt1=" + server.url(L"/d.zip") + L"&success=http://127.0.0.1/done.htm"));
+    CHECK_FALSE(IsWindowEnabled(online.dialog));
+    online.page.arrive(L"http://127.0.0.1/done.htm");
+    CHECK(IsWindowEnabled(online.dialog));
+  });
 }
 
 TEST_CASE("a success page that does not arrive leaves the window usable") {
