@@ -1,8 +1,14 @@
 // What every dialog of the module owes to the keyboard and to screen readers.
 #include <algorithm>
 
+#include <windows.h>
+#include <commctrl.h>
+
+#include "common/forms/resource.h"
+#include "online/resource.h"
 #include "tests/support/DialogResource.h"
 #include "tests/support/text_output.h"
+#include "webcopy/resource.h"
 
 namespace {
 
@@ -10,10 +16,27 @@ std::wstring describe(const DialogResource& dialog, const DialogItem& item) {
   return dialog.caption + L": " + std::to_wstring(item.id) + L" " + item.caption;
 }
 
-// Buttons and labels say themselves what they are; everything else needs a label before it.
+// Buttons and labels say themselves what they are; everything else needs a label before it, unless
+// it stays hidden until it takes another's place, under a caption of its own.
 bool needsLabel(const DialogItem& item) {
-  return !item.isButton() && !item.isLabel() && (item.style & WS_VISIBLE) &&
-         item.className != L"msctls_progress32";
+  return !item.isButton() && !item.isLabel() && (item.style & WS_VISIBLE);
+}
+
+// A label's text is there from the start. The one that says what is asked for in general comes with
+// the question.
+bool saysSomething(const DialogItem& label) {
+  return !label.caption.empty() || label.id == IDC_INPUTBOX_LBLPROMPT;
+}
+
+bool isDefaultButton(const DialogItem& item) {
+  return item.isButton() && (item.style & BS_TYPEMASK) == BS_DEFPUSHBUTTON;
+}
+
+bool isButtonOf(const DialogItem& item, int id) { return item.isButton() && item.id == id; }
+
+// While one of these works there is nothing to confirm; and a catalogue's keys are its pages' own.
+bool hasNothingToConfirm(const DialogResource& dialog) {
+  return dialog.id == IDD_COPYTOWEB || dialog.id == IDD_DOWNLOAD || dialog.id == IDD_ONLINE;
 }
 
 bool overlapVertically(const RECT& one, const RECT& other) {
@@ -59,11 +82,14 @@ TEST_CASE("a label stands before every control that has no caption of its own") 
   for (const auto& dialog : dialogResources())
     for (std::size_t i = 0; i < dialog.items.size(); ++i) {
       const auto& item = dialog.items[i];
-      if (!needsLabel(item)) continue;
       CAPTURE(describe(dialog, item));
+      if ((item.style & WS_TABSTOP) && !(item.style & WS_VISIBLE))
+        CHECK_FALSE(item.caption.empty());
+      if (!needsLabel(item)) continue;
       REQUIRE(i > 0);
       const auto& before = dialog.items[i - 1];
-      CHECK((before.isLabel() || needsLabel(before)));
+      CHECK(before.isLabel());
+      CHECK(saysSomething(before));
     }
 }
 
@@ -78,14 +104,32 @@ TEST_CASE("every control lies inside its dialog") {
     }
 }
 
-TEST_CASE("every dialog has one default button and can be left with Escape") {
+TEST_CASE("every dialog has one default button unless it has nothing to confirm") {
   for (const auto& dialog : dialogResources()) {
     CAPTURE(dialog.caption);
-    const auto defaults =
-        std::count_if(dialog.items.begin(), dialog.items.end(), [](const DialogItem& item) {
-          return item.isButton() && (item.style & BS_TYPEMASK) == BS_DEFPUSHBUTTON;
-        });
-    CHECK(defaults <= 1);
-    CHECK((dialog.style & WS_SYSMENU) != 0);
+    CHECK(std::count_if(dialog.items.begin(), dialog.items.end(), isDefaultButton) ==
+          (hasNothingToConfirm(dialog) ? 0 : 1));
   }
+}
+
+// A dialog without a cancel button is closed by the form itself.
+TEST_CASE("every dialog that can be cancelled is left with Escape by its cancel button") {
+  for (const auto& dialog : dialogResources()) {
+    CAPTURE(dialog.caption);
+    CHECK((dialog.style & WS_SYSMENU) != 0);
+    const auto cancels = std::count_if(dialog.items.begin(), dialog.items.end(),
+                                       [](const auto& item) { return isButtonOf(item, IDCANCEL); });
+    CHECK(cancels == (dialog.id == IDD_ABOUT || dialog.id == IDD_ONLINE ? 0 : 1));
+  }
+}
+
+TEST_CASE("lists and trees and previews have the same frame in every dialog") {
+  for (const auto& dialog : dialogResources())
+    for (const auto& item : dialog.items) {
+      if (!item.isOf(WC_LISTVIEWW) && !item.isOf(WC_TREEVIEWW) && !item.isOf(L"QuilletPictureBox"))
+        continue;
+      CAPTURE(describe(dialog, item));
+      CHECK((item.extendedStyle & WS_EX_CLIENTEDGE) != 0);
+      CHECK((item.style & WS_BORDER) == 0);
+    }
 }

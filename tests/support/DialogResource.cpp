@@ -58,7 +58,8 @@ RECT readPlace(Reader& reader) {
 DialogItem readItem(Reader& reader) {
   DialogItem item;
   reader.align();
-  reader.skip(8);  // help identifier, extended style
+  reader.skip(4);  // help identifier
+  item.extendedStyle = reader.take<DWORD>();
   item.style = reader.take<DWORD>();
   item.place = readPlace(reader);
   item.id = static_cast<int>(reader.take<DWORD>());

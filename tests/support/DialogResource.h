@@ -11,11 +11,14 @@ struct DialogItem {
   std::wstring className;  // the system's own classes by name: Button, Edit, Static, ...
   std::wstring caption;
   DWORD style = 0;
+  DWORD extendedStyle = 0;
   RECT place = {};
 
   bool isTabStop() const { return (style & WS_TABSTOP) && (style & WS_VISIBLE); }
-  bool isButton() const { return className == L"Button"; }
-  bool isLabel() const { return className == L"Static"; }
+  // Resource compilers write class names in a letter case of their own.
+  bool isOf(const wchar_t* name) const { return lstrcmpiW(className.c_str(), name) == 0; }
+  bool isButton() const { return isOf(L"Button"); }
+  bool isLabel() const { return isOf(L"Static"); }
   // The character behind the first "&" that is not doubled, lowered; 0 when there is none.
   wchar_t mnemonic() const;
 };
