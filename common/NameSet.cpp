@@ -6,6 +6,13 @@
 
 namespace text {
 
+NameSet::NameSet(const std::vector<std::wstring>& names) {
+  names_.reserve(names.size());
+  for (const std::wstring& name : names) names_.push_back(toLower(name));
+  std::sort(names_.begin(), names_.end());
+  names_.erase(std::unique(names_.begin(), names_.end()), names_.end());
+}
+
 bool NameSet::insert(std::wstring_view name) {
   std::wstring lowered = toLower(name);
   const auto place = std::lower_bound(names_.begin(), names_.end(), lowered);

@@ -9,6 +9,10 @@ namespace text {
 
 class NameSet {
  public:
+  NameSet() = default;
+  // Quicker than to insert one by one.
+  explicit NameSet(const std::vector<std::wstring>& names);
+
   // False when it is there already.
   bool insert(std::wstring_view name);
   void erase(std::wstring_view name);

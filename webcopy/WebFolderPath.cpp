@@ -51,8 +51,7 @@ bool contains(const std::vector<std::wstring>& names, std::wstring_view name) {
 }
 
 std::wstring freeFolderName(const std::vector<std::wstring>& names) {
-  text::NameSet taken;
-  for (const std::wstring& name : names) taken.insert(name);
+  const text::NameSet taken(names);
   for (int counter = 0; counter <= std::numeric_limits<short>::max(); ++counter) {
     std::wstring name = L"New_Folder";
     if (counter > 0) name += std::to_wstring(counter);
