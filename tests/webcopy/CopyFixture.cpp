@@ -18,6 +18,12 @@ bool RecordingView::keepGoing() {
   return ++checks != refusedCheck;
 }
 
+standin::HostOptions otherThanPlain(bool standin::HostOptions::*answer) {
+  standin::HostOptions options;
+  options.*answer = !(options.*answer);
+  return options;
+}
+
 CopyFixture::CopyFixture(standin::HostOptions options)
     : host(std::move(options), disk.makeFolder(L"webs\\site"), disk.makeFolder(L"themes")) {
   modCommon::setLoggingFlag(1);

@@ -47,6 +47,9 @@ class RecordingView final : public CopyRunView {
   void add(const wchar_t* kind, const std::wstring& text) { events.push_back(kind + text); }
 };
 
+// A host that answers otherwise than a plain one where the published reference leaves it open.
+standin::HostOptions otherThanPlain(bool standin::HostOptions::*answer);
+
 // The log is on while it lives.
 struct CopyFixture {
   explicit CopyFixture(standin::HostOptions options = {});

@@ -26,6 +26,21 @@ std::string pageOf(const CopyFixture& fixture, const wchar_t* name = L"home.dwt"
   return fixture.disk.readFile(std::wstring(L"webs\\site\\dwts\\Blue\\") + name);
 }
 
+// The first copy makes the folders and the second asks before it takes the template's place.
+void checkCopiesUnder(const standin::HostOptions& options) {
+  CopyFixture fixture(options);
+  fixture.makeBlue();
+  RecordingView view;
+  CHECK(runCopy(fixture, view).copied);
+  CHECK(view.of(L"ask: ").empty());
+  CHECK(fixture.webTree(L"dwts") ==
+        Lines{L"Blue\\", L"Blue\\home.dwt", L"Blue\\images\\", L"Blue\\images\\logo.gif"});
+  CHECK(pageOf(fixture).find("Blends 001F") != std::string::npos);
+  RecordingView again;
+  CHECK(runCopy(fixture, again).copied);
+  CHECK(again.of(L"ask: ").size() == 1);
+}
+
 }  // namespace
 
 TEST_CASE("a copied template arrives without description file and host folders") {
@@ -967,31 +982,52 @@ TEST_CASE("a path of nearly 260 characters is copied") {
   CHECK(fixture.disk.readFile(L"webs\\site\\Blue\\" + name) == "x");
 }
 
-TEST_CASE("a copy arrives under every behaviour that a host may have") {
-  const auto names = standin::HostOptions::names();
-  int tried = 0;
-  for (const auto& name : names) {
-    standin::HostOptions options;
-    const standin::HostOptions plain;
-    if (!options.set(name, L"1") && !options.set(name, L"true")) continue;
-    for (const wchar_t* value : {L"0", L"1"}) {
-      CAPTURE(name);
-      options = plain;
-      if (!options.set(name, value) || name == L"webUrl") continue;
-      ++tried;
-      CopyFixture fixture(options);
-      fixture.makeBlue();
-      RecordingView view;
-      CHECK(runCopy(fixture, view).copied);
-      CHECK(fixture.webTree(L"dwts") ==
-            Lines{L"Blue\\", L"Blue\\home.dwt", L"Blue\\images\\", L"Blue\\images\\logo.gif"});
-      CHECK(pageOf(fixture).find("Blends 001F") != std::string::npos);
-      RecordingView again;
-      CHECK(runCopy(fixture, again).copied);
-      CHECK(again.of(L"ask: ").size() == 1);
-    }
-  }
-  CHECK(tried > 20);
+TEST_CASE("a template is copied twice into a host that hands over nothing as an empty value") {
+  checkCopiesUnder(otherThanPlain(&standin::HostOptions::nothingIsEmpty));
+}
+
+TEST_CASE("a template is copied twice into a host that refuses to locate an absent folder") {
+  checkCopiesUnder(otherThanPlain(&standin::HostOptions::absentFolderIsError));
+}
+
+TEST_CASE("a template is copied twice into a host that refuses to locate an absent file") {
+  checkCopiesUnder(otherThanPlain(&standin::HostOptions::absentFileIsError));
+}
+
+TEST_CASE(
+    "a template is copied twice into a host that gives the existing folder for a new one of its "
+    "name") {
+  checkCopiesUnder(otherThanPlain(&standin::HostOptions::addExistingFolderGivesIt));
+}
+
+TEST_CASE("a template is copied twice into a host that makes several levels of folders at once") {
+  checkCopiesUnder(otherThanPlain(&standin::HostOptions::addMakesLevels));
+}
+
+TEST_CASE("a template is copied twice into a host that takes the address of a new folder") {
+  checkCopiesUnder(otherThanPlain(&standin::HostOptions::addTakesUrl));
+}
+
+TEST_CASE("a template is copied twice into a host that takes a slash before a path") {
+  checkCopiesUnder(otherThanPlain(&standin::HostOptions::leadingSlashTaken));
+}
+
+TEST_CASE("a template is copied twice into a host that refuses a slash behind a path") {
+  checkCopiesUnder(otherThanPlain(&standin::HostOptions::trailingSlashTaken));
+}
+
+TEST_CASE(
+    "a template is copied twice into a host that puts a path with a leading slash below the "
+    "server") {
+  checkCopiesUnder(otherThanPlain(&standin::HostOptions::makeAbsFromServer));
+}
+
+TEST_CASE("a template is copied twice into a host that calls the root of the web a web") {
+  checkCopiesUnder(otherThanPlain(&standin::HostOptions::rootIsWeb));
+}
+
+TEST_CASE("a template is copied twice into a host that lists its own folders") {
+  checkCopiesUnder(otherThanPlain(&standin::HostOptions::vtiFoldersListed));
 }
 
 TEST_CASE("a copy arrives in a web on a server") {

@@ -98,6 +98,22 @@ std::function<void(HWND)> confirming(const std::wstring& name) {
   };
 }
 
+// Makes a folder, with a sub-web beside it, and chooses it.
+void checkPickerUnder(const standin::HostOptions& options) {
+  PickerSession session(options);
+  session.makeFolders({L"dwts\\blue", L"sub\\_vti_pvt"});
+  session.absolute = true;
+  session.path = L"/dwts/blue";
+  CHECK(session.pick([&](HWND dialog) {
+    const FolderTree tree = treeOf(dialog);
+    CHECK(tree.children(tree.at({L"site"})) == Lines{L"dwts"});
+    makeFolder(session, dialog, confirming(L"inner"));
+    press(dialog, IDOK);
+  }));
+  CHECK(session.path == session.fixture.url(L"/dwts/blue/inner"));
+  CHECK(session.existsInWeb(L"dwts\\blue\\inner"));
+}
+
 }  // namespace
 
 TEST_CASE("the picker's texts and tips are all there") {
@@ -476,24 +492,57 @@ TEST_CASE("a host that refuses any one of its calls leaves a picker that can be 
   }
 }
 
-TEST_CASE("the picker works under every behaviour that a host may have") {
-  for (const auto& name : standin::HostOptions::names()) {
-    standin::HostOptions options;
-    if (name == L"webUrl" || !options.set(name, L"1")) continue;
-    CAPTURE(name);
-    PickerSession session(options);
-    session.makeFolders({L"dwts\\blue", L"sub\\_vti_pvt"});
-    session.absolute = true;
-    session.path = L"/dwts/blue";
-    CHECK(session.pick([&](HWND dialog) {
-      const FolderTree tree = treeOf(dialog);
-      CHECK(tree.children(tree.at({L"site"})) == Lines{L"dwts"});
-      makeFolder(session, dialog, confirming(L"inner"));
-      press(dialog, IDOK);
-    }));
-    CHECK(session.path == session.fixture.url(L"/dwts/blue/inner"));
-    CHECK(session.existsInWeb(L"dwts\\blue\\inner"));
-  }
+TEST_CASE(
+    "the picker makes and chooses a folder in a host that hands over nothing as an empty value") {
+  checkPickerUnder(otherThanPlain(&standin::HostOptions::nothingIsEmpty));
+}
+
+TEST_CASE(
+    "the picker makes and chooses a folder in a host that refuses to locate an absent folder") {
+  checkPickerUnder(otherThanPlain(&standin::HostOptions::absentFolderIsError));
+}
+
+TEST_CASE("the picker makes and chooses a folder in a host that refuses to locate an absent file") {
+  checkPickerUnder(otherThanPlain(&standin::HostOptions::absentFileIsError));
+}
+
+TEST_CASE(
+    "the picker makes and chooses a folder in a host that gives the existing folder for a new one "
+    "of its name") {
+  checkPickerUnder(otherThanPlain(&standin::HostOptions::addExistingFolderGivesIt));
+}
+
+TEST_CASE(
+    "the picker makes and chooses a folder in a host that makes several levels of folders at "
+    "once") {
+  checkPickerUnder(otherThanPlain(&standin::HostOptions::addMakesLevels));
+}
+
+TEST_CASE(
+    "the picker makes and chooses a folder in a host that takes the address of a new folder") {
+  checkPickerUnder(otherThanPlain(&standin::HostOptions::addTakesUrl));
+}
+
+TEST_CASE("the picker makes and chooses a folder in a host that takes a slash before a path") {
+  checkPickerUnder(otherThanPlain(&standin::HostOptions::leadingSlashTaken));
+}
+
+TEST_CASE("the picker makes and chooses a folder in a host that refuses a slash behind a path") {
+  checkPickerUnder(otherThanPlain(&standin::HostOptions::trailingSlashTaken));
+}
+
+TEST_CASE(
+    "the picker makes and chooses a folder in a host that puts a path with a leading slash below "
+    "the server") {
+  checkPickerUnder(otherThanPlain(&standin::HostOptions::makeAbsFromServer));
+}
+
+TEST_CASE("the picker makes and chooses a folder in a host that calls the root of the web a web") {
+  checkPickerUnder(otherThanPlain(&standin::HostOptions::rootIsWeb));
+}
+
+TEST_CASE("the picker makes and chooses a folder in a host that lists its own folders") {
+  checkPickerUnder(otherThanPlain(&standin::HostOptions::vtiFoldersListed));
 }
 
 TEST_CASE("the picker grows with its window and no smaller than designed") {
