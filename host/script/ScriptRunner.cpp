@@ -437,22 +437,23 @@ bool ScriptRunner::closeAll() {
   session_->faults.clear();
   hold_.release();
   timeout_ = 20000;
+  // A window that stays is asked again; one that has gone is followed by the next at once.
   constexpr DWORD betweenAttempts = 500;
-  DWORD last = GetTickCount() - betweenAttempts;
+  DWORD last = 0;
+  HWND asked = nullptr;
   return until([&] {
     if (!IsWindow(main_)) return true;
-    if (GetTickCount() - last < betweenAttempts) return false;
+    if (IsWindow(asked) && GetTickCount() - last < betweenAttempts) return false;
     last = GetTickCount();
     PostMessageW(main_, WM_CANCELMODE, 0, 0);
-    for (const HWND window : desktop::windows()) {
-      if (!isEnabled(window)) continue;
-      // A question without a Cancel does not close; No is the answer that does nothing.
-      if (desktop::isMessageBox(window) && GetDlgItem(window, IDNO))
-        PostMessageW(window, WM_COMMAND, IDNO, 0);
-      else
-        PostMessageW(window, WM_CLOSE, 0, 0);
-      break;
-    }
+    const auto windows = desktop::windows();
+    const auto front = std::ranges::find_if(windows, isEnabled);
+    asked = front == windows.end() ? nullptr : *front;
+    // A question without a Cancel does not close; No is the answer that does nothing.
+    if (asked && desktop::isMessageBox(asked) && GetDlgItem(asked, IDNO))
+      PostMessageW(asked, WM_COMMAND, IDNO, 0);
+    else if (asked)
+      PostMessageW(asked, WM_CLOSE, 0, 0);
     return false;
   });
 }

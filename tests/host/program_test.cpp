@@ -94,19 +94,20 @@ TEST_CASE("a script chooses menu entries and presses buttons") {
 TEST_CASE("a failing command is named and everything open is closed") {
   const Program program;
   const Outcome outcome = program.script(
-      "timeout 1\n"
       "menu \"Tools\" \"Add-ins...\"\n"
+      "wait window \"Add-ins\"\n"
+      "timeout 0\n"
       "press \"Add-ins\" \"Fly\"\n");
   CHECK(outcome.code == 1);
   CHECK(outcome.output ==
-        "script: line 3: press \"Add-ins\" \"Fly\": there is no such button that can be pressed\n"
+        "script: line 4: press \"Add-ins\" \"Fly\": there is no such button that can be pressed\n"
         "script: in front is \"Add-ins\"\n");
 }
 
 TEST_CASE("a text that is not there is answered with those that are") {
   const Program program;
   const Outcome outcome = program.script(
-      "timeout 1\nmenu \"About...\"\nwait box \"About\"\nexpect text \"About\" \"Hello\"\n");
+      "menu \"About...\"\nwait box \"About\"\ntimeout 0\nexpect text \"About\" \"Hello\"\n");
   CHECK(outcome.code == 1);
   CHECK(outcome.output.find("the text is not there; what is there:") != std::string::npos);
   CHECK(outcome.output.find("\"A stand-in for the web editor, to run add-ins in.\"") !=
@@ -175,7 +176,7 @@ TEST_CASE("a script checks what stands in the web") {
   const Program program;
   program.folder.writeFile(L"My Web\\dwts\\a.dwt", "content");
   const Outcome outcome = program.script(
-      "timeout 1\n"
+      "timeout 0\n"
       "expect file \"dwts/a.dwt\"\n"
       "expect no file \"dwts/b.dwt\"\n"
       "expect in file \"dwts/a.dwt\" \"tent\"\n"
@@ -219,14 +220,15 @@ TEST_CASE("waiting for a held call ends when there is none") {
 TEST_CASE("a missing menu entry is a failure and can be expected") {
   const Program program;
   const Outcome outcome = program.script(
-      "timeout 1\n"
+      "wait main\n"
+      "timeout 0\n"
       "expect menu \"Format\" \"Dynamic Web Template\" \"Update All Pages\"\n"
       "expect menu \"Update All Pages\"\n"
       "expect no menu \"Insert\" \"Update All Pages\"\n"
       "menu \"Format\" \"Fly...\"\n");
   CHECK(outcome.code == 1);
   CHECK(outcome.output ==
-        "script: line 5: menu \"Format\" \"Fly...\": there is no such menu entry\n");
+        "script: line 6: menu \"Format\" \"Fly...\": there is no such menu entry\n");
 }
 
 TEST_CASE("a menu can be opened by its accelerators and closed again") {
