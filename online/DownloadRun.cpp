@@ -108,6 +108,7 @@ void DownloadRun::makeFolders() {
 }
 
 void DownloadRun::run() noexcept {
+  running_ = true;
   WriteLog(L"PERFORMING INITIALIZATION.");
   try {
     transferAndInstall();
@@ -118,11 +119,19 @@ void DownloadRun::run() noexcept {
     logDownloadError(L"Form_Activate", error);
     view_.fail(failureText(error));
   }
+  running_ = false;
+  unload();
+}
+
+void DownloadRun::unload() noexcept {
+  if (!running_) session_.close();
 }
 
 void DownloadRun::transferAndInstall() {
   UrlValidation validation(table_, session_, view_);
   if (!validation.ValidateURLs()) return;
+  // Each file once for its transfer, once for its unpacking.
+  view_.resetOverall(static_cast<short>(2 * table_.places().size()));
   view_.showOverallSize(online::byteSizeText(validation.totalSize()));
   FileTransfer(table_, session_, stagingFolder_, view_).run();
   install();
@@ -133,24 +142,25 @@ void DownloadRun::install() {
   view_.disableCancel();
   WriteLog(L"Begin process of unzipping the files...");
   const std::wstring themesFolder = chooseThemesFolder();
-  completed_ = true;
-  for (const auto& place : table_.places()) unpack(place, themesFolder);
+  bool allUnpacked = true;
+  for (const auto& place : table_.places())
+    if (!unpack(place, themesFolder)) allUnpacked = false;
+  completed_ = allUnpacked;
   WriteLog(L"Process of unzipping the files completed.");
   view_.showCaption(L"Downloading...");
   if (themeInstalled_) view_.fail(restartText, L"DWT Online");
 }
 
-void DownloadRun::unpack(const DownloadTable::Place& place, const std::wstring& themesFolder) {
+bool DownloadRun::unpack(const DownloadTable::Place& place, const std::wstring& themesFolder) {
   const bool isTheme = place.kind == Row::theme;
   const std::wstring path = stagingFile(stagingFolder_, table_.address(place.column, place.kind));
   WriteLog({L"Unzipping file : ", path});
   const std::wstring& folder = isTheme ? themesFolder : request_.destinationFolder;
-  if (!modCommon::UnzipFiles(path, folder, view_.messageOwner()))
-    completed_ = false;
-  else if (isTheme)
-    themeInstalled_ = true;
+  const bool unpacked = modCommon::UnzipFiles(path, folder, view_.messageOwner());
+  if (unpacked && isTheme) themeInstalled_ = true;
   WriteLog({L"Completed unzipping file : ", path});
   view_.stepOverall();
+  return unpacked;
 }
 
 std::wstring DownloadRun::chooseThemesFolder() const {
@@ -160,7 +170,7 @@ std::wstring DownloadRun::chooseThemesFolder() const {
   wanted.userThemes = &userThemes;
   wanted.sharedThemes = &sharedThemes;
   modCommon::GetSystemFolders(request_.hostVersion, wanted);
-  const bool shared =
-      request_.machineWide && modCommon::CanWriteToFolder(sharedThemes, view_.messageOwner());
+  const bool shared = request_.machineWide && !sharedThemes.empty() &&
+                      modCommon::CanWriteToFolder(sharedThemes, view_.messageOwner());
   return shared ? sharedThemes : userThemes;
 }

@@ -30,8 +30,9 @@ class DownloadRun {
   // been shown and logged.
   void run() noexcept;
 
-  // Closes what the run holds open.
-  void unload() noexcept { session_.close(); }
+  // Closes what the run holds open: at once, or when run() returns if that is under way. Its file
+  // lives on the session.
+  void unload() noexcept;
 
   // True when every archive was handled and none failed to unpack.
   bool completed() const noexcept { return completed_; }
@@ -43,7 +44,7 @@ class DownloadRun {
   void makeFolders();
   void transferAndInstall();
   void install();
-  void unpack(const DownloadTable::Place& place, const std::wstring& themesFolder);
+  bool unpack(const DownloadTable::Place& place, const std::wstring& themesFolder);
   std::wstring chooseThemesFolder() const;
 
   DownloadRequest request_;
@@ -51,6 +52,7 @@ class DownloadRun {
   DownloadTable table_;
   InternetSession session_;
   std::wstring stagingFolder_;
+  bool running_ = false;
   bool themeInstalled_ = false;
   bool completed_ = false;
 };

@@ -46,8 +46,6 @@ FileTransfer::FileTransfer(const DownloadTable& table, InternetSession& session,
 
 void FileTransfer::run() {
   const auto places = table_.places();
-  // Each file once for its transfer, once for its unpacking.
-  view_.resetOverall(static_cast<short>(2 * places.size()));
   int number = 0;
   for (const Place& place : places) {
     view_.showCaption(text::join({L"Downloading ", std::to_wstring(++number), L" of ",

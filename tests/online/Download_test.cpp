@@ -1,101 +1,16 @@
 #include <algorithm>
 
 #include "common/handles.h"
-#include "common/log.h"
-#include "online/DownloadRun.h"
 #include "online/FileTransfer.h"
 #include "online/UrlValidation.h"
+#include "tests/online/DownloadFixture.h"
 #include "tests/online/Internet.h"
 #include "tests/online/LoopbackServer.h"
 #include "tests/online/RealServers.h"
-#include "tests/online/RecordingView.h"
-#include "tests/online/ZipMaker.h"
 #include "tests/online/loopback.h"
-#include "tests/support/DebugOutput.h"
-#include "tests/support/ModalDriver.h"
-#include "tests/support/ScratchFolder.h"
-#include "tests/support/ScratchRegistry.h"
 #include "tests/support/text_output.h"
 
 namespace {
-
-using Texts = std::vector<std::wstring>;
-using Row = DownloadTable::Row;
-
-std::string page(const std::string& text) { return ZipMaker().add("page.dwt", text).bytes(); }
-std::string themeFile(const std::string& text) {
-  return ZipMaker().add("blue/x.inf", text).bytes();
-}
-
-std::wstring notFound(const std::wstring& address) {
-  return L"Unable to locate file \" " + address +
-         L" \". The file does not exist or the URL may be invalid.";
-}
-
-constexpr wchar_t connectFailed[] = L"The attempt to connect to the server failed.";
-
-// One download into folders of its own.
-struct Download {
-  ScratchFolder scratch;
-  ScratchRegistry registry;
-  RecordingView view;
-  ModalDriver driver;
-  DebugOutput output;
-  DownloadRequest request;
-
-  Download() {
-    modCommon::setLoggingFlag(1);
-    registry.setString(HKEY_CURRENT_USER,
-                       L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders",
-                       L"AppData", scratch.makeFolder(L"data"));
-    registry.setString(HKEY_CURRENT_USER, L"SOFTWARE\\Microsoft\\Office\\11.0\\Common\\General",
-                       L"Themes", L"Themes");
-    // Without this the system under the tests knows no access type.
-    registry.setNumber(HKEY_CURRENT_USER,
-                       L"Software\\Microsoft\\Windows\\CurrentVersion\\Internet Settings",
-                       L"ProxyEnable", 0);
-    registry.setString(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Shared tools", L"SharedFilesDir",
-                       scratch.makeFolder(L"shared") + L"\\");
-    scratch.makeFolder(L"data\\Microsoft\\Themes");
-    scratch.makeFolder(L"shared\\Themes11");
-    request.destinationFolder = scratch / L"templates\\new";
-    request.hostVersion = L"6.0";
-  }
-  ~Download() { modCommon::setLoggingFlag(0); }
-
-  // Runs it as the dialog does; the answer is the completed flag.
-  bool run(const std::wstring& query) {
-    request.pageAddress = L"http://h/DWTOnlineDownload.htm" + query;
-    DownloadRun download(request, view);
-    download.ExtractAndCanonicalizeUrl();
-    const bool loaded = download.load();
-    if (loaded) download.run();
-    download.unload();
-    return loaded && download.completed();
-  }
-
-  std::wstring staged(const std::wstring& name) const {
-    return scratch / (L"data\\Korvel Software\\" + name);
-  }
-  bool isStaged(const std::wstring& name) const {
-    return scratch.exists(L"data\\Korvel Software\\" + name);
-  }
-  std::string stagedBytes(const std::wstring& name) const {
-    return scratch.readFile(L"data\\Korvel Software\\" + name);
-  }
-  void stage(const std::wstring& name, const std::string& bytes) const {
-    scratch.writeFile(L"data\\Korvel Software\\" + name, bytes);
-  }
-  Texts failures() const {
-    Texts texts;
-    for (const auto& failure : view.failures) texts.push_back(failure.first);
-    return texts;
-  }
-  bool cancelledIn(const wchar_t* procedure) const {
-    return output.has(L"Error 512 (Operation Cancelled.) in procedure " + std::wstring(procedure) +
-                      L" of Form frmDownloadProgress");
-  }
-};
 
 std::optional<modWINInetURL::CrackedUrl> crack(std::wstring_view address) {
   return modWINInetURL::CrackUrl(address);
@@ -157,6 +72,7 @@ TEST_CASE("the bar of the run is sized by items and addresses and then by files"
   Download download;
   CHECK(download.run(L"?theme1=" + server.url(L"/t.zip") + L"&dwt1=" + server.url(L"/d.zip")));
   CHECK(download.view.overallMaxima == std::vector<short>{3 * 1 + 2 * 2, 4});
+  CHECK(download.view.overallMaximaBefore == download.view.overallMaxima);
   CHECK(download.view.overallValue == 4);
 }
 
@@ -395,6 +311,7 @@ TEST_CASE("a cancel at any step ends the run there without a message") {
     return whole.view.checks;
   }();
   CHECK(steps > 8);
+  const long before = handles::liveCount();
   for (int step = 1; step <= steps; ++step) {
     CAPTURE(step);
     Download download;
@@ -404,7 +321,7 @@ TEST_CASE("a cancel at any step ends the run there without a message") {
     CHECK_FALSE(download.scratch.exists(L"templates\\new\\page.dwt"));
     CHECK(
         (download.cancelledIn(L"GetTotalDownloadSize") || download.cancelledIn(L"Form_Activate")));
-    CHECK(handles::liveCount() >= 0);
+    CHECK(handles::liveCount() == before);
   }
 }
 

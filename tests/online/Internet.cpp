@@ -17,6 +17,7 @@ struct Changes {
   std::string openUrlAt;
   std::string openUrlInstead;
   std::optional<unsigned long> noSession;
+  int staleCloses = 0;
 };
 
 Changes changes;
@@ -72,6 +73,13 @@ HINTERNET WINAPI openUrl(HINTERNET session, LPCSTR address, LPCSTR headers, DWOR
       session, address, headers, headersLength, flags, context);
 }
 
+BOOL WINAPI closeHandle(HINTERNET handle) {
+  const BOOL closed =
+      real(static_cast<decltype(&InternetCloseHandle)>(nullptr), "InternetCloseHandle")(handle);
+  if (!closed) ++changes.staleCloses;
+  return closed;
+}
+
 FARPROC WINAPI lookUp(HMODULE module, LPCSTR name) {
   const std::pair<const char*, void*> replacements[] = {
       {"InternetOpenA", reinterpret_cast<void*>(openSession)},
@@ -79,6 +87,7 @@ FARPROC WINAPI lookUp(HMODULE module, LPCSTR name) {
       {"FtpGetFileSize", reinterpret_cast<void*>(fileSize)},
       {"InternetQueryOptionA", reinterpret_cast<void*>(queryOption)},
       {"InternetOpenUrlA", reinterpret_cast<void*>(openUrl)},
+      {"InternetCloseHandle", reinterpret_cast<void*>(closeHandle)},
   };
   if (module == GetModuleHandleW(L"wininet.dll"))
     for (const auto& [known, replacement] : replacements)
@@ -103,3 +112,4 @@ void InternetPatch::openUrlAt(const char* address, const char* instead) {
   changes.openUrlInstead = instead;
 }
 void InternetPatch::noSession(unsigned long code) { changes.noSession = code; }
+int InternetPatch::staleCloses() const noexcept { return changes.staleCloses; }

@@ -23,6 +23,9 @@ class InternetPatch {
   // No session can be opened; the system's error is this one.
   void noSession(unsigned long code);
 
+  // How many handles were closed that the system no longer knew.
+  int staleCloses() const noexcept;
+
  private:
   ImportPatch patch_;
 };

@@ -19,7 +19,10 @@ class RecordingView : public DownloadView {
   std::wstring current() const override { return currents.empty() ? L"" : currents.back(); }
   void showCurrent(const std::wstring& text) override { currents.push_back(text); }
   void showCurrentSize(const std::wstring& text) override { currentSizes.push_back(text); }
-  void showOverallSize(const std::wstring& text) override { overallSizes.push_back(text); }
+  void showOverallSize(const std::wstring& text) override {
+    overallSizes.push_back(text);
+    overallMaximaBefore = overallMaxima;
+  }
   void resetCurrent(short maximum) override {
     currentMaximum = maximum;
     currentValue = 0;
@@ -56,6 +59,7 @@ class RecordingView : public DownloadView {
   std::vector<std::wstring> questionCaptions;
   std::vector<std::pair<std::wstring, std::wstring>> failures;  // text and title
   std::vector<short> overallMaxima;
+  std::vector<short> overallMaximaBefore;  // before the size of all files was shown
   short overallValue = 0;
   short currentMaximum = 0;
   short currentValue = 0;

@@ -1,0 +1,135 @@
+// Downloads that go wrong after their addresses have been found good.
+#include <optional>
+
+#include "common/handles.h"
+#include "tests/online/DownloadFixture.h"
+#include "tests/online/Internet.h"
+#include "tests/online/LoopbackServer.h"
+#include "tests/online/RealServers.h"
+#include "tests/online/loopback.h"
+#include "tests/support/text_output.h"
+
+namespace {
+
+// Does something once, before the first file is asked for again in order to be transferred.
+void beforeTransfer(Download& download, std::function<void()> action) {
+  download.view.cancelWhen = [&download, action, done = false]() mutable {
+    if (!done && download.view.caption().starts_with(L"Downloading 1")) {
+      done = true;
+      action();
+    }
+    return false;
+  };
+}
+
+bool transferLogged(const Download& download, const std::wstring& description) {
+  return download.output.has(L"Error 512 (" + description +
+                             L") in procedure Form_Activate of Form frmDownloadProgress");
+}
+
+// The one message, and nothing else left behind.
+void checkFailed(const Download& download, const std::wstring& text, const std::wstring& title) {
+  REQUIRE(download.view.failures.size() == 1);
+  CHECK(download.view.failures[0].first == text);
+  CHECK(download.view.failures[0].second == title);
+  CHECK(transferLogged(download, text));
+  CHECK_FALSE(download.isStaged(L"d.zip"));
+  CHECK_FALSE(download.scratch.exists(L"templates\\new\\page.dwt"));
+  CHECK(download.driver.boxes().empty());
+}
+
+constexpr wchar_t firstOfOne[] = L"Downloading 1 of 1 files.";
+
+}  // namespace
+
+TEST_CASE("a file that is gone when it is to be transferred ends the run with its address") {
+  const RealServers servers;
+  const std::wstring file = servers.folder().writeFile(L"d.zip", page("a page"));
+  const long before = handles::liveCount();
+  Download download;
+  beforeTransfer(download, [&] { DeleteFileW(file.c_str()); });
+  CHECK_FALSE(download.run(L"?dwt1=" + servers.url(L"/d.zip")));
+  checkFailed(download, notFound(L"http://127.0.0.1/d.zip"), firstOfOne);
+  CHECK(handles::liveCount() == before);
+}
+
+TEST_CASE("a server that is gone when a file is to be transferred ends the run") {
+  std::optional<HttpServer> server(std::in_place, std::map<std::string, HttpServer::Answer>{
+                                                      {"/d.zip", HttpServer::ok(page("a page"))}});
+  const long before = handles::liveCount();
+  Download download;
+  beforeTransfer(download, [&] { server.reset(); });
+  CHECK_FALSE(download.run(L"?dwt1=" + server->url(L"/d.zip")));
+  checkFailed(download, connectFailed, L"Quillet Viewer");
+  CHECK(handles::liveCount() == before);
+}
+
+TEST_CASE("an FTP file that is gone when it is to be transferred ends the run with its address") {
+  const std::string bytes = page("by ftp");
+  const RealServers servers;
+  const std::wstring file = servers.folder().writeFile(L"public\\d.zip", bytes);
+  InternetPatch internet;
+  internet.ftpPort(servers.ftpPort());
+  internet.ftpFileSize(static_cast<unsigned long>(bytes.size()));
+  const long before = handles::liveCount();
+  Download download;
+  beforeTransfer(download, [&] { DeleteFileW(file.c_str()); });
+  CHECK_FALSE(download.run(L"?dwt1=ftp://127.0.0.1/d.zip"));
+  checkFailed(download, notFound(L"ftp://127.0.0.1/d.zip"), firstOfOne);
+  CHECK(handles::liveCount() == before);
+}
+
+TEST_CASE("an FTP server that is gone when a file is to be transferred ends the run") {
+  const std::string bytes = page("by ftp");
+  const RealServers servers;
+  servers.folder().writeFile(L"public\\d.zip", bytes);
+  InternetPatch internet;
+  internet.ftpPort(servers.ftpPort());
+  internet.ftpFileSize(static_cast<unsigned long>(bytes.size()));
+  unsigned short deserted = 0;
+  closesocket(loopback::listen(deserted));
+  Download download;
+  beforeTransfer(download, [&] { internet.ftpPort(deserted); });
+  CHECK_FALSE(download.run(L"?dwt1=ftp://127.0.0.1/d.zip"));
+  checkFailed(download, connectFailed, L"Quillet Viewer");
+}
+
+TEST_CASE("a failed read leaves no handle open") {
+  const HttpServer server({{"/d.zip", {HttpServer::head(500000) + std::string(1000, 'x'), true}}});
+  const long before = handles::liveCount();
+  Download download;
+  CHECK_FALSE(download.run(L"?dwt1=" + server.url(L"/d.zip")));
+  CHECK(handles::liveCount() == before);
+}
+
+TEST_CASE("a machine without a shared themes folder leaves the themes to the user") {
+  const HttpServer server({{"/t.zip", HttpServer::ok(themeFile("blue"))}});
+  Download download;
+  download.request.machineWide = true;
+  download.registry.setString(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Shared tools",
+                              L"SharedFilesDir", L"");
+  CHECK(download.run(L"?theme1=" + server.url(L"/t.zip")));
+  CHECK(download.scratch.readFile(L"data\\Microsoft\\Themes\\blue\\x.inf") == "blue");
+  CHECK(download.driver.boxes().empty());
+}
+
+TEST_CASE("a session is closed only after the files that were opened through it") {
+  const HttpServer server({{"/d.zip", HttpServer::ok(page(std::string(5000, 'x')))}});
+  InternetPatch internet;
+  Download download;
+  download.request.pageAddress = L"http://h/DWTOnlineDownload.htm?dwt1=" + server.url(L"/d.zip");
+  DownloadRun run(download.request, download.view);
+  // As the Cancel button does it, in the middle of the second read.
+  download.view.cancelWhen = [&] {
+    if (download.view.currentSizes.size() < 1) return false;
+    run.unload();
+    return true;
+  };
+  const long before = handles::liveCount();
+  run.ExtractAndCanonicalizeUrl();
+  REQUIRE(run.load());
+  run.run();
+  CHECK(download.cancelledIn(L"Form_Activate"));
+  CHECK(internet.staleCloses() == 0);
+  CHECK(handles::liveCount() == before);
+}
