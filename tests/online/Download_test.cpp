@@ -239,7 +239,9 @@ TEST_CASE("a connection that is reset in the middle is a failed read") {
   const HttpServer server({{"/d.zip", {HttpServer::head(500000) + std::string(1000, 'x'), true}}});
   Download download;
   CHECK_FALSE(download.run(L"?dwt1=" + server.url(L"/d.zip")));
-  CHECK(download.failures() == Texts{L"Unable to read the current file."});
+  // The system sees either the reset, and has a text for it, or the end of what had arrived before.
+  REQUIRE(download.failures().size() == 1);
+  CHECK(download.failures().front().starts_with(L"Unable to read the current file."));
   CHECK_FALSE(download.isStaged(L"d.zip"));
 }
 
