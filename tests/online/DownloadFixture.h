@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "common/handles.h"
 #include "common/log.h"
 #include "online/DownloadRun.h"
 #include "tests/online/RecordingView.h"
@@ -13,6 +14,7 @@
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/ScratchRegistry.h"
+#include "tests/support/text_output.h"
 
 using Texts = std::vector<std::wstring>;
 
@@ -59,14 +61,17 @@ struct Download {
   }
   ~Download() { modCommon::setLoggingFlag(0); }
 
-  // Runs it as the dialog does; the answer is the completed flag.
+  // Runs it as the dialog does; the answer is the completed flag. However it ends, nothing stays
+  // open.
   bool run(const std::wstring& query) {
+    const long before = handles::liveCount();
     request.pageAddress = L"http://h/DWTOnlineDownload.htm" + query;
     DownloadRun download(request, view);
     download.ExtractAndCanonicalizeUrl();
     const bool loaded = download.load();
     if (loaded) download.run();
     download.unload();
+    CHECK(handles::liveCount() == before);
     return loaded && download.completed();
   }
 

@@ -17,6 +17,9 @@ struct Changes {
   std::string openUrlAt;
   std::string openUrlInstead;
   std::optional<unsigned long> noSession;
+  std::optional<unsigned long> noUrl;
+  std::optional<unsigned long> noRead;
+  std::string missing;
   int staleCloses = 0;
 };
 
@@ -68,9 +71,22 @@ BOOL WINAPI queryOption(HINTERNET handle, DWORD option, LPVOID buffer, LPDWORD l
 
 HINTERNET WINAPI openUrl(HINTERNET session, LPCSTR address, LPCSTR headers, DWORD headersLength,
                          DWORD flags, DWORD_PTR context) {
+  if (changes.noUrl) {
+    SetLastError(*changes.noUrl);
+    return nullptr;
+  }
   if (address == changes.openUrlAt) address = changes.openUrlInstead.c_str();
   return real(static_cast<decltype(&InternetOpenUrlA)>(nullptr), "InternetOpenUrlA")(
       session, address, headers, headersLength, flags, context);
+}
+
+BOOL WINAPI read(HINTERNET file, LPVOID buffer, DWORD size, LPDWORD received) {
+  if (changes.noRead) {
+    SetLastError(*changes.noRead);
+    return FALSE;
+  }
+  return real(static_cast<decltype(&InternetReadFile)>(nullptr), "InternetReadFile")(
+      file, buffer, size, received);
 }
 
 BOOL WINAPI closeHandle(HINTERNET handle) {
@@ -87,8 +103,10 @@ FARPROC WINAPI lookUp(HMODULE module, LPCSTR name) {
       {"FtpGetFileSize", reinterpret_cast<void*>(fileSize)},
       {"InternetQueryOptionA", reinterpret_cast<void*>(queryOption)},
       {"InternetOpenUrlA", reinterpret_cast<void*>(openUrl)},
+      {"InternetReadFile", reinterpret_cast<void*>(read)},
       {"InternetCloseHandle", reinterpret_cast<void*>(closeHandle)},
   };
+  if (name == changes.missing) return nullptr;
   if (module == GetModuleHandleW(L"wininet.dll"))
     for (const auto& [known, replacement] : replacements)
       if (std::string(name) == known) return reinterpret_cast<FARPROC>(replacement);
@@ -112,4 +130,7 @@ void InternetPatch::openUrlAt(const char* address, const char* instead) {
   changes.openUrlInstead = instead;
 }
 void InternetPatch::noSession(unsigned long code) { changes.noSession = code; }
+void InternetPatch::noUrl(unsigned long code) { changes.noUrl = code; }
+void InternetPatch::noRead(unsigned long code) { changes.noRead = code; }
+void InternetPatch::missing(const char* function) { changes.missing = function; }
 int InternetPatch::staleCloses() const noexcept { return changes.staleCloses; }

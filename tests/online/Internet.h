@@ -22,6 +22,11 @@ class InternetPatch {
   void openUrlAt(const char* address, const char* instead);
   // No session can be opened; the system's error is this one.
   void noSession(unsigned long code);
+  // The same for the calls of InternetOpenUrl and for reading.
+  void noUrl(unsigned long code);
+  void noRead(unsigned long code);
+  // The system has no such function.
+  void missing(const char* function);
 
   // How many handles were closed that the system no longer knew.
   int staleCloses() const noexcept;

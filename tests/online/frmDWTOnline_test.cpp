@@ -423,6 +423,54 @@ TEST_CASE("a cancelled folder picker keeps the destination") {
   CHECK(online.driver.boxes().empty());
 }
 
+TEST_CASE("a failure while a destination is chosen is logged and keeps the destination") {
+  OnlineWindow online;
+  online.saveIn(online.disk.path());
+  online.picker.fail([] { throw Error(errors::outOfMemory); });
+  online.show([&] {
+    online.choose(0);
+    CHECK(online.destination() == online.disk.path());
+  });
+  CHECK(online.log.has(
+      L"ERROR in procedure mnuFolder_Click of Form frmDWTOnline. Error : 7\tOut of memory"));
+  CHECK(online.driver.boxes().empty());
+}
+
+namespace {
+
+HMENU WINAPI noMenu() {
+  SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+  return nullptr;
+}
+
+}  // namespace
+
+TEST_CASE("a list of destinations that cannot be opened is logged") {
+  const ImportPatch patch(nullptr, "user32.dll", "CreatePopupMenu", noMenu);
+  OnlineWindow online;
+  online.show([&] { online.openDestinations(); });
+  CHECK(online.log.has(
+      L"Error in CreatePopupMenu procedure of frmDWTOnline. Error description :Out of memory"));
+}
+
+TEST_CASE("the window's label and buttons say what they are for") {
+  OnlineWindow online;
+  online.show([&] {
+    CHECK(windowText(online.dialog) == L"DWT Online");
+    CHECK(windowText(online.dialog, IDC_ONLINE_SAVEIN) == L"Save In: ");
+    Lines texts;
+    for (const Button each : {back, next, stop, refresh, print, quillet, help}) {
+      wchar_t text[100] = {};
+      SendMessageW(online.control(IDC_ONLINE_TOOLBAR), TB_GETBUTTONTEXTW,
+                   static_cast<WPARAM>(online.command(each)), reinterpret_cast<LPARAM>(text));
+      texts.push_back(text);
+    }
+    CHECK(texts == Lines{L"Back (Alt+Left)", L"Forward (Alt+Right)", L"Stop (Esc)", L"Refresh (F5)",
+                         L"Print (Ctrl+P)", L"Browse and copy the templates on this computer",
+                         L"Help (F1)"});
+  });
+}
+
 // The download
 
 TEST_CASE("the download page is never shown by the browser in any letter case") {
@@ -562,6 +610,41 @@ TEST_CASE("a download that fails leaves the window on its page") {
   CHECK(online.driver.boxes().size() >= 2);
   CHECK(online.page.navigations() == Lines{startPage});
   CHECK(online.saved(L"DWTDownloadDir").empty());
+}
+
+TEST_CASE("after any failed download the window is usable and the next download works") {
+  std::wstring refused;
+  {
+    const HttpServer gone({});
+    refused = gone.url(L"/d.zip");
+  }
+  const HttpServer server(
+      {{"/good.zip", HttpServer::ok(archive())},
+       {"/error.zip",
+        HttpServer::raw("HTTP/1.0 500 Oops\r\nContent-Length: 4\r\nConnection: close\r\n\r\noops")},
+       {"/short.zip", HttpServer::raw(HttpServer::head(5000) + "short")},
+       {"/reset.zip", {HttpServer::head(500000) + "short", true}},
+       {"/nolength.zip", HttpServer::raw("HTTP/1.0 200 OK\r\nConnection: close\r\n\r\nbody")}});
+  OnlineWindow online;
+  const std::wstring folder = online.disk.makeFolder(L"new");
+  online.saveIn(folder);
+  const short reason = online.show([&] {
+    for (const std::wstring& bad :
+         {server.url(L"/missing.zip"), server.url(L"/error.zip"), server.url(L"/short.zip"),
+          server.url(L"/reset.zip"), server.url(L"/nolength.zip"), refused,
+          std::wstring(L"foo://127.0.0.1/d.zip"), server.url(L"/good.zip?x=y")}) {
+      CAPTURE(bad);
+      CHECK_FALSE(online.page.follow(downloadPage(L"?dwt1=" + bad)));
+      CHECK(online.open());
+      CHECK(IsWindowEnabled(online.dialog));
+      CHECK_FALSE(online.disk.exists(L"new\\home.dwt"));
+    }
+    CHECK_FALSE(online.page.follow(
+        downloadPage(L"?dwt1=" + server.url(L"/good.zip") + L"&success=about:blank")));
+  });
+  CHECK(reason == 1);
+  CHECK(online.disk.readFile(L"new\\home.dwt") == "a page");
+  CHECK(online.driver.boxes().size() == 8);
 }
 
 TEST_CASE("the download dialog's Cancel ends an endless download") {

@@ -55,6 +55,7 @@ class DownloadDialog {
                             .agent = {}},
                            nullptr);
   }
+  standin::Host& host() { return host_; }
   std::wstring text(int id) const { return windowText(window, id); }
 
   ScratchFolder scratch;
@@ -120,6 +121,16 @@ TEST_CASE("an address that asks for nothing is a message without a download dial
     CHECK(dialog.driver.boxes()[0].icon == MB_ICONHAND);
     CHECK(dialog.driver.dialogs().empty());
   }
+}
+
+TEST_CASE("a host that does not tell its version is an error that the download dialog logs") {
+  DownloadDialog dialog;
+  dialog.host().faults().refuse(L"Application.Version", L"no version", 440);
+  CHECK_FALSE(dialog.run(L"?dwt1=http://127.0.0.1:1/d.zip"));
+  CHECK_FALSE(dialog.completed);
+  CHECK(dialog.output.messages() ==
+        Texts{L"Error 440 (no version) in procedure RunModal of Form frmDownloadDlg"});
+  CHECK(dialog.driver.boxes().empty());
 }
 
 TEST_CASE("a failed template makes the download dialog say so") {
