@@ -68,7 +68,8 @@ void frmDownloadProgress::cmdCancel_Click() {
 
 bool frmDownloadProgress::keepGoing() {
   forms::yieldToMessages();
-  return notCancelled_;
+  // A host that is closing takes the window away without asking for a cancel.
+  return notCancelled_ && !isUnloaded();
 }
 
 void frmDownloadProgress::showCaption(const std::wstring& text) {
@@ -76,7 +77,14 @@ void frmDownloadProgress::showCaption(const std::wstring& text) {
 }
 
 void frmDownloadProgress::fail(const std::wstring& text, const std::wstring& title) {
-  showMessage(hwnd(), text, MB_ICONHAND, title);
+  showMessage(messageOwner(), text, MB_ICONHAND, title);
 }
 
-bool frmDownloadProgress::ask(const std::wstring& text) { return message(text, MB_YESNO) == IDYES; }
+bool frmDownloadProgress::ask(const std::wstring& text) {
+  return showMessage(messageOwner(), text, MB_YESNO, Form::caption()) == IDYES;
+}
+
+// A run may have something to say after its window has gone: over the window's owner then.
+HWND frmDownloadProgress::messageOwner() const {
+  return isUnloaded() ? GetWindow(hwnd(), GW_OWNER) : hwnd();
+}

@@ -51,7 +51,7 @@ class frmDownloadProgress : public forms::Form, private DownloadView {
   void disableCancel() override { cmdCancel.setEnabled(false); }
   void fail(const std::wstring& text, const std::wstring& title) override;
   bool ask(const std::wstring& text) override;
-  HWND messageOwner() const override { return hwnd(); }
+  HWND messageOwner() const override;
 
   HostApplication host_;
   std::optional<DownloadRun> run_;

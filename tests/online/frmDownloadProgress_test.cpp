@@ -1,12 +1,16 @@
 // The download dialog over a real disk, real servers and the real browser control.
 #include "online/frmDownloadProgress.h"
 
+#include <commctrl.h>
+
 #include <functional>
 
+#include "common/handles.h"
 #include "common/log.h"
 #include "host/model/Host.h"
 #include "online/frmDWTOnline.h"
 #include "online/resource.h"
+#include "tests/online/Internet.h"
 #include "tests/online/LoopbackServer.h"
 #include "tests/online/ZipMaker.h"
 #include "tests/support/DebugOutput.h"
@@ -53,16 +57,23 @@ class DownloadDialog {
                             .destinationFolder = scratch / L"templates",
                             .destinationTag = tag,
                             .agent = {}},
-                           nullptr);
+                           owner);
   }
   standin::Host& host() { return host_; }
   std::wstring text(int id) const { return windowText(window, id); }
+  bool reading() const { return !text(IDC_DOWNLOAD_CURRENTSIZE).empty(); }
+  bool cancelled() const {
+    return output.has(
+        L"Error 512 (Operation Cancelled.) in procedure Form_Activate of Form "
+        L"frmDownloadProgress");
+  }
 
   ScratchFolder scratch;
   ScratchRegistry registry;
   DebugOutput output;
   ModalDriver driver;
   std::function<void()> shown;
+  HWND owner = nullptr;
   HWND window = nullptr;
   bool completed = false;
 
@@ -235,4 +246,74 @@ TEST_CASE("the real browser control hands the download page to the window") {
   CHECK(dialog.scratch.readFile(L"downloads\\page.dwt") == "a page");
   for (const auto& request : server.requests())
     CHECK(request.find("DWTOnlineDownload") == std::string::npos);
+}
+
+TEST_CASE("the download dialog's Cancel closes each of its handles once") {
+  const HttpServer server({{"/d.zip", endless()}});
+  const InternetPatch internet;
+  const long before = handles::liveCount();
+  {
+    DownloadDialog dialog;
+    const When reading([&] { return dialog.reading(); }, [&] { press(dialog.window, IDCANCEL); });
+    dialog.shown = [&] { reading.watch(); };
+    CHECK_FALSE(dialog.run(L"?dwt1=" + server.url(L"/d.zip")));
+    CHECK(dialog.cancelled());
+  }
+  CHECK(internet.staleCloses() == 0);
+  CHECK(handles::liveCount() == before);
+}
+
+TEST_CASE("a host that closes in the middle of a download stops it at its next check") {
+  const HttpServer server({{"/d.zip", endless()}});
+  DownloadDialog dialog;
+  const When reading([&] { return dialog.reading(); }, [] { PostQuitMessage(7); });
+  dialog.shown = [&] { reading.watch(); };
+  CHECK_FALSE(dialog.run(L"?dwt1=" + server.url(L"/d.zip")));
+  CHECK(dialog.cancelled());
+  CHECK_FALSE(dialog.scratch.exists(L"data\\Korvel Software\\d.zip"));
+  CHECK(dialog.driver.boxes().empty());
+  MSG message = {};
+  CHECK(pumpUntil([&] { return PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE); }));
+  CHECK(message.wParam == 7);
+}
+
+TEST_CASE("a download whose owner goes in the middle stops at its next check") {
+  const HttpServer server({{"/d.zip", endless()}});
+  DownloadDialog dialog;
+  dialog.owner = CreateWindowW(L"Static", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 700,
+                               500, nullptr, nullptr, nullptr, nullptr);
+  const When reading([&] { return dialog.reading(); }, [&] { DestroyWindow(dialog.owner); });
+  dialog.shown = [&] { reading.watch(); };
+  CHECK_FALSE(dialog.run(L"?dwt1=" + server.url(L"/d.zip")));
+  CHECK(dialog.cancelled());
+  CHECK_FALSE(dialog.scratch.exists(L"data\\Korvel Software\\d.zip"));
+  CHECK(dialog.driver.boxes().empty());
+  CHECK_FALSE(IsWindow(dialog.window));
+}
+
+TEST_CASE("while archives are unpacked the download dialog cannot be cancelled") {
+  ZipMaker::Extras extras;
+  extras.password = "sesame";
+  const HttpServer server(
+      {{"/d.zip", HttpServer::ok(ZipMaker().add("page.dwt", "a page", extras).bytes())}});
+  DownloadDialog dialog;
+  bool asked = false;
+  dialog.driver.onDialog(L"Quillet Viewer", [&](HWND box) {
+    asked = true;
+    CHECK(windowText(dialog.window) == L"Installing...");
+    CHECK_FALSE(isEnabled(dialog.window, IDCANCEL));
+    const auto overall = GetDlgItem(dialog.window, IDC_DOWNLOAD_OVERALLBAR);
+    CHECK(SendMessageW(overall, PBM_GETRANGE, FALSE, 0) == 2);
+    CHECK(SendMessageW(overall, PBM_GETPOS, 0, 0) == 1);
+    const auto current = GetDlgItem(dialog.window, IDC_DOWNLOAD_CURRENTBAR);
+    CHECK(SendMessageW(current, PBM_GETPOS, 0, 0) == SendMessageW(current, PBM_GETRANGE, FALSE, 0));
+    // Neither by its button nor by its close box.
+    SendMessageW(dialog.window, WM_CLOSE, 0, 0);
+    CHECK(IsWindowVisible(dialog.window));
+    SetDlgItemTextW(box, 4211, L"sesame");
+    press(box, IDOK);
+  });
+  CHECK(dialog.run(L"?dwt1=" + server.url(L"/d.zip")));
+  CHECK(asked);
+  CHECK(dialog.scratch.readFile(L"templates\\page.dwt") == "a page");
 }
