@@ -109,6 +109,13 @@ TEST_CASE("the log tells the steps of a download") {
                        L"Process of unzipping the files completed."});
 }
 
+TEST_CASE("the server is told the agent by its fixed name") {
+  const HttpServer server({{"/d.zip", HttpServer::ok(page("a page"))}});
+  Download download;
+  CHECK(download.run(L"?dwt1=" + server.url(L"/d.zip")));
+  CHECK(server.agent() == "Vessari Systems Pvt. Ltd");
+}
+
 TEST_CASE("staged archives stay after a successful run") {
   const std::string bytes = page("a page");
   const HttpServer server({{"/d.zip", HttpServer::ok(bytes)}});

@@ -1,11 +1,14 @@
 #include "tests/online/LoopbackServer.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include "tests/online/loopback.h"
 
 namespace {
+
+constexpr std::string_view agentHeader = "User-Agent: ";
 
 constexpr DWORD threadLimit = 20000;  // milliseconds
 constexpr long pollTime = 20;         // milliseconds
@@ -125,8 +128,10 @@ void HttpServer::serve(SOCKET client) {
   std::string request;
   if (!readLine(client, request)) return;
   remember(request);
-  for (std::string header = "x"; !header.empty();)
+  for (std::string header = "x"; !header.empty();) {
     if (!readLine(client, header)) return;
+    if (header.starts_with(agentHeader)) agent_ = header.substr(agentHeader.size());
+  }
   const auto start = request.find(' ') + 1;
   const std::string path = request.substr(start, request.find(' ', start) - start);
   const auto found = answers_.find(path);

@@ -64,6 +64,9 @@ class HttpServer final : public LoopbackServer {
   // "http://127.0.0.1:<port>" and the path.
   std::wstring url(const std::wstring& path) const;
 
+  // What the last client called itself; to be asked when it has had its answer.
+  const std::string& agent() const noexcept { return agent_; }
+
   // A file that is there.
   static Answer ok(const std::string& body) { return {head(body.size()) + body}; }
   // Whatever a test wants to be sent.
@@ -75,6 +78,7 @@ class HttpServer final : public LoopbackServer {
   void serve(SOCKET client) override;
 
   std::map<std::string, Answer> answers_;  // by path
+  std::string agent_;
 };
 
 // Greets, lets everybody in and breaks off in the middle of the first file that is asked for.
