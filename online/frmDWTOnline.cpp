@@ -1,5 +1,7 @@
 #include "online/frmDWTOnline.h"
 
+#include <utility>
+
 #include "addin/host/environment.h"
 #include "catalogue/TemplateFolderList.h"
 #include "catalogue/resource.h"
@@ -26,7 +28,9 @@ constexpr long forwardCommand = 1;
 constexpr long backCommand = 2;
 
 constexpr UINT_PTR unloadTimer = 1;
+constexpr UINT_PTR watchTimer = 2;
 constexpr UINT unloadInterval = 500;  // milliseconds
+constexpr UINT watchInterval = 1000;
 
 constexpr int firstMenuCommand = 0x6000;
 
@@ -111,13 +115,9 @@ frmDWTOnline::frmDWTOnline(HostApplication host)
   wbDWTOnline.onCommandStateChange = [this](long command, bool enable) {
     wbDWTOnline_CommandStateChange(command, enable);
   };
-  wbDWTOnline.onDocumentComplete = [this](const std::wstring&, bool) {
-    wbDWTOnline_DocumentComplete();
-  };
+  wbDWTOnline.onDocumentComplete = [this](const std::wstring&, bool) { switchOn(); };
   // A success page that cannot be shown must not leave the window switched off.
-  wbDWTOnline.onNavigateError = [this](const std::wstring&, bool, bool&) {
-    wbDWTOnline_DocumentComplete();
-  };
+  wbDWTOnline.onNavigateError = [this](const std::wstring&, bool, bool&) { switchOn(); };
 }
 
 short frmDWTOnline::RunOnline(bool openedFromBrowser, HWND owner) {
@@ -222,6 +222,7 @@ void frmDWTOnline::Form_Resize() {
 
 void frmDWTOnline::Form_Unload() {
   stopUnloadTimer();
+  KillTimer(hwnd(), watchTimer);
   if (!FullyLoaded_) return;
   SaveWindowPlacementSetting(hwnd(), module::title, settings::general, settings::onlinePlacement);
   modCommon::WriteLog(modCommon::logSeparator);
@@ -230,6 +231,10 @@ void frmDWTOnline::Form_Unload() {
 bool frmDWTOnline::onMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT&) {
   if (message == WM_TIMER && wParam == unloadTimer) {
     tmrUnloadMe_Timer();
+    return true;
+  }
+  if (message == WM_TIMER && wParam == watchTimer) {
+    if (!wbDWTOnline.busy()) switchOn();
     return true;
   }
   if (message == WM_COMMAND && lParam == 0 && LOWORD(wParam) >= firstMenuCommand) {
@@ -242,8 +247,11 @@ bool frmDWTOnline::onMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT
 
 bool frmDWTOnline::preTranslate(MSG& message) {
   // The focus stays in the page while the window is switched off.
-  if (!IsWindowEnabled(hwnd()))
+  if (!IsWindowEnabled(hwnd())) {
+    const bool down = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
+    if (down && message.wParam == VK_ESCAPE) stopSuccessPage();
     return message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
+  }
   if (message.message == WM_SYSKEYDOWN &&
       (message.wParam == VK_LEFT || message.wParam == VK_RIGHT)) {
     const wchar_t* const key = message.wParam == VK_LEFT ? L"Back" : L"Next";
@@ -343,42 +351,75 @@ void frmDWTOnline::wbDWTOnline_BeforeNavigate2(const std::wstring& address, bool
     const auto cracked = modWINInetURL::CrackUrl(address);
     if (!cracked || !isDownloadPage(cracked->path)) return;
     cancel = true;
-    runDownload(address, cracked->extraInfo);
+    // A page's own script may ask again while the download's dialog is open.
+    if (!inDownload_) runDownload(address, cracked->extraInfo);
   });
 }
 
 void frmDWTOnline::runDownload(const std::wstring& address, const std::wstring& extraInformation) {
-  std::wstring applicationData;
-  modCommon::SystemFolders wanted;
-  wanted.applicationData = &applicationData;
-  modCommon::GetSystemFolders(host_.version(), wanted);
+  // It comes in place of the page that the window was switched off for.
+  switchOn();
   std::wstring destination = tbDestPath.buttonText(destinationKey);
-  const frmDownloadProgress::Request request = {.pageAddress = address,
-                                                .applicationData = applicationData,
-                                                .destinationFolder = destination,
-                                                .destinationTag = tbDestPath.tag,
-                                                .agent = agent};
-  if (!frmDownloadProgress(host_).RunModal(destination, DownloadCompleted_, request, hwnd()))
-    return;
+  if (!downloadTo(destination, address)) return;
 
   CloseReason_ = downloaded;
   addToUserFolders(destination);
   settings::SaveSetting(settings::general, settings::downloadFolder, destination);
-  EnableWindow(hwnd(), FALSE);
+  switchOff();
+  stopUnloadTimer();
   if (const auto success = successAddress(extraInformation))
     showSuccessPage(*success);
   else
     startUnloadTimer();
 }
 
-// An address that the browser refuses leaves the window as it was.
+bool frmDWTOnline::downloadTo(std::wstring& destination, const std::wstring& address) {
+  struct Running {
+    explicit Running(bool& flag) noexcept : flag_(flag) { flag_ = true; }
+    ~Running() { flag_ = false; }
+    bool& flag_;
+  } const running(inDownload_);
+  std::wstring applicationData;
+  modCommon::SystemFolders wanted;
+  wanted.applicationData = &applicationData;
+  modCommon::GetSystemFolders(host_.version(), wanted);
+  const frmDownloadProgress::Request request = {.pageAddress = address,
+                                                .applicationData = applicationData,
+                                                .destinationFolder = destination,
+                                                .destinationTag = tbDestPath.tag,
+                                                .agent = agent};
+  return frmDownloadProgress(host_).RunModal(destination, DownloadCompleted_, request, hwnd());
+}
+
+// An address that the browser refuses leaves the window as it was, and so does one that it takes
+// but shows nothing for: a mail address, an archive, an answer without a page. Nothing tells of
+// those but the browser's coming to rest.
 void frmDWTOnline::showSuccessPage(const std::wstring& address) {
   try {
     wbDWTOnline.navigate(address);
   } catch (...) {
-    EnableWindow(hwnd(), TRUE);
+    switchOn();
     throw;
   }
+  if (switchedOff_ && !SetTimer(hwnd(), watchTimer, watchInterval, nullptr)) switchOn();
+}
+
+void frmDWTOnline::stopSuccessPage() {
+  if (!switchedOff_ || timerRuns_) return;
+  tbDWTOnline_ButtonClick(L"Stop");
+  switchOn();
+}
+
+void frmDWTOnline::switchOff() noexcept {
+  switchedOff_ = true;
+  EnableWindow(hwnd(), FALSE);
+}
+
+// A window that is disabled by what stands over it, a dialog or a box, stays so.
+void frmDWTOnline::switchOn() noexcept {
+  if (!std::exchange(switchedOff_, false)) return;
+  KillTimer(hwnd(), watchTimer);
+  EnableWindow(hwnd(), TRUE);
 }
 
 void frmDWTOnline::wbDWTOnline_CommandStateChange(long command, bool enable) {
@@ -386,13 +427,10 @@ void frmDWTOnline::wbDWTOnline_CommandStateChange(long command, bool enable) {
   if (command == backCommand) tbDWTOnline.setButtonEnabled(L"Back", enable);
 }
 
-void frmDWTOnline::wbDWTOnline_DocumentComplete() {
-  if (!IsWindowEnabled(hwnd())) EnableWindow(hwnd(), TRUE);
-}
-
 void frmDWTOnline::startUnloadTimer() {
   UnloadArmed_ = false;
   timerRuns_ = SetTimer(hwnd(), unloadTimer, unloadInterval, nullptr) != 0;
+  if (!timerRuns_) switchOn();
 }
 
 void frmDWTOnline::stopUnloadTimer() noexcept {
@@ -400,10 +438,14 @@ void frmDWTOnline::stopUnloadTimer() noexcept {
   timerRuns_ = false;
 }
 
+// A dialog or a box stands over the window.
+bool frmDWTOnline::isCovered() const noexcept { return !switchedOff_ && !IsWindowEnabled(hwnd()); }
+
 // Closes on the second tick, unless a navigation has started between the two.
 void frmDWTOnline::tmrUnloadMe_Timer() {
   handle(L"tmrUnloadMe_Timer", [this] {
-    if (CloseReason_ != downloaded) return;
+    // One may still be in the queue after the timer has been stopped.
+    if (!timerRuns_ || CloseReason_ != downloaded || isCovered()) return;
     if (UnloadArmed_ && DownloadCompleted_) {
       stopUnloadTimer();
       unload();

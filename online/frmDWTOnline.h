@@ -49,9 +49,13 @@ class frmDWTOnline : public forms::Form {
 
   void wbDWTOnline_BeforeNavigate2(const std::wstring& address, bool& cancel);
   void wbDWTOnline_CommandStateChange(long command, bool enable);
-  void wbDWTOnline_DocumentComplete();
   void runDownload(const std::wstring& address, const std::wstring& extraInformation);
+  bool downloadTo(std::wstring& destination, const std::wstring& address);
   void showSuccessPage(const std::wstring& address);
+  void stopSuccessPage();
+  void switchOff() noexcept;
+  void switchOn() noexcept;
+  bool isCovered() const noexcept;
   void startUnloadTimer();
   void stopUnloadTimer() noexcept;
   void tmrUnloadMe_Timer();
@@ -63,6 +67,8 @@ class frmDWTOnline : public forms::Form {
   bool UnloadArmed_ = false;
   bool FullyLoaded_ = false;
   bool timerRuns_ = false;
+  bool inDownload_ = false;
+  bool switchedOff_ = false;  // from a completed download to the next page
   DestinationMenu menu_;
   forms::ImageList pictures_;
   forms::ImageList folderPictures_;

@@ -133,6 +133,11 @@ void WebBrowser::print() {
   check(browser().ExecWB(OLECMDID_PRINT, OLECMDEXECOPT_DODEFAULT, nullptr, nullptr));
 }
 
+bool WebBrowser::busy() const noexcept {
+  VARIANT_BOOL busy = VARIANT_FALSE;
+  return browser_ && SUCCEEDED(browser_->get_Busy(&busy)) && busy != VARIANT_FALSE;
+}
+
 std::wstring WebBrowser::address() const {
   BSTR url = nullptr;
   if (!browser_ || FAILED(browser_->get_LocationURL(&url))) return {};

@@ -42,6 +42,9 @@ class WebBrowser : public Control {
   void refresh();
   void print();  // as the user would, with the system's own dialog
 
+  // Whether it is loading something, as far as it says.
+  bool busy() const noexcept;
+
   // What is shown now; empty before the first page.
   std::wstring address() const;
 

@@ -169,3 +169,32 @@ class UnloadTimer {
 };
 
 using Intervals = std::vector<UINT>;
+
+// Does something once, as soon as a condition holds, while other loops than the test's run.
+class Meanwhile {
+ public:
+  Meanwhile(std::function<bool()> condition, std::function<void()> action)
+      : condition_(std::move(condition)), action_(std::move(action)) {
+    current_ = this;
+    SetTimer(nullptr, 0, 10, tick);
+  }
+  ~Meanwhile() { current_ = nullptr; }
+  Meanwhile(const Meanwhile&) = delete;
+  Meanwhile& operator=(const Meanwhile&) = delete;
+
+  bool happened() const noexcept { return happened_; }
+
+ private:
+  static void CALLBACK tick(HWND, UINT, UINT_PTR timer, DWORD) {
+    if (current_ && !current_->condition_()) return;
+    KillTimer(nullptr, timer);
+    if (!current_) return;
+    current_->happened_ = true;
+    current_->action_();
+  }
+  static inline Meanwhile* current_ = nullptr;
+
+  std::function<bool()> condition_;
+  std::function<void()> action_;
+  bool happened_ = false;
+};

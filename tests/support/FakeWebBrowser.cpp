@@ -197,6 +197,10 @@ class FakeBrowserObject final
     *url = SysAllocString(fake_.address_.c_str());
     return S_OK;
   }
+  STDMETHODIMP get_Busy(VARIANT_BOOL* busy) noexcept override {
+    *busy = fake_.isBusy ? VARIANT_TRUE : VARIANT_FALSE;
+    return S_OK;
+  }
   STDMETHODIMP put_Silent(VARIANT_BOOL on) noexcept override {
     return note(on ? L"Silent" : L"not Silent");
   }
@@ -226,7 +230,6 @@ class FakeBrowserObject final
   NOT_ASKED(get_Height, long*)
   NOT_ASKED(put_Height, long)
   NOT_ASKED(get_LocationName, BSTR*)
-  NOT_ASKED(get_Busy, VARIANT_BOOL*)
   NOT_ASKED(Quit)
   NOT_ASKED(ClientToWindow, int*, int*)
   NOT_ASKED(PutProperty, BSTR, VARIANT)

@@ -22,6 +22,7 @@ class FakeWebBrowser {
   bool canBeMade = true;
   bool hasDocument = true;  // false: no page ever arrives, as without a rendering engine
   bool isSlow = false;      // pages arrive no sooner than the test lets them
+  bool isBusy = false;      // what they say when they are asked
   // Navigations to these addresses fire NavigateError with status 404.
   std::function<bool(const std::wstring&)> unreachable = [](const std::wstring&) { return false; };
 
