@@ -59,8 +59,14 @@ void unlessCancelled(Scan&& scan) {
 // needs the whole list. The buttons that could are off meanwhile.
 class frmQuillet::Scanning {
  public:
-  explicit Scanning(frmQuillet& form) noexcept : form_(form) { set(true); }
-  ~Scanning() { set(false); }
+  explicit Scanning(frmQuillet& form) noexcept : form_(form), focus_(GetFocus()) {
+    set(true);
+    handedOn_ = GetFocus();
+  }
+  ~Scanning() {
+    set(false);
+    giveFocusBack();
+  }
   Scanning(const Scanning&) = delete;
   Scanning& operator=(const Scanning&) = delete;
 
@@ -72,7 +78,16 @@ class frmQuillet::Scanning {
     form_.cmdDWTOnline.setEnabled(!scanning);
   }
 
+  // To the button that started the scan, unless the user has gone on meanwhile.
+  void giveFocusBack() const noexcept {
+    if (handedOn_ == focus_ || GetFocus() != handedOn_) return;
+    for (forms::Button* each : {&form_.cmdSelect, &form_.cmdDWTOnline})
+      if (each->hwnd() == focus_) each->focus();
+  }
+
   frmQuillet& form_;
+  HWND focus_;
+  HWND handedOn_ = nullptr;
 };
 
 frmQuillet::frmQuillet(HostApplication& host)

@@ -53,12 +53,19 @@ run_host() {
 }
 
 tour() {
-  announce tour
-  if run_host --script "Z:$PWD/samples/tour.txt" >build/log/tour.txt 2>&1; then
+  walk tour && walk tour-messages && walk tour-no-menu --option templatesMenu=0
+}
+
+# usage: walk SCRIPT [HOST OPTION]...   Runs one of the samples' scripts.
+walk() {
+  local script=$1
+  shift
+  announce "$script"
+  if run_host --script "Z:$PWD/samples/$script.txt" "$@" >"build/log/$script.txt" 2>&1; then
     report ok
   else
     report failed
-    cat build/log/tour.txt
+    cat "build/log/$script.txt"
     return 1
   fi
 }

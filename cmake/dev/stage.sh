@@ -10,7 +10,7 @@ die() {
 announce() {
   mkdir -p build/log
   stage_began=$SECONDS
-  printf '%-9s' "$1"
+  printf '%-14s ' "$1"
 }
 
 report() { printf '%s (%d s)\n' "$1" "$((SECONDS - stage_began))"; }

@@ -17,6 +17,13 @@ namespace {
       std::wstring(what) + L" \"" + path + L"\" (system code " + std::to_wstring(code) + L")."};
 }
 
+// "CON", "NUL.txt": names that mean a device in every folder.
+bool isDevice(const std::wstring& name) {
+  wchar_t full[MAX_PATH] = {};
+  GetFullPathNameW(name.c_str(), MAX_PATH, full, nullptr);
+  return std::wstring_view(full).substr(0, 4) == L"\\\\.\\";
+}
+
 std::vector<std::wstring> names(const std::wstring& folder, bool folders) {
   std::vector<std::wstring> result;
   WIN32_FIND_DATAW found;
@@ -47,7 +54,7 @@ bool isFile(const std::wstring& path) { return exists(path) && !isFolder(path); 
 
 bool isValidName(std::wstring_view name) {
   return !name.empty() && name != L"." && name != L".." &&
-         name.find_first_of(L"\\/:*?\"<>|") == name.npos;
+         name.find_first_of(L"\\/:*?\"<>|") == name.npos && !isDevice(std::wstring(name));
 }
 
 std::vector<std::wstring> folderNames(const std::wstring& folder) { return names(folder, true); }

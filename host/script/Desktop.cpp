@@ -209,6 +209,17 @@ std::vector<HWND> windows() {
   return result;
 }
 
+HWND anyWindow(const std::wstring& caption) {
+  HWND found = nullptr;
+  auto visit = [&](HWND window) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (!found && process == GetCurrentProcessId() && textOf(window) == caption) found = window;
+  };
+  EnumWindows(visitWindow<decltype(visit)>, reinterpret_cast<LPARAM>(&visit));
+  return found;
+}
+
 std::vector<HWND> windows(std::wstring_view caption) {
   const bool anyRest = !caption.empty() && caption.back() == L'*';
   if (anyRest) caption.remove_suffix(1);

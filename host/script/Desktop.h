@@ -12,6 +12,8 @@ namespace standin::desktop {
 
 // Visible top-level windows, the foremost first.
 std::vector<HWND> windows();
+// A window of exactly that caption, shown or not; null when there is none.
+HWND anyWindow(const std::wstring& caption);
 // Those with that caption; a "*" at its end stands for any rest.
 std::vector<HWND> windows(std::wstring_view caption);
 // Every visible window inside, in tab order.

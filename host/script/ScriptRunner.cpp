@@ -1,5 +1,7 @@
 #include "host/script/ScriptRunner.h"
 
+#include <commctrl.h>
+
 #include <algorithm>
 #include <stdexcept>
 
@@ -150,6 +152,7 @@ void ScriptRunner::run(const ScriptLine& line) {
   if (command == L"cat") return cat(arguments[0]);
   if (command == L"print") return printLine(arguments[0]);
   if (command == L"run") return runProgram(arguments[0]);
+  if (command == L"point") return point(arguments);
   if (runModel(command, arguments)) return;
   if (command == L"windows") return writeOut(toUtf8(desktop::describe()));
   if (command == L"timeout")
@@ -175,6 +178,13 @@ void ScriptRunner::runWait(const std::wstring& what, const Arguments& arguments)
   } else if (what == L"box") {
     require([&] { return anyWindow(caption, desktop::isMessageBox); },
             L"the message box has not come");
+  } else if (what == L"tip") {
+    require(
+        [&] {
+          return anyWindow(caption,
+                           [](HWND window) { return desktop::isClass(window, TOOLTIPS_CLASSW); });
+        },
+        L"no tool tip says that");
   } else if (what == L"gone") {
     require([&] { return desktop::windows(caption).empty(); }, L"the window is still there");
   } else {
@@ -220,6 +230,7 @@ void ScriptRunner::runControl(const std::wstring& what, const Arguments& argumen
   const std::wstring& caption = arguments[0];
   if (what == L"press") return press(caption, arguments[1]);
   if (what == L"type") return type(arguments);
+  if (what == L"post") return post(caption, arguments[1]);
   if (what == L"check") return check(arguments);
   if (what == L"select") {
     require(
@@ -237,12 +248,6 @@ void ScriptRunner::runControl(const std::wstring& what, const Arguments& argumen
           });
         },
         L"there is no such node");
-  } else if (what == L"post") {
-    // For commands that no push button bears: a tool bar's, by their number.
-    HWND window = nullptr;
-    require([&] { return (window = windowWith(caption, isEnabled)) != nullptr; },
-            L"there is no such window");
-    PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(_wtoi(arguments[1].c_str())), 0);
   } else {
     HWND window = nullptr;
     require([&] { return (window = windowWith(caption, isEnabled)) != nullptr; },
@@ -323,6 +328,39 @@ void ScriptRunner::press(const std::wstring& caption, const std::wstring& button
   require([&] { return anyWindow(caption, pressable); },
           L"there is no such button that can be pressed");
   PostMessageW(found, BM_CLICK, 0, 0);
+}
+
+// For commands that no push button bears, a tool bar's; and for windows that are about to be shown.
+void ScriptRunner::post(const std::wstring& caption, const std::wstring& command) {
+  HWND window = nullptr;
+  require(
+      [&] {
+        window = windowWith(caption, isEnabled);
+        if (!window) window = desktop::anyWindow(caption);
+        return window && isEnabled(window);
+      },
+      L"there is no such window");
+  PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(_wtoi(command.c_str())), 0);
+}
+
+// Rests the mouse pointer on a window's button or control, or out of the way.
+void ScriptRunner::point(const Arguments& arguments) {
+  if (arguments.empty()) {
+    const RECT screen = wholeScreen();
+    SetCursorPos(screen.right - 1, screen.bottom - 1);
+    return;
+  }
+  if (arguments.size() < 2) throw ScriptError(L"the control is missing");
+  HWND found = nullptr;
+  const auto has = [&](HWND window) {
+    found = isEnabled(window) ? desktop::button(window, arguments[1]) : nullptr;
+    if (!found && isEnabled(window)) found = desktop::control(window, arguments[1]);
+    return found != nullptr;
+  };
+  require([&] { return anyWindow(arguments[0], has); }, L"there is no such control");
+  RECT place = {};
+  GetWindowRect(found, &place);
+  SetCursorPos((place.left + place.right) / 2, (place.top + place.bottom) / 2);
 }
 
 void ScriptRunner::type(const Arguments& arguments) {

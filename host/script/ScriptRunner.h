@@ -47,6 +47,8 @@ class ScriptRunner {
   void showMenu(const Arguments& path);
   void hideMenu();
   void press(const std::wstring& caption, const std::wstring& button);
+  void post(const std::wstring& caption, const std::wstring& command);
+  void point(const Arguments& arguments);
   void type(const Arguments& arguments);
   void check(const Arguments& arguments);
   void expectText(const std::wstring& caption, const std::wstring& text);

@@ -366,6 +366,28 @@ TEST_CASE("leaving the folder dialog with OK lists the templates again") {
   });
 }
 
+TEST_CASE("the focus is back on the folders button when the templates are listed again") {
+  BrowserWindow browser;
+  browser.addTemplate(L"a");
+  browser.driver.onDialog(L"Manage Dynamic Web Template Folders",
+                          [](HWND dialog) { press(dialog, IDOK); });
+  browser.show([&] {
+    const HWND folders = browser.control(IDC_QUILLET_SELECT);
+    SendMessageW(browser.dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(folders), TRUE);
+    press(browser.dialog, IDC_QUILLET_SELECT);
+    CHECK(GetFocus() == folders);
+    // With the focus in the list, Enter copies again.
+    SendMessageW(browser.dialog, WM_NEXTDLGCTL,
+                 reinterpret_cast<WPARAM>(browser.control(IDC_QUILLET_LIST)), TRUE);
+    const auto isDefault = [&](int id) {
+      return (SendMessageW(browser.control(id), WM_GETDLGCODE, 0, 0) & DLGC_DEFPUSHBUTTON) != 0;
+    };
+    CHECK(isDefault(IDOK));
+    CHECK_FALSE(isDefault(IDC_QUILLET_SELECT));
+    CHECK_FALSE(isDefault(IDC_QUILLET_HELP));
+  });
+}
+
 TEST_CASE("leaving the folder dialog with Cancel keeps the list") {
   BrowserWindow browser;
   browser.addTemplate(L"a");

@@ -131,6 +131,20 @@ TEST_CASE("the frame owns the browser and is disabled under it and active after 
   CHECK(GetActiveWindow() == frame.get());
 }
 
+TEST_CASE("the frame is active again after a copy") {
+  const Frame frame;
+  SetActiveWindow(frame.get());
+  BrowserWindow browser;
+  browser.addTemplate(L"home");
+  browser.owner = frame.get();
+  browser.driver.answer(IDYES);
+  browser.show([&] { press(browser.dialog, IDOK); });
+  CHECK(browser.web.exists(L"dwts\\home\\home.dwt"));
+  CHECK(IsWindowEnabled(frame.get()));
+  CHECK(GetActiveWindow() == frame.get());
+  CHECK(GetForegroundWindow() == frame.get());
+}
+
 TEST_CASE("the browser shows the wait cursor while the templates are listed and not after") {
   BrowserWindow browser;
   browser.addTemplate(L"home");

@@ -174,6 +174,17 @@ TEST_CASE("a folder is added by its plain name") {
   CHECK(open.folder.exists(L"New Folder\\below"));
 }
 
+TEST_CASE("a folder cannot bear the name of a device") {
+  const OpenWeb open;
+  for (const wchar_t* name : {L"CON", L"nul", L"COM1", L"NUL.txt"}) {
+    CAPTURE(name);
+    const Answer answer = open.folders().call(L"Add", {name});
+    CHECK(answer.result == DISP_E_EXCEPTION);
+    CHECK(answer.description ==
+          L"\"" + std::wstring(name) + L"\" is not the name of a new folder.");
+  }
+}
+
 TEST_CASE("adding a folder that exists refuses or gives it") {
   OpenWeb open;
   open.folder.makeFolder(L"dwts");
