@@ -1,5 +1,8 @@
 #include "online/UnzipLibrary.h"
 
+#include <clocale>
+#include <cstdlib>
+#include <ctime>
 #include <string>
 
 #include "common/errors.h"
@@ -24,6 +27,27 @@ Function entryPoint(HMODULE module, const char* name) {
   if (!address) throw unusable(L"is not usable.");
   return reinterpret_cast<Function>(address);
 }
+
+// The library takes over the user's locale and drops the time zone of the environment. It does so
+// in the C run-time that it shares with the host, whose they are.
+class RuntimeState {
+ public:
+  RuntimeState() : locale_(std::setlocale(LC_CTYPE, nullptr)) {
+    if (const char* zone = std::getenv("TZ")) zone_ = std::string("TZ=") + zone;
+  }
+  ~RuntimeState() {
+    std::setlocale(LC_CTYPE, locale_.c_str());
+    if (zone_.empty()) return;
+    _putenv(zone_.c_str());
+    _tzset();
+  }
+  RuntimeState(const RuntimeState&) = delete;
+  RuntimeState& operator=(const RuntimeState&) = delete;
+
+ private:
+  std::string locale_;
+  std::string zone_;
+};
 
 }  // namespace
 
@@ -51,10 +75,12 @@ void Library::readVersion(VersionEntry version) {
 }
 
 int Library::run(const OptionsNew& options, CallbacksNew& callbacks) const {
+  const RuntimeState state;
   return unzip_(0, nullptr, 0, nullptr, &options, &callbacks);
 }
 
 int Library::run(const OptionsOld& options, CallbacksOld& callbacks) const {
+  const RuntimeState state;
   return unzip_(0, nullptr, 0, nullptr, &options, &callbacks);
 }
 

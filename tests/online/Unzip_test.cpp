@@ -2,50 +2,18 @@
 
 #include "common/ansi.h"
 #include "common/errors.h"
-#include "common/log.h"
 #include "online/CUnzip.h"
-#include "online/UnzipFiles.h"
 #include "online/UnzipRecords.h"
 #include "tests/online/OwnModule.h"
-#include "tests/online/ZipMaker.h"
+#include "tests/online/Unpacking.h"
 #include "tests/support/DebugOutput.h"
 #include "tests/support/ImportPatch.h"
-#include "tests/support/ModalDriver.h"
 #include "tests/support/text_output.h"
 
 namespace {
 
-using Tree = std::vector<std::wstring>;
-
-// An archive and the folder it is unpacked into, inside a folder that must stay as it was.
-struct Unpacking {
-  ScratchFolder scratch;
-  std::wstring archive;
-  std::wstring folder;
-
-  explicit Unpacking(const std::string& bytes)
-      : archive(scratch.writeFile(L"staging\\theme.zip", bytes)),
-        folder(scratch.makeFolder(L"inside")) {}
-  explicit Unpacking(const ZipMaker& zip) : Unpacking(zip.bytes()) {}
-
-  bool run() const { return modCommon::UnzipFiles(archive, folder); }
-  std::string read(std::wstring_view name) const {
-    return scratch.readFile(L"inside\\" + std::wstring(name));
-  }
-  bool untouched() const {
-    return scratch.tree() == Tree{L"inside\\", L"staging\\", L"staging\\theme.zip"};
-  }
-};
-
-struct Logging {
-  Logging() { modCommon::setLoggingFlag(1); }
-  ~Logging() { modCommon::setLoggingFlag(0); }
-};
-
 constexpr char deflated[] =
     "\313\317\113\125\050\051\317\127\050\311\050\112\115\125\310\037\345\215\362\360\362\000";
-
-ZipMaker onePage() { return ZipMaker().add("page.htm", "new page"); }
 
 std::wstring notAnArchive(const std::wstring& path) {
   return L"Cannot unzip file: \" " + path +
@@ -71,14 +39,6 @@ void checkRefused(const std::string& name, const std::wstring& shown) {
   CHECK(driver.boxes()[0].title == L"Quillet Viewer");
   CHECK(driver.boxes()[0].icon == MB_ICONHAND);
   CHECK(unpacking.untouched());
-}
-
-void typePassword(ModalDriver& driver, const std::wstring& password, int button = IDOK) {
-  driver.onDialog(L"Quillet Viewer", [=](HWND dialog) {
-    CHECK(windowText(dialog, 4210) == L"Please Enter The Password!");
-    SetDlgItemTextW(dialog, 4211, password.c_str());
-    press(dialog, button);
-  });
 }
 
 }  // namespace
