@@ -3,14 +3,13 @@
 #include <windows.h>
 
 #include <new>
-#include <utility>
 
 namespace errors {
 namespace {
 
 struct Description {
   long number;
-  const wchar_t* text;
+  std::wstring_view text;
 };
 
 constexpr Description descriptions[] = {
@@ -72,16 +71,23 @@ constexpr Translation translations[] = {
 
 }  // namespace
 
-Error::Error(long number) : Error(number, descriptionOf(number)) {}
+Error::Error(long number, std::wstring_view description, std::wstring_view source)
+    : number_(number),
+      texts_(std::make_shared<Texts>(Texts{std::wstring(description), std::wstring(source)})) {}
 
-Error::Error(long number, std::wstring description, std::wstring source)
-    : number_(number), description_(std::move(description)), source_(std::move(source)) {}
-
-Error operationCancelled(std::wstring source) {
-  return {cancelled, descriptionOf(cancelled), std::move(source)};
+std::wstring_view Error::description() const noexcept {
+  return texts_ ? std::wstring_view(texts_->description) : descriptionOf(number_);
 }
 
-std::wstring descriptionOf(long number) {
+std::wstring_view Error::source() const noexcept {
+  return texts_ ? std::wstring_view(texts_->source) : std::wstring_view();
+}
+
+Error operationCancelled(std::wstring_view source) {
+  return {cancelled, descriptionOf(cancelled), source};
+}
+
+std::wstring_view descriptionOf(long number) noexcept {
   for (const auto& entry : descriptions)
     if (entry.number == number) return entry.text;
   return {};

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <exception>
+#include <memory>
 #include <string>
+#include <string_view>
 
 namespace errors {
 
@@ -33,28 +35,34 @@ enum Number : long {
   cancelled = 512,
 };
 
-// What went wrong: a number, a text for people, and optionally where it was raised.
+// What went wrong: a number, a text for people, and optionally where it was raised. A copy shares
+// the texts, so it takes no memory and never fails.
 class Error : public std::exception {
  public:
-  explicit Error(long number);  // with the number's own description
-  Error(long number, std::wstring description, std::wstring source = {});
+  explicit Error(long number) noexcept : number_(number) {}  // with the number's own description
+  Error(long number, std::wstring_view description, std::wstring_view source = {});
 
   long number() const noexcept { return number_; }
-  const std::wstring& description() const noexcept { return description_; }
-  const std::wstring& source() const noexcept { return source_; }
+  // Both live as long as this error or a copy of it.
+  std::wstring_view description() const noexcept;
+  std::wstring_view source() const noexcept;
   const char* what() const noexcept override { return "Quillet error"; }
 
  private:
+  struct Texts {
+    std::wstring description;
+    std::wstring source;
+  };
+
   long number_;
-  std::wstring description_;
-  std::wstring source_;
+  std::shared_ptr<const Texts> texts_;  // none: the number's own description
 };
 
 // A long operation was stopped on purpose: 512, "Operation Cancelled.".
-Error operationCancelled(std::wstring source = {});
+Error operationCancelled(std::wstring_view source = {});
 
 // The description that belongs to a number; empty when the number has none.
-std::wstring descriptionOf(long number);
+std::wstring_view descriptionOf(long number) noexcept;
 
 // The run-time number of a Win32 code. `fallback` is the answer for a code outside the table.
 long numberFromSystemCode(unsigned long code, long fallback = pathFileAccess);

@@ -99,7 +99,7 @@ std::wstring failureText(std::wstring_view path, const Error& error) {
     case errors::pathNotFound:
       return L"The path could not be found.";
     default:
-      return error.description();
+      return std::wstring(error.description());
   }
 }
 

@@ -34,7 +34,7 @@ std::wstring failureText(const Error& error) {
     case errors::pathNotFound:
       return L"The path could not be found.";
     default:
-      return error.description();
+      return std::wstring(error.description());
   }
 }
 

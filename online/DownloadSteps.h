@@ -13,8 +13,7 @@
 // cancelled.
 class HandledError : public Error {
  public:
-  explicit HandledError(std::wstring description)
-      : Error(errors::cancelled, std::move(description)) {}
+  explicit HandledError(std::wstring_view description) : Error(errors::cancelled, description) {}
 };
 
 class DownloadSteps {

@@ -39,7 +39,7 @@ bool UrlValidation::ValidateURLs() noexcept {
   } catch (...) {
     const Error error = errors::current();
     logDownloadError(L"GetTotalDownloadSize", error);
-    if (error.number() != errors::cancelled) view_.fail(error.description());
+    if (error.number() != errors::cancelled) view_.fail(std::wstring(error.description()));
     return false;
   }
 }

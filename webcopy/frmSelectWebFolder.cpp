@@ -1,6 +1,7 @@
 #include "webcopy/frmSelectWebFolder.h"
 
 #include "common/letter_case.h"
+#include "common/text.h"
 #include "webcopy/WebFolderPath.h"
 #include "webcopy/WebFolders.h"
 #include "webcopy/folder_icons.h"
@@ -155,9 +156,10 @@ void frmSelectWebFolder::createFolder(Node node, const HostFolder& parent,
     // Names that the check lets pass may still be none for the web's disk or server.
     const Error error = errors::current();
     modCommon::reportFormError(L"btnNewFolder_Click", this->name(), error);
-    showMessage(hwnd(),
-                L"The folder \"" + name + L"\" could not be created.\r\n" + error.description(),
-                MB_OK | MB_ICONERROR, L"Create Web Folder");
+    showMessage(
+        hwnd(),
+        text::join({L"The folder \"", name, L"\" could not be created.\r\n", error.description()}),
+        MB_OK | MB_ICONERROR, L"Create Web Folder");
   }
 }
 

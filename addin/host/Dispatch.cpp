@@ -42,7 +42,8 @@ class Exception {
   std::wstring description() const {
     std::wstring text = textOf(info_.bstrDescription);
     if (text.empty()) text = errors::descriptionOf(number());
-    return text.empty() ? errors::descriptionOf(errors::automationError) : text;
+    if (text.empty()) text = errors::descriptionOf(errors::automationError);
+    return text;
   }
 
   EXCEPINFO info_ = {};

@@ -45,10 +45,6 @@ bool readUserFolder(std::wstring& path) {
   return false;
 }
 
-void logUserFolderError(const Error& error, std::wstring_view path) {
-  WriteLog({L"GetUserFolderPath: Error occured - ", error.description(), L" Path: ", path});
-}
-
 void descend(std::wstring& path, std::wstring_view level) {
   path += level;
   if (!folderExists(path)) makeFolder(path);
@@ -154,7 +150,7 @@ std::wstring describeVersion(const OSVERSIONINFOA& version) {
   return text::trimBlanks(text::join({line, L" ", servicePack}));
 }
 
-std::wstring GetUserFolderPath() {
+std::wstring GetUserFolderPath() noexcept {
   std::wstring path;
   try {
     if (!readUserFolder(path)) return {};
@@ -167,22 +163,28 @@ std::wstring GetUserFolderPath() {
       descend(path, level);
     return path;
   } catch (...) {
-    logUserFolderError(errors::current(), path);
+    WriteLog({L"GetUserFolderPath: Error occured - ", errors::current().description(), L" Path: ",
+              path});
     return {};
   }
 }
 
-void GetSystemFolders(std::wstring_view hostVersion, const SystemFolders& wanted) {
-  try {
-    fillSystemFolders(hostVersion, wanted);
-  } catch (...) {
-    reportModuleError(L"GetSystemFolders", Error(errors::current().number(),
-                                                 L"Error while retrieving the shell folders."));
-  }
+void GetSystemFolders(std::wstring_view hostVersion, const SystemFolders& wanted) noexcept {
+  handle(L"GetSystemFolders", [&] {
+    try {
+      fillSystemFolders(hostVersion, wanted);
+    } catch (...) {
+      throw Error(errors::current().number(), L"Error while retrieving the shell folders.");
+    }
+  });
 }
 
-std::wstring GetMachineSetting(std::wstring_view name) {
-  return readString(HKEY_LOCAL_MACHINE, text::join({korvel, L"\\", module::title}), name);
+std::wstring GetMachineSetting(std::wstring_view name) noexcept {
+  std::wstring value;
+  handle(L"GetMachineSetting", [&] {
+    value = readString(HKEY_LOCAL_MACHINE, text::join({korvel, L"\\", module::title}), name);
+  });
+  return value;
 }
 
 std::wstring commonPath() {
@@ -190,28 +192,24 @@ std::wstring commonPath() {
   return withBackslash(registered.empty() ? module::folder() : registered);
 }
 
-HWND GetHostMainWindow() {
-  HWND start = GetActiveWindow();
-  if (!start) {
-    GUITHREADINFO info = {};
-    info.cbSize = sizeof info;
-    if (GetGUIThreadInfo(GetCurrentThreadId(), &info)) start = info.hwndActive;
-  }
-  const HWND frame = climbToFrame(start);
+HWND GetHostMainWindow() noexcept {
+  const HWND frame = climbToFrame(GetActiveWindow());
   return frame ? frame : frameOfThread();
 }
 
-void SetHostProgID(std::wstring_view hostVersion) {
-  hostProgID() = text::join({L"FrontPage.Explorer.", hostVersion});
+void SetHostProgID(std::wstring_view hostVersion) noexcept {
+  handle(L"SetHostProgID", [&] {
+    hostProgID() = text::join({L"FrontPage.Explorer.", hostVersion});
+  });
 }
 
-void BringHostToTop() {
+void BringHostToTop() noexcept {
   handle(L"BringHostToTop", [] {
     if (const host::Dispatch host = runningHost()) host.call(L"vtiBringToTop");
   });
 }
 
-void ShowHelp(std::wstring_view topic, std::wstring_view commandLine, HWND owner) {
+void ShowHelp(std::wstring_view topic, std::wstring_view commandLine, HWND owner) noexcept {
   handle(L"ShowHelp", [&] {
     static const std::wstring folder = commonPath();
     std::wstring line = quoted(text::join({module::folder(), helpFolder, L"\\"}));
@@ -223,7 +221,7 @@ void ShowHelp(std::wstring_view topic, std::wstring_view commandLine, HWND owner
   });
 }
 
-void ShowQuickHelp(std::wstring_view first, std::wstring_view second, HWND owner) {
+void ShowQuickHelp(std::wstring_view first, std::wstring_view second, HWND owner) noexcept {
   handle(L"ShowQuickHelp", [&] {
     static const std::wstring folder = commonPath();
     launch(folder + L"KorvelQuickHelp.exe", text::join({quoted(first), L" ", quoted(second)}),

@@ -243,7 +243,7 @@ STDMETHODIMP AutomationObject::Invoke(DISPID id, REFIID iid, LCID, WORD flags,
   } catch (const Refusal& refusal) {
     return refused(refusal, exception);
   } catch (const Error& error) {
-    return refused({error.number(), error.description()}, exception);
+    return refused({error.number(), std::wstring(error.description())}, exception);
   } catch (const std::bad_alloc&) {
     return E_OUTOFMEMORY;
   } catch (...) {

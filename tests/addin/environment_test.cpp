@@ -310,6 +310,16 @@ TEST_CASE("a machine setting is a string of the program's own machine key") {
   CHECK(GetMachineSetting(L"missing") == L"");
 }
 
+TEST_CASE("an error while a machine setting is read leaves it empty and is reported by the log") {
+  ScratchRegistry registry;
+  LogOn log;
+  DebugOutput output;
+  ImportPatch patch(nullptr, "advapi32.dll", "RegOpenKeyA", outOfMemory);
+  CHECK(GetMachineSetting(L"DWTOnline") == L"");
+  CHECK(output.messages() ==
+        Lines{L"Error 7 (Out of memory) in procedure GetMachineSetting of Module modCommon"});
+}
+
 TEST_CASE("the shared folder is the registered one and ends in a backslash") {
   ScratchRegistry registry;
   registry.setString(HKEY_LOCAL_MACHINE, korvel, L"CommonPath", L"C:\\Korvel");
@@ -340,10 +350,8 @@ class TestWindow {
     WNDCLASSW frame = {};
     frame.lpfnWndProc = framePrototype;
     frame.hInstance = GetModuleHandleW(nullptr);
-    for (const auto* name : {L"FrontPageExplorerWindow40", L"frontpageexplorerwindow40"}) {
-      frame.lpszClassName = name;
-      RegisterClassW(&frame);
-    }
+    frame.lpszClassName = L"FrontPageExplorerWindow40";
+    RegisterClassW(&frame);
     window_ = CreateWindowW(className, L"test", style, 10, 10, 300, 200, parent, nullptr,
                             frame.hInstance, nullptr);
   }

@@ -2,8 +2,10 @@
 
 #include <windows.h>
 
+#include <memory>
 #include <new>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 #include "tests/support/text_output.h"
@@ -107,6 +109,14 @@ TEST_CASE("an error keeps a description and a source of its own") {
   CHECK(error.number() == 440);
   CHECK(error.description() == L"The host says no.");
   CHECK(error.source() == L"frmCopyToWeb");
+}
+
+TEST_CASE("copying an error or meeting one without a text of its own takes no memory") {
+  static_assert(std::is_nothrow_copy_constructible_v<Error>);
+  static_assert(std::is_nothrow_constructible_v<Error, long>);
+  const auto met = std::make_unique<Error>(440, L"The host says no.");
+  const Error copy = *met;
+  CHECK(copy.description().data() == met->description().data());
 }
 
 TEST_CASE("a cancelled operation is error 512") {
