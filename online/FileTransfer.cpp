@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "common/NoSystemBoxes.h"
 #include "common/log.h"
 #include "common/paths.h"
 #include "common/text.h"
@@ -17,6 +18,7 @@ constexpr DWORD readSize = 255;
 
 // A read-only medium refuses to open a file as a folder without permission does.
 handles::File openForWriting(const std::wstring& path) {
+  const NoSystemBoxes quiet;
   handles::File file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
                                  CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
   if (file) return file;
@@ -26,9 +28,15 @@ handles::File openForWriting(const std::wstring& path) {
 }
 
 void write(const handles::File& file, const char* bytes, DWORD count) {
+  const NoSystemBoxes quiet;
   DWORD written = 0;
   if (!WriteFile(file.get(), bytes, count, &written, nullptr)) throw errors::fromLastError();
   if (written != count) throw Error(errors::diskFull);
+}
+
+bool deleteFile(const std::wstring& path) {
+  const NoSystemBoxes quiet;
+  return DeleteFileW(path.c_str()) != FALSE;
 }
 
 }  // namespace
@@ -100,7 +108,7 @@ bool FileTransfer::mayWrite(const std::wstring& path) {
       view_.ask(L"The specified file already exists. Do you wish to overwrite the existing file?");
   if (overwrite) {
     WriteLog(L"Destination file is to be overwritten...");
-    DeleteFileW(path.c_str());
+    deleteFile(path);
   } else {
     WriteLog(L"Destination file is not to be overwritten...");
   }
@@ -151,7 +159,7 @@ void FileTransfer::DeleteRelatedFiles(const Place& place) noexcept {
   try {
     WriteLog(L"Entering DeleteRelatedFiles()");
     const std::wstring& address = table_.address(place.column, place.kind);
-    if (!address.empty() && !DeleteFileW(stagingFile(stagingFolder_, address).c_str()))
+    if (!address.empty() && !deleteFile(stagingFile(stagingFolder_, address)))
       throw errors::fromLastError();
     WriteLog(L"Exiting DeleteRelatedFiles()");
   } catch (...) {

@@ -1,5 +1,6 @@
 #include "online/UnzipFiles.h"
 
+#include "common/NoSystemBoxes.h"
 #include "common/errors.h"
 #include "common/letter_case.h"
 #include "common/log.h"
@@ -18,6 +19,12 @@ constexpr wchar_t notAnArchiveText[] =
     L"Cannot unzip file: \" %s \".\r\nIt does not appear to be a valid archive. If you downloaded "
     L"this file, try downloading the file again.";
 
+// So that the next download starts clean.
+void deleteArchive(const std::wstring& path) {
+  const NoSystemBoxes quiet;
+  DeleteFileW(path.c_str());
+}
+
 void showResult(long result, const std::wstring& archivePath, const std::wstring& extractDir,
                 HWND owner) {
   switch (result) {
@@ -27,8 +34,7 @@ void showResult(long result, const std::wstring& archivePath, const std::wstring
     case unzip::notAnArchive:
       showMessage(owner, text::replaceIgnoringCase(notAnArchiveText, L"%s", archivePath),
                   MB_ICONHAND);
-      // So that the next download starts clean.
-      DeleteFileW(archivePath.c_str());
+      deleteArchive(archivePath);
       break;
     default:
       break;

@@ -5,6 +5,7 @@
 #include <ctime>
 #include <string>
 
+#include "common/NoSystemBoxes.h"
 #include "common/errors.h"
 #include "common/module.h"
 #include "common/text.h"
@@ -52,6 +53,7 @@ class RuntimeState {
 }  // namespace
 
 Library::Library() {
+  const NoSystemBoxes quiet;
   // What the library itself imports is looked for beside it first.
   module_.reset(LoadLibraryExW(libraryPath().c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
   if (!module_) throw unusable(L"could not be loaded.");

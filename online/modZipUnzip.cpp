@@ -4,6 +4,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "common/NoSystemBoxes.h"
 #include "common/ansi.h"
 #include "common/errors.h"
 #include "common/message.h"
@@ -272,6 +273,7 @@ int run(const unzip::Library& library, const Options& options, const LibraryPath
 // A name that the code page cannot hold is given by its short form, where there is one.
 std::wstring ansiPath(const std::wstring& path) {
   if (text::fitsAnsi(path)) return path;
+  const NoSystemBoxes quiet;
   wchar_t shortPath[MAX_PATH];
   const DWORD length = GetShortPathNameW(path.c_str(), shortPath, MAX_PATH);
   return length > 0 && length < MAX_PATH ? std::wstring(shortPath, length) : path;
@@ -305,12 +307,14 @@ Error refusal(const Options& options, long number, const std::wstring& why) {
 }
 
 double fileSize(const std::wstring& path) {
+  const NoSystemBoxes quiet;
   WIN32_FILE_ATTRIBUTE_DATA data = {};
   if (!GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data)) return 0;
   return data.nFileSizeHigh * 4294967296.0 + data.nFileSizeLow;
 }
 
 void checkSize(const Options& options, double unpackedSize) {
+  const NoSystemBoxes quiet;
   if (archive::isBomb(unpackedSize, fileSize(options.ZipFileName)))
     throw refusal(options, errors::diskFull,
                   text::join({L"It claims to hold ", online::byteSizeText(unpackedSize),
@@ -345,6 +349,7 @@ int checkDirectory(const unzip::Library& library, const Options& options, const 
 }
 
 bool canMakeFileIn(const std::wstring& folder) {
+  const NoSystemBoxes quiet;
   wchar_t name[MAX_PATH];
   if (!GetTempFileNameW(folder.c_str(), L"qui", 0, name)) return false;
   DeleteFileW(name);
