@@ -419,30 +419,6 @@ TEST_CASE("when the last template went the buttons that need one are off") {
   });
 }
 
-TEST_CASE("a scan that is cancelled after the folder dialog is no error and the window stays") {
-  BrowserWindow browser;
-  browser.addTemplate(L"a");
-  browser.addTemplate(L"b");
-  browser.driver.onDialog(L"Manage Dynamic Web Template Folders", [&](HWND dialog) {
-    PostMessageW(browser.dialog, WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED),
-                 reinterpret_cast<LPARAM>(browser.control(IDCANCEL)));
-    press(dialog, IDOK);
-  });
-  browser.show([&] {
-    press(browser.dialog, IDC_QUILLET_SELECT);
-    CHECK(IsWindowVisible(browser.dialog));
-    CHECK(browser.rows().size() < 2);
-    CHECK(browser.enabled(IDC_QUILLET_SELECT));
-    for (const int id : {IDOK, IDC_QUILLET_DESTFOLDER, IDC_QUILLET_INSTRUCTIONS})
-      CHECK(browser.enabled(id) == !browser.rows().empty());
-  });
-  for (const std::wstring& line : browser.log.messages()) {
-    CAPTURE(line);
-    CHECK(line.find(L"Error") == line.npos);
-  }
-  CHECK(browser.driver.boxes().empty());
-}
-
 TEST_CASE("an error behind a button is logged under its name and the window stays") {
   BrowserWindow browser;
   browser.addTemplate(L"home");

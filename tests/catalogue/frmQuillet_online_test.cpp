@@ -40,29 +40,6 @@ class BrowserOfCatalogue : public BrowserWindow {
   HWND catalogue = nullptr;
 };
 
-// Stops a scan as soon as it has begun: the button that could start another is then switched off.
-class CancelAtScan {
- public:
-  explicit CancelAtScan(HWND dialog) : button_(GetDlgItem(dialog, IDC_QUILLET_SELECT)) {
-    former_ = reinterpret_cast<WNDPROC>(
-        SetWindowLongPtrW(button_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
-  }
-  ~CancelAtScan() { SetWindowLongPtrW(button_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(former_)); }
-  CancelAtScan(const CancelAtScan&) = delete;
-  CancelAtScan& operator=(const CancelAtScan&) = delete;
-
- private:
-  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_ENABLE && !wParam)
-      PostMessageW(GetParent(window), WM_COMMAND, IDCANCEL,
-                   reinterpret_cast<LPARAM>(GetDlgItem(GetParent(window), IDCANCEL)));
-    return CallWindowProcW(former_, window, message, wParam, lParam);
-  }
-
-  HWND button_;
-  static inline WNDPROC former_ = nullptr;
-};
-
 std::string archiveOf(int templates) {
   ZipMaker zip;
   for (int i = 1; i <= templates; ++i) {
@@ -118,15 +95,24 @@ TEST_CASE("an online catalogue that was left without a download changes nothing 
   });
 }
 
-TEST_CASE("a cancelled reading of the download folder is no error") {
+TEST_CASE("a cancelled reading of the download folder is no error and keeps what was listed") {
   const HttpServer server({{"/d.zip", HttpServer::ok(archiveOf(3))}});
   BrowserOfCatalogue browser;
+  const std::wstring title(80, L'w');
+  browser.downloads.writeFile(L"earlier\\earlier.dwt", "<html></html>");
+  browser.downloads.writeFile(L"earlier\\quillet.ini",
+                              "[earlier]\r\nTitle=" + std::string(80, 'w') + "\r\n");
   browser.show([&] {
-    const CancelAtScan cancel(browser.dialog);
+    const CancelAtRow cancel(browser.dialog);
     browser.openCatalogue([&] { browser.follow(server); });
-    CHECK(browser.rows().size() < 4);
+    CHECK(browser.rows() == Lines{L"home", title});
+    CHECK(browser.columnFits(title));
+    CHECK(browser.selectedRow() == 0);
+    CHECK(browser.text(IDC_QUILLET_TITLE) == L"Preview : home     [HTML Preview]");
     CHECK(IsWindowVisible(browser.dialog));
-    CHECK(browser.enabled(IDOK));
+    for (const int button : {IDOK, IDC_QUILLET_DESTFOLDER, IDC_QUILLET_INSTRUCTIONS,
+                             IDC_QUILLET_NOTES, IDC_QUILLET_SELECT, IDC_QUILLET_ONLINE})
+      CHECK(browser.enabled(button));
   });
   for (const std::wstring& line : browser.log.messages())
     CHECK_MESSAGE(line.find(L"Error : 512") == std::wstring::npos, line);

@@ -39,6 +39,29 @@ inline Lines listTexts(HWND list) {
   return texts;
 }
 
+// Presses Cancel as soon as the first row has come into the browser's list.
+class CancelAtRow {
+ public:
+  explicit CancelAtRow(HWND dialog) : list_(GetDlgItem(dialog, IDC_QUILLET_LIST)) {
+    former_ = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(list_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
+  }
+  ~CancelAtRow() { SetWindowLongPtrW(list_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(former_)); }
+  CancelAtRow(const CancelAtRow&) = delete;
+  CancelAtRow& operator=(const CancelAtRow&) = delete;
+
+ private:
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == LVM_INSERTITEMW)
+      PostMessageW(GetParent(window), WM_COMMAND, IDCANCEL,
+                   reinterpret_cast<LPARAM>(GetDlgItem(GetParent(window), IDCANCEL)));
+    return CallWindowProcW(former_, window, message, wParam, lParam);
+  }
+
+  HWND list_;
+  static inline WNDPROC former_ = nullptr;
+};
+
 class BrowserWindow {
  public:
   explicit BrowserWindow(const standin::HostOptions& options = {})
@@ -111,6 +134,15 @@ class BrowserWindow {
     return {};
   }
   Lines rows() const { return listTexts(control(IDC_QUILLET_LIST)); }
+  int columnWidth() const { return ListView_GetColumnWidth(control(IDC_QUILLET_LIST), 0); }
+  // The column shows this text whole.
+  bool columnFits(const std::wstring& text) const {
+    return columnWidth() > SendMessageW(control(IDC_QUILLET_LIST), LVM_GETSTRINGWIDTHW, 0,
+                                        reinterpret_cast<LPARAM>(text.c_str()));
+  }
+  int selectedRow() const {
+    return ListView_GetNextItem(control(IDC_QUILLET_LIST), -1, LVNI_SELECTED);
+  }
   void selectRow(int row) const {
     ListView_SetItemState(control(IDC_QUILLET_LIST), row, LVIS_SELECTED | LVIS_FOCUSED,
                           LVIS_SELECTED | LVIS_FOCUSED);
@@ -119,6 +151,12 @@ class BrowserWindow {
     SendMessageW(control(IDC_QUILLET_ZOOM), CB_SETCURSEL, static_cast<WPARAM>(item), 0);
     SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(IDC_QUILLET_ZOOM, CBN_SELCHANGE),
                  reinterpret_cast<LPARAM>(control(IDC_QUILLET_ZOOM)));
+  }
+
+  // The list of sizes is off while there is no picture: its event comes nevertheless.
+  void chooseZoomAllTheSame(int item) const {
+    EnableWindow(control(IDC_QUILLET_ZOOM), TRUE);
+    chooseZoom(item);
   }
 
   ScratchRegistry registry;

@@ -6,6 +6,8 @@ namespace {
 
 const std::wstring errorBody = L"<h3><font face=arial color=red>Error in preview</font></h3>";
 
+constexpr wchar_t zoomError[] = L"ERROR in procedure cboZoom_Click";
+
 bool isBlue(COLORREF colour) { return GetBValue(colour) > 200 && GetRValue(colour) < 60; }
 bool isRed(COLORREF colour) { return GetRValue(colour) > 200 && GetBValue(colour) < 60; }
 
@@ -159,35 +161,6 @@ TEST_CASE("without the web browser component the browser says so and ends") {
   CHECK(browser.driver.dialogs().empty());
   CHECK_FALSE(browser.log.has(L"Reading DWT folders list..."));
   CHECK(browser.log.has(L"Quillet unloaded successfully."));
-}
-
-TEST_CASE("a scan that is cancelled says so and leaves the window open with what was listed") {
-  BrowserWindow browser;
-  browser.addTemplate(L"a");
-  browser.addTemplate(L"b");
-  browser.addTemplate(L"c");
-  Lines listed;
-  bool usable = false;
-  bool closed = false;
-  browser.showAtOnce([&] {
-    press(browser.dialog, IDCANCEL);
-    CHECK(IsWindowVisible(browser.dialog));
-    browser.whenListed([&] {
-      listed = browser.rows();
-      usable = browser.enabled(IDOK) == !listed.empty();
-      press(browser.dialog, IDCANCEL);
-      closed = !IsWindowVisible(browser.dialog);
-    });
-  });
-  REQUIRE(browser.driver.boxes().size() == 1);
-  const ShownBox& box = browser.driver.boxes()[0];
-  CHECK(box.text == L"Operation Cancelled.");
-  CHECK(box.title == L"Dynamic Web Template Browser");
-  CHECK(box.icon == MB_ICONASTERISK);
-  CHECK(box.buttons == Lines{L"OK"});
-  CHECK(listed.size() < 3);
-  CHECK(usable);
-  CHECK(closed);
 }
 
 TEST_CASE("a host that ends during the scan is not held up by a message") {
@@ -354,10 +327,27 @@ TEST_CASE("without templates the preview is blank and there is nothing to copy")
     for (const int id :
          {IDC_QUILLET_SELECT, IDC_QUILLET_ONLINE, IDC_QUILLET_HELP, IDC_QUILLET_ABOUT, IDCANCEL})
       CHECK(browser.enabled(id));
-    browser.chooseZoom(0);
+    CHECK_FALSE(browser.enabled(IDC_QUILLET_ZOOM));
+    browser.chooseZoomAllTheSame(0);
     CHECK(isSize(blueExtent(browser.control(IDC_QUILLET_PICTURE)), 0, 0));
   });
+  CHECK_FALSE(browser.log.hasLineWith(zoomError));
   CHECK(browser.driver.boxes().empty());
+}
+
+TEST_CASE("the zoom does not act on a page") {
+  BrowserWindow browser;
+  const std::wstring file = browser.addTemplate(L"home");
+  browser.show([&] {
+    CHECK_FALSE(browser.enabled(IDC_QUILLET_ZOOM));
+    browser.page.clear();
+    browser.chooseZoomAllTheSame(0);
+    CHECK(browser.page.navigations().empty());
+    CHECK(browser.visible(IDC_QUILLET_PAGE));
+    CHECK_FALSE(browser.visible(IDC_QUILLET_PICTURE));
+    CHECK(isSize(blueExtent(browser.control(IDC_QUILLET_PICTURE)), 0, 0));
+  });
+  CHECK_FALSE(browser.log.hasLineWith(zoomError));
 }
 
 TEST_CASE("nothing of a shown picture is left when the list becomes empty") {
@@ -385,10 +375,10 @@ TEST_CASE("nothing of a shown picture is left when the list becomes empty") {
     CHECK(browser.text(IDC_QUILLET_TITLE) == L"Preview : ");
     CHECK(browser.page.navigations() == Lines{L"about:blank"});
     CHECK_FALSE(browser.enabled(IDC_QUILLET_ZOOM));
-    browser.chooseZoom(0);
+    browser.chooseZoomAllTheSame(0);
     CHECK(isSize(blueExtent(picture), 0, 0));
   });
-  CHECK_FALSE(browser.log.has(L"cboZoom_Click"));
+  CHECK_FALSE(browser.log.hasLineWith(zoomError));
 }
 
 TEST_CASE("the folder of a template can be wrapped after each backslash") {

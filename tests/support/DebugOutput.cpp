@@ -47,3 +47,8 @@ bool DebugOutput::has(const std::wstring& message) const {
     return start != line.npos && line.substr(start) == message;
   });
 }
+
+bool DebugOutput::hasLineWith(const std::wstring& part) const {
+  return std::any_of(lines_.begin(), lines_.end(),
+                     [&](const std::wstring& line) { return line.find(part) != line.npos; });
+}

@@ -15,6 +15,8 @@ class DebugOutput {
   // The same without the time ("hh:mm:ss") and the blank behind it; further blanks are indentation.
   std::vector<std::wstring> messages() const;
   bool has(const std::wstring& message) const;
+  // Any line that holds this text.
+  bool hasLineWith(const std::wstring& part) const;
   void clear() { lines_.clear(); }
 
  private:
