@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "common/letter_case.h"
+#include "common/text.h"
 
 namespace forms {
 namespace {
@@ -141,26 +142,20 @@ void ListView::setImages(HIMAGELIST images) noexcept {
 
 LRESULT ListView::onNotify(NMHDR& header) {
   switch (header.code) {
-    case LVN_ITEMCHANGED: {
-      const auto& change = reinterpret_cast<const NMLISTVIEW&>(header);
-      const bool chosen = (change.uChanged & LVIF_STATE) && (change.uNewState & LVIS_SELECTED) &&
-                          !(change.uOldState & LVIS_SELECTED);
-      if (chosen && quiet_ == 0 && onItemClick) onItemClick();
+    case LVN_ITEMCHANGED:
+      onItemChanged(reinterpret_cast<const NMLISTVIEW&>(header));
       return 0;
-    }
+    case LVN_BEGINDRAG:
+      pressTold_ = false;  // no click will follow
+      return 0;
     case LVN_COLUMNCLICK:
       sortBy(sorted_ && !descending_);
       return 0;
-    case LVN_GETINFOTIPW: {
-      auto& tip = reinterpret_cast<NMLVGETINFOTIPW&>(header);
-      const std::wstring& text = row(tip.iItem).toolTip;
-      if (!text.empty()) lstrcpynW(tip.pszText, text.c_str(), tip.cchTextMax);
+    case LVN_GETINFOTIPW:
+      addTip(reinterpret_cast<NMLVGETINFOTIPW&>(header));
       return 0;
-    }
     case NM_CLICK:
-      // A click beside the rows leaves the selection where it was.
-      if (reinterpret_cast<const NMITEMACTIVATE&>(header).iItem < 0 && selected() >= 0)
-        select(selected());
+      onClick(reinterpret_cast<const NMITEMACTIVATE&>(header).iItem);
       return 0;
     case NM_DBLCLK:
       if (reinterpret_cast<const NMITEMACTIVATE&>(header).iItem >= 0 && onDoubleClick)
@@ -169,6 +164,33 @@ LRESULT ListView::onNotify(NMHDR& header) {
     default:
       return 0;
   }
+}
+
+void ListView::onItemChanged(const NMLISTVIEW& change) {
+  const bool chosen = (change.uChanged & LVIF_STATE) && (change.uNewState & LVIS_SELECTED) &&
+                      !(change.uOldState & LVIS_SELECTED);
+  if (!chosen || quiet_ > 0) return;
+  pressTold_ = GetKeyState(VK_LBUTTON) < 0;
+  if (onItemClick) onItemClick();
+}
+
+void ListView::onClick(int index) {
+  const bool told = std::exchange(pressTold_, false);
+  if (index >= 0) {
+    if (!told && onItemClick) onItemClick();
+  } else if (selected() >= 0) {
+    // A click beside the rows leaves the selection where it was.
+    select(selected());
+  }
+}
+
+// The list has begun the tip with a label that is cut off, and leaves it empty otherwise.
+void ListView::addTip(NMLVGETINFOTIPW& tip) const {
+  const std::wstring& added = row(tip.iItem).toolTip;
+  if (added.empty()) return;
+  const bool begun = tip.dwFlags == 0 && tip.pszText[0];
+  const std::wstring whole = begun ? text::join({tip.pszText, L"\r\n", added}) : added;
+  lstrcpynW(tip.pszText, whole.c_str(), tip.cchTextMax);
 }
 
 void ListView::sortBy(bool descending) {

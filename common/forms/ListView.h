@@ -40,12 +40,16 @@ class ListView : public Control {
   void autoSizeColumn() noexcept;
   void setImages(HIMAGELIST images) noexcept;  // borrowed
 
-  std::function<void()> onItemClick;  // the user selected a row, by mouse or keyboard
+  // The user selected a row, by mouse or keyboard, or clicked on the selected one again.
+  std::function<void()> onItemClick;
   std::function<void()> onDoubleClick;
 
  private:
   void onAttached() override;
   LRESULT onNotify(NMHDR& header) override;
+  void onItemChanged(const NMLISTVIEW& change);
+  void onClick(int index);
+  void addTip(NMLVGETINFOTIPW& tip) const;
   void sortBy(bool descending);
   int placeOf(const ListRow& added) const;
 
@@ -53,6 +57,7 @@ class ListView : public Control {
   std::vector<std::unique_ptr<ListRow>> rows_;  // owned; the control refers to them
   text::NameSet keys_;
   int quiet_ = 0;
+  bool pressTold_ = false;  // by the selection that this press of the mouse button has made
   bool sorted_ = false;
   bool descending_ = false;
 };

@@ -47,6 +47,48 @@ class ListForm : public forms::Form {
     return column.fmt & (HDF_SORTUP | HDF_SORTDOWN);
   }
 
+  // As the user clicks on a row with the mouse. The thread's own record of the button goes along,
+  // as it does with real input.
+  void clickRow(int index) const {
+    RECT row;
+    ListView_GetItemRect(list.hwnd(), index, &row, LVIR_LABEL);
+    const LPARAM place = MAKELPARAM(row.left + 4, (row.top + row.bottom) / 2);
+    setMouseButton(true);
+    PostMessageW(list.hwnd(), WM_LBUTTONUP, 0, place);
+    SendMessageW(list.hwnd(), WM_LBUTTONDOWN, MK_LBUTTON, place);
+    setMouseButton(false);
+    forms::yieldToMessages();
+  }
+  // Presses the mouse on a row and is told that it drags.
+  void startDrag(int index) const {
+    setMouseButton(true);
+    ListView_SetItemState(list.hwnd(), index, LVIS_SELECTED, LVIS_SELECTED);
+    NMLISTVIEW drag = {};
+    drag.hdr = {list.hwnd(), IDC_QUILLET_LIST, static_cast<UINT>(LVN_BEGINDRAG)};
+    drag.iItem = index;
+    SendMessageW(hwnd(), WM_NOTIFY, IDC_QUILLET_LIST, reinterpret_cast<LPARAM>(&drag));
+    setMouseButton(false);
+  }
+  void pressKey(WPARAM key) const {
+    SendMessageW(list.hwnd(), WM_KEYDOWN, key, 1);
+    SendMessageW(list.hwnd(), WM_KEYUP, key, 1);
+  }
+
+  // What the list adds to a tip that has room for `size` characters and begins with `shown`.
+  std::wstring tipOf(int index, const std::wstring& shown, DWORD flags, int size = 400) const {
+    std::vector<wchar_t> buffer(static_cast<std::size_t>(size) + 1, L'#');
+    lstrcpyW(buffer.data(), shown.c_str());
+    NMLVGETINFOTIPW tip = {};
+    tip.hdr = {list.hwnd(), IDC_QUILLET_LIST, static_cast<UINT>(LVN_GETINFOTIPW)};
+    tip.dwFlags = flags;
+    tip.pszText = buffer.data();
+    tip.cchTextMax = size;
+    tip.iItem = index;
+    SendMessageW(hwnd(), WM_NOTIFY, IDC_QUILLET_LIST, reinterpret_cast<LPARAM>(&tip));
+    CHECK(buffer.back() == L'#');
+    return buffer.data();
+  }
+
   void type(wchar_t character) const { SendMessageW(list.hwnd(), WM_CHAR, character, 1); }
 
   forms::ListView list;
@@ -54,6 +96,13 @@ class ListForm : public forms::Form {
   forms::WebBrowser page;
 
  private:
+  static void setMouseButton(bool down) {
+    BYTE keys[256];
+    GetKeyboardState(keys);
+    keys[VK_LBUTTON] = down ? 0x80 : 0;
+    SetKeyboardState(keys);
+  }
+
   void Form_Load() override {
     for (const auto& text : texts_) add(text);
     list.select(0);
@@ -119,6 +168,72 @@ TEST_CASE("typing the beginning of a row selects it") {
     form.type(L'l');
     CHECK(form.list.row(form.list.selected()).text == L"plum");
     CHECK(clicks > 0);
+  });
+}
+
+TEST_CASE("a click on a row tells it once and a click on the selected row tells it again") {
+  ListForm({L"pear", L"apple", L"fig"}, [](ListForm& form) {
+    Lines told;
+    form.list.onItemClick = [&] { told.push_back(form.list.row(form.list.selected()).text); };
+    form.clickRow(1);
+    CHECK(told == Lines{L"apple"});
+    form.clickRow(1);
+    form.clickRow(1);
+    CHECK(told == Lines{L"apple", L"apple", L"apple"});
+    form.clickRow(2);
+    CHECK(told == Lines{L"apple", L"apple", L"apple", L"fig"});
+  });
+}
+
+TEST_CASE("a click on the row that a key or the program selected tells it") {
+  ListForm({L"pear", L"apple", L"fig"}, [](ListForm& form) {
+    Lines told;
+    form.list.onItemClick = [&] { told.push_back(form.list.row(form.list.selected()).text); };
+    form.clickRow(0);
+    CHECK(told == Lines{L"pear"});
+    form.pressKey(VK_DOWN);
+    CHECK(told == Lines{L"pear", L"apple"});
+    form.clickRow(1);
+    CHECK(told == Lines{L"pear", L"apple", L"apple"});
+    form.list.select(2);
+    CHECK(told.size() == 3);
+    form.clickRow(2);
+    CHECK(told == Lines{L"pear", L"apple", L"apple", L"fig"});
+  });
+}
+
+TEST_CASE("a click on a selected row is told after a press that became a drag") {
+  ListForm({L"pear", L"apple"}, [](ListForm& form) {
+    int told = 0;
+    form.list.onItemClick = [&] { ++told; };
+    form.startDrag(1);
+    CHECK(told == 1);
+    form.clickRow(1);
+    CHECK(told == 2);
+  });
+}
+
+TEST_CASE("the tip of a row is its own text or follows the label that is cut off") {
+  ListForm({}, [](ListForm& form) {
+    form.list.add({L"1", L"A long title", L"", L"C:\\Templates\\home"});
+    CHECK(form.tipOf(0, L"", LVGIT_UNFOLDED) == L"C:\\Templates\\home");
+    CHECK(form.tipOf(0, L"A long title", 0) == L"A long title\r\nC:\\Templates\\home");
+  });
+}
+
+TEST_CASE("a row without a tip leaves the label that is cut off") {
+  ListForm({L"A long title"}, [](ListForm& form) {
+    CHECK(form.tipOf(0, L"", LVGIT_UNFOLDED).empty());
+    CHECK(form.tipOf(0, L"A long title", 0) == L"A long title");
+  });
+}
+
+TEST_CASE("a tip that is longer than its place is cut there") {
+  ListForm({}, [](ListForm& form) {
+    form.list.add({L"1", L"title", L"", L"C:\\Templates"});
+    CHECK(form.tipOf(0, L"", LVGIT_UNFOLDED, 5) == L"C:\\T");
+    CHECK(form.tipOf(0, L"title", 0, 10) == L"title\r\nC:");
+    CHECK(form.tipOf(0, L"title", 0, 6) == L"title");
   });
 }
 
