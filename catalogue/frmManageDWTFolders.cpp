@@ -27,7 +27,9 @@ frmManageDWTFolders::frmManageDWTFolders()
       cmdRemoveAll(*this, IDC_FOLDERS_REMOVEALL),
       cmdOK(*this, IDOK),
       cmdCancel(*this, IDCANCEL) {
-  lvSelectedFolders.onItemClick = [this] { lvSelectedFolders_ItemClick(); };
+  lvSelectedFolders.onItemClick = [this] {
+    handle(L"lvSelectedFolders_ItemClick", [this] { lvSelectedFolders_ItemClick(); });
+  };
   lvSelectedFolders.onDoubleClick = [this] {
     if (cmdEdit.enabled()) cmdEdit_Click();
   };

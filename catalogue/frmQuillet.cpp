@@ -122,7 +122,14 @@ frmQuillet::frmQuillet(HostApplication& host)
 
 frmQuillet::~frmQuillet() = default;
 
-void frmQuillet::ShowQuillet(bool /*openedFromOnline*/, HWND owner) { showModal(owner); }
+void frmQuillet::ShowQuillet(bool /*openedFromOnline*/, HWND owner) {
+  try {
+    showModal(owner);
+  } catch (const Error& error) {
+    if (error.number() != errors::cannotCreateObject) throw;
+    showMessage(owner, componentsMissing, MB_ICONHAND, L"Dynamic Web Template Browser");
+  }
+}
 
 void frmQuillet::connectEvents() {
   lvDWTs.onItemClick = [this] { lvListView_ItemClick(); };
@@ -176,7 +183,6 @@ void frmQuillet::start() {
   keepEdges();
   setUpControls();
   modCommon::InitLog();
-  commonPath_ = modCommon::commonPath();
   RestoreWindowPlacementSetting(hwnd(), module::title, settings::general, settings::placement);
   writeVersions();
   navigate(forms::WebBrowser::blankPage);
@@ -478,9 +484,12 @@ void frmQuillet::cmdSelect_Click() {
   });
 }
 
-void frmQuillet::bringToFront() {
-  modCommon::SetHostProgID(host_.version());
-  modCommon::BringHostToTop();
+// A host that cannot be brought to the front keeps nobody from the folders.
+void frmQuillet::bringToFront() noexcept {
+  handle(L"cmdSelect_Click", [this] {
+    modCommon::SetHostProgID(host_.version());
+    modCommon::BringHostToTop();
+  });
   BringWindowToTop(hwnd());
 }
 

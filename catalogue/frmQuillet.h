@@ -61,7 +61,7 @@ class frmQuillet : public forms::Form, private TemplateScanView {
   void start();
   void startFailed(const Error& error);
   void writeVersions() const;
-  void bringToFront();
+  void bringToFront() noexcept;
 
   void ListTemplates();
   void showList();
@@ -83,7 +83,6 @@ class frmQuillet : public forms::Form, private TemplateScanView {
   void takeDownloads();
 
   HostApplication& host_;
-  std::wstring commonPath_;
   std::wstring destination_;  // empty: not chosen
   bool cancelFlag_ = true;    // cleared, an enumeration stops at its next check
   bool scanning_ = false;

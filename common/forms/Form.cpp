@@ -226,7 +226,7 @@ void Form::showNow() noexcept {
 void Form::unload() noexcept {
   if (unloaded_) return;
   unloaded_ = true;
-  handle(L"Form_Unload", [this] { Form_Unload(); });
+  if (loaded_) handle(L"Form_Unload", [this] { Form_Unload(); });
   // A run that yielded is still on the stack: nobody may start another one before it has returned.
   if (showing().yields == 0) leaveScreen();
   PostMessageW(nullptr, WM_NULL, 0, 0);
@@ -334,6 +334,7 @@ INT_PTR Form::onInitDialog() {
   attachControls();
   addToolTips();
   centreOn(GetWindow(window_, GW_OWNER));
+  loaded_ = true;
   handle(L"Form_Load", [this] { Form_Load(); });
   // The dialog chooses the first control unless the form has put the focus somewhere itself.
   return IsChild(window_, GetFocus()) ? FALSE : TRUE;

@@ -135,6 +135,7 @@ class Form {
   SIZE designedClient_ = {};
   SIZE designedWindow_ = {};
   bool activateDue_ = false;
+  bool loaded_ = false;  // what has not been loaded is not unloaded either
   bool unloaded_ = false;
   std::vector<Control*> controls_;
   std::vector<Anchor> anchors_;

@@ -861,6 +861,24 @@ TEST_CASE("a row that cannot be removed is logged and the dialog stays open") {
   CHECK(session.wasOpen);
 }
 
+TEST_CASE("a row that cannot be read when it is selected is logged and the dialog stays open") {
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\User");
+  listForUser(session.registry, L"D:\\User");
+  session.show([&](HWND dialog, const ShownList& list) {
+    {
+      const SilentRows silent(list.hwnd());
+      list.click(1);
+    }
+    CHECK(IsWindowVisible(dialog));
+    CHECK(
+        session.output.messages() ==
+        Lines{L"ERROR in procedure lvSelectedFolders_ItemClick of Form frmManageDWTFolders. Error "
+              L": 9\tSubscript out of range"});
+  });
+  CHECK(session.wasOpen);
+}
+
 TEST_CASE("a folder list that cannot be read is logged and the dialog opens") {
   FolderDialog session;
   listForMachine(session.registry, L"C:\\T");

@@ -37,13 +37,6 @@ class LaunchesNoted {
   ImportPatch patch_{nullptr, "shell32.dll", "ShellExecuteW", &noteLaunch};
 };
 
-// No window can be made of a dialog resource.
-class NoDialogs {
- private:
-  static HWND WINAPI refuse(HINSTANCE, LPCDLGTEMPLATEW, HWND, DLGPROC, LPARAM) { return nullptr; }
-  ImportPatch patch_{nullptr, "user32.dll", "CreateDialogIndirectParamW", refuse};
-};
-
 // Presses the picker's OK on the initial selection.
 void acceptPicker(BrowserWindow& browser) {
   browser.driver.onDialog(pickerCaption, [](HWND dialog) { press(dialog, IDOK); });

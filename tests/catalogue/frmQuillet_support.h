@@ -15,6 +15,7 @@
 #include "tests/catalogue/catalogue_support.h"
 #include "tests/support/DebugOutput.h"
 #include "tests/support/FakeWebBrowser.h"
+#include "tests/support/ImportPatch.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/ScratchRegistry.h"
@@ -38,6 +39,13 @@ inline Lines listTexts(HWND list) {
   }
   return texts;
 }
+
+// No window can be made of a dialog resource.
+class NoDialogs {
+ private:
+  static HWND WINAPI refuse(HINSTANCE, LPCDLGTEMPLATEW, HWND, DLGPROC, LPARAM) { return nullptr; }
+  ImportPatch patch_{nullptr, "user32.dll", "CreateDialogIndirectParamW", refuse};
+};
 
 // Presses Cancel as soon as the first row has come into the browser's list.
 class CancelAtRow {
