@@ -107,7 +107,7 @@ TEST_CASE("a session is closed only after the files that were opened through it"
   DownloadRun run(download.request, download.view);
   // As the Cancel button does it, in the middle of the second read.
   download.view.cancelWhen = [&] {
-    if (download.view.currentSizes.size() < 1) return false;
+    if (download.view.currentSizes.empty()) return false;
     run.unload();
     return true;
   };

@@ -27,6 +27,12 @@ LoopbackServer::LoopbackServer() {
   listener_ = loopback::listen(port_);
 }
 
+LoopbackServer::~LoopbackServer() {
+  CloseHandle(stop_);
+  closesocket(listener_);
+  DeleteCriticalSection(&lock_);
+}
+
 void LoopbackServer::start() {
   thread_ = CreateThread(nullptr, 0, threadProcedure, this, 0, nullptr);
 }
@@ -35,9 +41,6 @@ void LoopbackServer::stop() {
   SetEvent(stop_);
   WaitForSingleObject(thread_, threadLimit);
   CloseHandle(thread_);
-  CloseHandle(stop_);
-  closesocket(listener_);
-  DeleteCriticalSection(&lock_);
 }
 
 bool LoopbackServer::readable(SOCKET socket) const {

@@ -18,7 +18,7 @@ class LoopbackServer {
 
  protected:
   LoopbackServer();
-  virtual ~LoopbackServer() = default;
+  virtual ~LoopbackServer();
 
   // To be called by the constructor and the destructor of the last class.
   void start();

@@ -26,27 +26,23 @@ std::wstring wide(const std::string& text) { return {text.begin(), text.end()}; 
 
 }  // namespace
 
-RealServers::RealServers() {
-  unsigned short port = 0;
-  const SOCKET listener = loopback::listen(port);
-  start(port);
-  if (loopback::readable(listener, startLimit)) connection_ = accept(listener, nullptr, nullptr);
-  closesocket(listener);
+RealServers::RealServers() : listener_(loopback::listen(port_)) {
+  start();
+  if (loopback::readable(listener_.get(), startLimit))
+    connection_ = Socket(accept(listener_.get(), nullptr, nullptr));
   readPorts();
 }
-
-RealServers::~RealServers() { closesocket(connection_); }
 
 std::wstring RealServers::url(const std::wstring& path) const {
   return L"http://127.0.0.1:" + std::to_wstring(httpPort_) + path;
 }
 
 // Wine starts a program of the system around it as it starts one of its own.
-void RealServers::start(unsigned short port) const {
+void RealServers::start() const {
   std::wstring program = L"\\\\?\\unix" QUILLET_PYTHON;
   for (wchar_t& letter : program)
     if (letter == L'/') letter = L'\\';
-  std::wstring command = L"python3 \"" QUILLET_REAL_SERVERS L"\" " + std::to_wstring(port) +
+  std::wstring command = L"python3 \"" QUILLET_REAL_SERVERS L"\" " + std::to_wstring(port_) +
                          L" \"" + wide(outsidePath(folder_.path())) + L"\"";
   STARTUPINFOW startup = {};
   startup.cb = sizeof startup;
@@ -61,8 +57,8 @@ void RealServers::start(unsigned short port) const {
 void RealServers::readPorts() {
   char line[32] = {};
   for (int length = 0; length < 31 && !std::strchr(line, '\n');) {
-    const int count = loopback::readable(connection_, startLimit)
-                          ? recv(connection_, line + length, 31 - length, 0)
+    const int count = loopback::readable(connection_.get(), startLimit)
+                          ? recv(connection_.get(), line + length, 31 - length, 0)
                           : 0;
     if (count <= 0) throw std::runtime_error("the real servers did not start");
     length += count;

@@ -6,13 +6,13 @@
 
 #include <string>
 
+#include "common/handles.h"
 #include "tests/support/ScratchFolder.h"
 
 class RealServers {
  public:
   // Throws std::runtime_error when they cannot be started.
   RealServers();
-  ~RealServers();
   RealServers(const RealServers&) = delete;
   RealServers& operator=(const RealServers&) = delete;
 
@@ -25,11 +25,20 @@ class RealServers {
   unsigned short ftpPort() const noexcept { return ftpPort_; }
 
  private:
-  void start(unsigned short port) const;
+  struct SocketTraits {
+    using type = SOCKET;
+    static type none() noexcept { return INVALID_SOCKET; }
+    static void close(type handle) noexcept { closesocket(handle); }
+  };
+  using Socket = handles::Unique<SocketTraits>;
+
+  void start() const;
   void readPorts();
 
   ScratchFolder folder_;
-  SOCKET connection_ = INVALID_SOCKET;
+  unsigned short port_ = 0;
+  Socket listener_;
+  Socket connection_;
   unsigned short httpPort_ = 0;
   unsigned short ftpPort_ = 0;
 };

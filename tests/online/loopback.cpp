@@ -22,8 +22,10 @@ SOCKET loopback::listen(unsigned short& port) {
   int length = sizeof address;
   if (bind(listener, reinterpret_cast<sockaddr*>(&address), length) != 0 ||
       ::listen(listener, 5) != 0 ||
-      getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length) != 0)
+      getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length) != 0) {
+    closesocket(listener);
     throw std::runtime_error("no loopback socket");
+  }
   port = ntohs(address.sin_port);
   return listener;
 }
