@@ -8,7 +8,9 @@
 #include "common/ansi.h"
 #include "common/errors.h"
 #include "common/message.h"
+#include "common/paths.h"
 #include "common/text.h"
+#include "online/ArchiveFile.h"
 #include "online/ArchiveNames.h"
 #include "online/ByteSize.h"
 #include "online/UnzipLibrary.h"
@@ -296,6 +298,14 @@ std::string archivePath(const std::wstring& path) {
   return text::toAnsi(asPattern(ansi));
 }
 
+// A file that is no archive makes the library look for another one, with ".zip" behind the whole
+// name; and a pattern that matches no archive is a success to it.
+bool isMistaken(const std::wstring& path) {
+  const bool doubtful =
+      path.find(L'[') != path.npos || modCommon::fileExists(text::join({path, L".zip"}));
+  return doubtful && !archive::hasDirectory(path);
+}
+
 bool writesFiles(const Options& options) {
   return !options.WriteToStdOut && !options.TestZip && options.ExtractList == 0 &&
          !options.DisplayComment && !options.Verbose;
@@ -306,16 +316,9 @@ Error refusal(const Options& options, long number, const std::wstring& why) {
           text::join({L"The archive \" ", options.ZipFileName, L" \" was not unpacked. ", why})};
 }
 
-double fileSize(const std::wstring& path) {
-  const NoSystemBoxes quiet;
-  WIN32_FILE_ATTRIBUTE_DATA data = {};
-  if (!GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data)) return 0;
-  return data.nFileSizeHigh * 4294967296.0 + data.nFileSizeLow;
-}
-
 void checkSize(const Options& options, double unpackedSize) {
   const NoSystemBoxes quiet;
-  if (archive::isBomb(unpackedSize, fileSize(options.ZipFileName)))
+  if (archive::isBomb(unpackedSize, archive::fileSize(options.ZipFileName)))
     throw refusal(options, errors::diskFull,
                   text::join({L"It claims to hold ", online::byteSizeText(unpackedSize),
                               L", which is out of all proportion to its own size."}));
@@ -361,6 +364,7 @@ bool canMakeFileIn(const std::wstring& folder) {
 long Unzip(const Options& options, std::wstring& lastMessage, HWND owner) {
   lastMessage.clear();
   const unzip::Library library;
+  if (isMistaken(options.ZipFileName)) return unzip::notAnArchive;
   const std::wstring folder = ansiPath(options.ExtractDir);
   if (!text::fitsAnsi(folder)) return unzip::cannotCreate;
   const LibraryPaths paths = {archivePath(options.ZipFileName), text::toAnsi(folder)};

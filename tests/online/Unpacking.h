@@ -49,3 +49,13 @@ inline void typePassword(ModalDriver& driver, const std::wstring& password, int 
     press(dialog, button);
   });
 }
+
+// "one two three ", forty times, as the format compresses it.
+inline constexpr char deflated[] =
+    "\313\317\113\125\050\051\317\127\050\311\050\112\115\125\310\037\345\215\362\360\362\000";
+
+inline std::wstring notAnArchive(const std::wstring& path) {
+  return L"Cannot unzip file: \" " + path +
+         L" \".\r\nIt does not appear to be a valid archive. If you downloaded this file, try "
+         L"downloading the file again.";
+}

@@ -12,15 +12,6 @@
 
 namespace {
 
-constexpr char deflated[] =
-    "\313\317\113\125\050\051\317\127\050\311\050\112\115\125\310\037\345\215\362\360\362\000";
-
-std::wstring notAnArchive(const std::wstring& path) {
-  return L"Cannot unzip file: \" " + path +
-         L" \".\r\nIt does not appear to be a valid archive. If you downloaded this file, try "
-         L"downloading the file again.";
-}
-
 std::wstring unsafe(const Unpacking& unpacking, const std::wstring& name) {
   return L"The archive \" " + unpacking.archive +
          L" \" was not unpacked. The name of a file in it is not safe, since it could lead outside "

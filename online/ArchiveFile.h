@@ -1,0 +1,15 @@
+// An archive as a file, before the unzip library is handed it.
+#pragma once
+
+#include <string>
+
+namespace archive {
+
+// Its size in bytes; 0 when there is no such file.
+double fileSize(const std::wstring& path);
+
+// True when the file can be read and holds the record that closes an archive's directory, no
+// farther from its end than the unzip library looks for it.
+bool hasDirectory(const std::wstring& path);
+
+}  // namespace archive
