@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <iterator>
+#include <utility>
 
 #include "common/NoSystemBoxes.h"
 #include "common/ansi.h"
@@ -63,6 +63,8 @@ class DirectoryCheck final : public Listener {
 
 // The listener of the call in progress: the library hands no context to its callbacks.
 Listener* current = nullptr;
+
+bool themeMode = false;
 
 class Listening {
  public:
@@ -360,6 +362,10 @@ bool canMakeFileIn(const std::wstring& folder) {
 }
 
 }  // namespace
+
+ThemeMode::ThemeMode(bool on) noexcept : before_(std::exchange(themeMode, on)) {}
+ThemeMode::~ThemeMode() { themeMode = before_; }
+bool ThemeMode::isOn() noexcept { return themeMode; }
 
 long Unzip(const Options& options, std::wstring& lastMessage, HWND owner) {
   lastMessage.clear();
