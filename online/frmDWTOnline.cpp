@@ -4,8 +4,8 @@
 
 #include "addin/host/environment.h"
 #include "catalogue/TemplateFolderList.h"
-#include "catalogue/resource.h"
 #include "common/forms/BrowseForFolder.h"
+#include "common/forms/folder_icons.h"
 #include "common/log.h"
 #include "common/paths.h"
 #include "common/placement.h"
@@ -56,17 +56,6 @@ constexpr ButtonDescription buttons[] = {
 HIMAGELIST toolbarPictures() {
   return ImageList_LoadImageW(module::instance(), MAKEINTRESOURCEW(IDB_ONLINE_TOOLBAR), 16, 0,
                               RGB(255, 0, 255), IMAGE_BITMAP, LR_CREATEDIBSECTION);
-}
-
-HIMAGELIST destinationPictures() {
-  const int size = GetSystemMetrics(SM_CXSMICON);
-  const HIMAGELIST list = ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, 2, 0);
-  for (const int id : {IDI_MACHINEFOLDER, IDI_USERFOLDER}) {
-    const handles::Icon icon(static_cast<HICON>(
-        LoadImageW(module::instance(), MAKEINTRESOURCEW(id), IMAGE_ICON, size, size, 0)));
-    ImageList_AddIcon(list, icon.get());
-  }
-  return list;
 }
 
 int destinationPicture(const std::wstring& tag) {
@@ -185,7 +174,8 @@ void frmDWTOnline::buildToolbar() {
   tbDWTOnline.setButtonEnabled(L"Next", false);
   tbDWTOnline.setButtonEnabled(L"Quillet", !OpenedFromBrowser_);
 
-  folderPictures_.reset(destinationPictures());
+  folderPictures_ =
+      forms::makeFolderIcons({forms::FolderIcon::ofMachine, forms::FolderIcon::ofUser});
   tbDestPath.setImages(folderPictures_.get());
   tbDestPath.addDropDown(destinationKey, destinationPicture(DestinationMenu::userTag), L" ");
 }

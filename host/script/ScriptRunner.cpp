@@ -320,13 +320,18 @@ void ScriptRunner::hideMenu() {
 
 void ScriptRunner::press(const std::wstring& caption, const std::wstring& button) {
   HWND found = nullptr;
+  HWND owner = nullptr;
   const auto pressable = [&](HWND window) {
     if (!isEnabled(window)) return false;
+    owner = window;
     found = desktop::button(window, button);
     return found && isEnabled(found);
   };
   require([&] { return anyWindow(caption, pressable); },
           L"there is no such button that can be pressed");
+  // The mouse takes focus and default frame along, which the message that clicks does not.
+  if (desktop::isClass(owner, L"#32770"))
+    PostMessageW(owner, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(found), TRUE);
   PostMessageW(found, BM_CLICK, 0, 0);
 }
 

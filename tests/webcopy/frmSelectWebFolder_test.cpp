@@ -5,7 +5,6 @@
 #include "tests/support/text_output.h"
 #include "tests/webcopy/CopyFixture.h"
 #include "tests/webcopy/FolderTree.h"
-#include "webcopy/folder_icons.h"
 #include "webcopy/resource.h"
 
 using Lines = std::vector<std::wstring>;
@@ -200,16 +199,18 @@ TEST_CASE("a web of 200 folders opens without reading more than its first level"
 }
 
 TEST_CASE("folders show their pictures closed and open") {
+  constexpr int closed = 0;
+  constexpr int opened = 1;
   PickerSession session;
   session.makeFolders({L"dwts\\blue"});
-  session.look([](const FolderTree& tree) {
+  session.look([=](const FolderTree& tree) {
     const HTREEITEM dwts = tree.at({L"site", L"dwts"});
-    CHECK(tree.image(tree.at({L"site"})) == webfolder::openFolder);
-    CHECK(tree.image(dwts) == webfolder::closedFolder);
+    CHECK(tree.image(tree.at({L"site"})) == opened);
+    CHECK(tree.image(dwts) == closed);
     tree.open(dwts);
-    CHECK(tree.image(dwts) == webfolder::openFolder);
+    CHECK(tree.image(dwts) == opened);
     tree.close(dwts);
-    CHECK(tree.image(dwts) == webfolder::closedFolder);
+    CHECK(tree.image(dwts) == closed);
   });
 }
 
