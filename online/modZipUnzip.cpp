@@ -148,8 +148,10 @@ int Listener::password(char* buffer, int size) const {
 
 void DirectoryCheck::entry(const Entry& entry) {
   unpackedSize += static_cast<double>(entry.unpackedSize);
-  if (unsafeName.empty() && archive::faultOf(entry.name) != archive::NameFault::none)
-    unsafeName = entry.name;
+  if (!unsafeName.empty()) return;
+  // The whole listing would grow with each entry of an archive that may have very many.
+  lastMessage = text::join({listingHeading(), L"\r\n", listingLine(entry)});
+  if (archive::faultOf(entry.name) != archive::NameFault::none) unsafeName = entry.name;
 }
 
 // Nothing may fly through the library: it is C, and it leaves by long jumps.
