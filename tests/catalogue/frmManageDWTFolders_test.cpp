@@ -123,22 +123,6 @@ void checkBox(const FolderDialog& dialog, const std::wstring& text, UINT icon,
   CHECK(box.buttons == buttons);
 }
 
-std::wstring toolTip(HWND dialog, int control) {
-  HWND tips = nullptr;
-  while ((tips = FindWindowExW(nullptr, tips, TOOLTIPS_CLASSW, nullptr)) != nullptr) {
-    if (GetWindow(tips, GW_OWNER) != dialog) continue;
-    wchar_t buffer[256] = {};
-    TTTOOLINFOW tool = {};
-    tool.cbSize = TTTOOLINFOW_V1_SIZE;
-    tool.hwnd = dialog;
-    tool.uId = reinterpret_cast<UINT_PTR>(GetDlgItem(dialog, control));
-    tool.lpszText = buffer;
-    SendMessageW(tips, TTM_GETTEXTW, 256, reinterpret_cast<LPARAM>(&tool));
-    if (buffer[0]) return buffer;
-  }
-  return {};
-}
-
 LSTATUS WINAPI refuseValue(HKEY, LPCSTR name, DWORD, DWORD, const BYTE*, DWORD);
 
 // Lets values be written until one has this name.
