@@ -15,6 +15,7 @@
 #include "online/frmDownloadProgress.h"
 #include "online/modWINInetURL.h"
 #include "online/resource.h"
+#include "online/toolbar_pictures.h"
 
 namespace {
 
@@ -52,11 +53,6 @@ constexpr ButtonDescription buttons[] = {
     {L"", L""},
     {L"Help", L"Help (F1)"},
 };
-
-HIMAGELIST toolbarPictures() {
-  return ImageList_LoadImageW(module::instance(), MAKEINTRESOURCEW(IDB_ONLINE_TOOLBAR), 16, 0,
-                              RGB(255, 0, 255), IMAGE_BITMAP, LR_CREATEDIBSECTION);
-}
 
 int destinationPicture(const std::wstring& tag) {
   return tag == DestinationMenu::machineTag ? 0 : 1;
@@ -160,8 +156,10 @@ std::wstring frmDWTOnline::readStartPage() {
 }
 
 void frmDWTOnline::buildToolbar() {
-  pictures_.reset(toolbarPictures());
+  pictures_ = online::toolbarPictures();
+  disabledPictures_ = online::disabledToolbarPictures();
   tbDWTOnline.setImages(pictures_.get());
+  tbDWTOnline.setDisabledImages(disabledPictures_.get());
   int picture = 0;
   for (const ButtonDescription& button : buttons) {
     if (*button.key)
