@@ -104,6 +104,8 @@ class WindowScope {
   ~WindowScope() {
     form_.leaveScreen();
     if (form_.window_) DestroyWindow(form_.window_);
+    // A load that failed may have shown a box, which took the focus along.
+    if (!form_.wasShown_) form_.modal_->activateFormer();
     form_.modal_ = nullptr;
   }
   WindowScope(const WindowScope&) = delete;
@@ -168,10 +170,14 @@ std::wstring Form::caption() const { return windowText(window_); }
 
 int Form::message(std::wstring_view text, UINT style) const noexcept {
   try {
-    return showMessage(window_, text, style, caption());
+    return showMessage(boxOwner(), text, style, caption());
   } catch (...) {
     return 0;
   }
+}
+
+HWND Form::boxOwner() const noexcept {
+  return IsWindowVisible(window_) ? window_ : GetWindow(window_, GW_OWNER);
 }
 
 void Form::showModal(HWND owner) {
@@ -219,6 +225,7 @@ void Form::runLoop() {
 void Form::showNow() noexcept {
   if (unloaded_ || IsWindowVisible(window_)) return;
   fitScreen();
+  wasShown_ = true;
   ShowWindow(window_, SW_SHOWNORMAL);
   UpdateWindow(window_);
 }

@@ -68,6 +68,9 @@ class Form {
   // On the screen before Form_Load has ended, for a load that takes its time.
   void showNow() noexcept;
 
+  // What boxes stand over: this window, or its owner while this one is not on the screen.
+  HWND boxOwner() const noexcept;
+
   // Events, in the order of a form's life.
   virtual void Form_Load() {}
   virtual void Form_Activate() {}   // once, when the window is first on the screen
@@ -136,6 +139,7 @@ class Form {
   SIZE designedWindow_ = {};
   bool activateDue_ = false;
   bool loaded_ = false;  // what has not been loaded is not unloaded either
+  bool wasShown_ = false;
   bool unloaded_ = false;
   std::vector<Control*> controls_;
   std::vector<Anchor> anchors_;
