@@ -15,6 +15,14 @@ bool isDownloadPage(std::wstring_view urlPath) {
   return text::beginsIgnoringCase(text::afterLast(urlPath, L'/'), pageName);
 }
 
+bool isDownloadAddress(std::wstring_view address) {
+  address = address.substr(0, address.find_first_of(L"?#"));
+  constexpr std::wstring_view schemeEnd = L"://";
+  if (const auto scheme = address.find(schemeEnd); scheme != address.npos)
+    address.remove_prefix(scheme + schemeEnd.size());
+  return isDownloadPage(address);
+}
+
 std::optional<std::wstring> successAddress(std::wstring_view extraInformation) {
   const auto mark = extraInformation.find(L'?');
   if (mark != extraInformation.npos) extraInformation.remove_prefix(mark + 1);

@@ -10,6 +10,9 @@
 // what follows the name does not count.
 bool isDownloadPage(std::wstring_view urlPath);
 
+// The same for a whole address, for one that the system's function does not take apart.
+bool isDownloadAddress(std::wstring_view address);
+
 // The page to show after a completed download: the value of the first part named "success" (in any
 // letter case) of a URL's extra information, the query with its "?". Nothing without such a part.
 std::optional<std::wstring> successAddress(std::wstring_view extraInformation);

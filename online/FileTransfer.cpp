@@ -70,7 +70,6 @@ void FileTransfer::transfer(const Place& place) {
     throw Error(errors::cancelled, L"URL could not be cracked. Invalid URL");
   }
   showAddress(*parts);
-  view_.showCurrentSize({});
   WriteLog({L"Download proceedings for ", view_.current(), L" begins."});
   const std::wstring path = stagingFile(stagingFolder_, address);
   check();
@@ -123,7 +122,6 @@ void FileTransfer::receive(const handles::Internet& source, const Place& place,
   handles::File file = openForWriting(path);
   WriteLog({L"File opened for binary input.  File Name : ", name});
   WriteLog({L"Beginning to download the file ", name});
-  checkReceiving(place, file);
   copyBytes(source, place, file);
 }
 
@@ -135,7 +133,11 @@ void FileTransfer::copyBytes(const handles::Internet& source, const Place& place
   char buffer[readSize];
   for (unsigned long long received = 0; received < size;) {
     const auto count = session_.read(source, buffer, readSize);
-    checkReceiving(place, file);
+    if (!view_.keepGoing()) {
+      file.reset();
+      DeleteRelatedFiles(place);
+      throw HandledError(errors::descriptionOf(errors::cancelled));
+    }
     if (!count) readFailed(place, file, session_.lastError());
     // A connection that ended early reads nothing, successfully and for ever.
     if (*count == 0) readFailed(place, file, ERROR_SUCCESS);
@@ -143,13 +145,6 @@ void FileTransfer::copyBytes(const handles::Internet& source, const Place& place
     received += *count;
     progress.show(received);
   }
-}
-
-void FileTransfer::checkReceiving(const Place& place, handles::File& file) {
-  if (view_.keepGoing()) return;
-  file.reset();
-  DeleteRelatedFiles(place);
-  throw HandledError(errors::descriptionOf(errors::cancelled));
 }
 
 void FileTransfer::readFailed(const Place& place, handles::File& file, DWORD code) {

@@ -41,16 +41,8 @@ void showResult(long result, const std::wstring& archivePath, const std::wstring
   }
 }
 
-void logLastMessage(const CUnzip& extractor) noexcept {
-  try {
-    WriteLog(text::toUpper(extractor.GetLastMessage()));
-  } catch (...) {
-    WriteLog(extractor.GetLastMessage());
-  }
-}
-
-bool unzipFiles(CUnzip& extractor, const std::wstring& archivePath, const std::wstring& extractDir,
-                HWND owner) {
+bool unzipFiles(const std::wstring& archivePath, const std::wstring& extractDir, HWND owner) {
+  CUnzip extractor;
   extractor.ZipFileName = archivePath;
   extractor.ExtractDir = extractDir;
   extractor.HonorDirectories = true;
@@ -63,7 +55,7 @@ bool unzipFiles(CUnzip& extractor, const std::wstring& archivePath, const std::w
       extractDir.empty() ? unzip::cannotCreate : extractor.Unzip(archive, folder, owner);
   if (result == unzip::success) return true;
   showResult(result, archivePath, extractDir, owner);
-  logLastMessage(extractor);
+  WriteLog(text::toUpper(extractor.GetLastMessage()));
   return false;
 }
 
@@ -71,14 +63,12 @@ bool unzipFiles(CUnzip& extractor, const std::wstring& archivePath, const std::w
 
 bool UnzipFiles(const std::wstring& archivePath, const std::wstring& extractDir,
                 HWND owner) noexcept {
-  CUnzip extractor;
   try {
-    return unzipFiles(extractor, archivePath, extractDir, owner);
+    return unzipFiles(archivePath, extractDir, owner);
   } catch (...) {
     const Error error = errors::current();
     showMessage(owner, error.description(), MB_ICONHAND);
     reportModuleError(L"UnzipFiles", error);
-    if (!extractor.GetLastMessage().empty()) logLastMessage(extractor);
     return false;
   }
 }

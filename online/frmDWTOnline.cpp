@@ -4,8 +4,8 @@
 
 #include "addin/host/environment.h"
 #include "catalogue/TemplateFolderList.h"
+#include "catalogue/resource.h"
 #include "common/forms/BrowseForFolder.h"
-#include "common/forms/folder_icons.h"
 #include "common/log.h"
 #include "common/paths.h"
 #include "common/placement.h"
@@ -15,13 +15,15 @@
 #include "online/frmDownloadProgress.h"
 #include "online/modWINInetURL.h"
 #include "online/resource.h"
-#include "online/toolbar_pictures.h"
 
 namespace {
 
 constexpr wchar_t agent[] = L"Vessari Systems Pvt. Ltd";
 constexpr wchar_t startPageValue[] = L"DWTOnline";
 constexpr wchar_t destinationKey[] = L"DestPath";
+constexpr wchar_t noDestination[] = L" ";  // a button with no text at all would not show one later
+constexpr wchar_t invalidPath[] =
+    L"Invalid path. Please select a valid file system path to search for DWT's.";
 constexpr long settingsMissing = 513;
 
 // The browser's numbers for its two navigation commands.
@@ -54,6 +56,22 @@ constexpr ButtonDescription buttons[] = {
     {L"Help", L"Help (F1)"},
 };
 
+HIMAGELIST toolbarPictures() {
+  return ImageList_LoadImageW(module::instance(), MAKEINTRESOURCEW(IDB_ONLINE_TOOLBAR), 16, 0,
+                              RGB(255, 0, 255), IMAGE_BITMAP, LR_CREATEDIBSECTION);
+}
+
+HIMAGELIST destinationPictures() {
+  const int size = GetSystemMetrics(SM_CXSMICON);
+  const HIMAGELIST list = ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, 2, 0);
+  for (const int id : {IDI_MACHINEFOLDER, IDI_USERFOLDER}) {
+    const handles::Icon icon(static_cast<HICON>(
+        LoadImageW(module::instance(), MAKEINTRESOURCEW(id), IMAGE_ICON, size, size, 0)));
+    ImageList_AddIcon(list, icon.get());
+  }
+  return list;
+}
+
 int destinationPicture(const std::wstring& tag) {
   return tag == DestinationMenu::machineTag ? 0 : 1;
 }
@@ -81,6 +99,19 @@ struct MenuTraits {
   static void close(type handle) noexcept { DestroyMenu(handle); }
 };
 using Menu = handles::Unique<MenuTraits>;
+
+Menu popupMenu(const DestinationMenu& destinations) {
+  Menu menu(CreatePopupMenu());
+  if (!menu) throw errors::fromLastError();
+  int command = firstMenuCommand;
+  for (const DestinationEntry& entry : destinations.entries()) {
+    const bool separator = entry.text == DestinationMenu::separator;
+    if (!AppendMenuW(menu.get(), separator ? MF_SEPARATOR : MF_STRING,
+                     static_cast<UINT_PTR>(command++), menuText(entry.text).c_str()))
+      throw errors::fromLastError();
+  }
+  return menu;
+}
 
 }  // namespace
 
@@ -113,16 +144,28 @@ short frmDWTOnline::RunOnline(bool openedFromBrowser, HWND owner) {
 }
 
 void frmDWTOnline::Form_Load() {
-  handle(L"Form_Load", [this] {
-    try {
-      load();
-    } catch (...) {
-      // A browser that cannot be made leaves a window that can still be closed.
-      message(errors::current().description(), MB_ICONHAND);
-      if (!FullyLoaded_) unload();
-      throw;
-    }
-  });
+  try {
+    load();
+  } catch (...) {
+    // A browser that cannot be made leaves a window that can still be closed.
+    complain(L"Form_Load", errors::current());
+    if (!FullyLoaded_) unload();
+  }
+}
+
+void frmDWTOnline::complain(const wchar_t* procedure, const Error& error) const noexcept {
+  modCommon::reportFormError(procedure, name(), error);
+  message(error.description(), MB_ICONHAND);
+}
+
+template <class Body>
+void frmDWTOnline::handleMenu(Body&& body) const noexcept {
+  try {
+    body();
+  } catch (...) {
+    modCommon::WriteLog({L"Error in CreatePopupMenu procedure of ", name(),
+                         L". Error description :", errors::current().description()});
+  }
 }
 
 void frmDWTOnline::load() {
@@ -133,13 +176,15 @@ void frmDWTOnline::load() {
   keep(wbDWTOnline, forms::left | forms::top | forms::right | forms::bottom);
   const std::wstring startPage = readStartPage();
   FullyLoaded_ = true;
-  modCommon::SetHostProgID(host_.version());
+  // A host that does not tell its version still has a catalogue.
+  handle(L"Form_Load", [this] { hostVersion_ = host_.version(); });
+  modCommon::SetHostProgID(hostVersion_);
   modCommon::BringHostToTop();
   BringWindowToTop(hwnd());
   if (!RestoreWindowPlacementSetting(hwnd(), module::title, settings::general,
                                      settings::onlinePlacement))
     centreOnScreen(hwnd());
-  buildMenu();
+  handleMenu([this] { buildMenu(); });
   restoreDestination();
   Form_Resize();
   openStartPage(startPage);
@@ -156,10 +201,8 @@ std::wstring frmDWTOnline::readStartPage() {
 }
 
 void frmDWTOnline::buildToolbar() {
-  pictures_ = online::toolbarPictures();
-  disabledPictures_ = online::disabledToolbarPictures();
+  pictures_.reset(toolbarPictures());
   tbDWTOnline.setImages(pictures_.get());
-  tbDWTOnline.setDisabledImages(disabledPictures_.get());
   int picture = 0;
   for (const ButtonDescription& button : buttons) {
     if (*button.key)
@@ -172,10 +215,10 @@ void frmDWTOnline::buildToolbar() {
   tbDWTOnline.setButtonEnabled(L"Next", false);
   tbDWTOnline.setButtonEnabled(L"Quillet", !OpenedFromBrowser_);
 
-  folderPictures_ =
-      forms::makeFolderIcons({forms::FolderIcon::ofMachine, forms::FolderIcon::ofUser});
+  folderPictures_.reset(destinationPictures());
   tbDestPath.setImages(folderPictures_.get());
-  tbDestPath.addDropDown(destinationKey, destinationPicture(DestinationMenu::userTag), L" ");
+  tbDestPath.addDropDown(destinationKey, destinationPicture(DestinationMenu::userTag),
+                         noDestination);
 }
 
 void frmDWTOnline::buildMenu() {
@@ -184,17 +227,28 @@ void frmDWTOnline::buildMenu() {
   menu_ = DestinationMenu(folders);
 }
 
-void frmDWTOnline::restoreDestination() {
+std::wstring frmDWTOnline::readApplicationData() const {
   std::wstring applicationData;
   modCommon::SystemFolders wanted;
   wanted.applicationData = &applicationData;
-  modCommon::GetSystemFolders(host_.version(), wanted);
-  std::wstring destination = settings::GetSetting(settings::general, settings::downloadFolder);
-  if (destination.empty()) {
-    destination = modCommon::withBackslash(applicationData) + L"Korvel Software\\DWTs";
-    modCommon::CreateFolderPath(destination, hwnd());
+  modCommon::GetSystemFolders(hostVersion_, wanted);
+  return applicationData;
+}
+
+// Without a destination the window can still show what there is, and the user can choose one.
+void frmDWTOnline::restoreDestination() {
+  try {
+    const std::wstring applicationData = readApplicationData();
+    std::wstring destination = settings::GetSetting(settings::general, settings::downloadFolder);
+    if (destination.empty()) {
+      if (applicationData.empty()) throw Error(errors::pathNotFound);
+      destination = modCommon::withBackslash(applicationData) + L"Korvel Software\\DWTs";
+      modCommon::CreateFolderPath(destination, boxOwner());
+    }
+    setDestination(destination, {});
+  } catch (...) {
+    complain(L"Form_Load", errors::current());
   }
-  setDestination(destination, {});
 }
 
 void frmDWTOnline::openStartPage(const std::wstring& startPage) {
@@ -247,7 +301,8 @@ bool frmDWTOnline::preTranslate(MSG& message) {
     return true;
   }
   if (message.message == WM_KEYDOWN) {
-    const bool control = GetKeyState(VK_CONTROL) < 0;
+    // Both together are the right Alt key of many keyboards, which writes letters.
+    const bool control = GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0;
     const wchar_t* const key = message.wParam == VK_F5            ? L"Refresh"
                                : message.wParam == VK_ESCAPE      ? L"Stop"
                                : message.wParam == VK_F1          ? L"Help"
@@ -283,23 +338,13 @@ void frmDWTOnline::tbDWTOnline_ButtonClick(const std::wstring& key) {
 }
 
 void frmDWTOnline::tbDestPath_ButtonDropDown() {
-  try {
-    const Menu menu(CreatePopupMenu());
-    if (!menu) throw errors::fromLastError();
-    int command = firstMenuCommand;
-    for (const DestinationEntry& entry : menu_.entries()) {
-      const bool separator = entry.text == DestinationMenu::separator;
-      AppendMenuW(menu.get(), separator ? MF_SEPARATOR : MF_STRING,
-                  static_cast<UINT_PTR>(command++), menuText(entry.text).c_str());
-    }
+  handleMenu([this] {
+    const Menu menu = popupMenu(menu_);
     const RECT place = tbDestPath.buttonPlace(destinationKey);
     TPMPARAMS keepClear = {sizeof keepClear, place};
     TrackPopupMenuEx(menu.get(), TPM_LEFTALIGN | TPM_TOPALIGN | TPM_VERTICAL, place.left,
                      place.bottom, hwnd(), &keepClear);
-  } catch (...) {
-    modCommon::WriteLog({L"Error in CreatePopupMenu procedure of ", name(),
-                         L". Error description :", errors::current().description()});
-  }
+  });
 }
 
 void frmDWTOnline::mnuFolder_Click(const DestinationEntry& entry) {
@@ -312,19 +357,24 @@ void frmDWTOnline::mnuFolder_Click(const DestinationEntry& entry) {
 }
 
 void frmDWTOnline::browseForDestination() {
-  std::wstring path = tbDestPath.buttonText(destinationKey);
+  std::wstring path = destination();
   if (!modBrowseForFolder::BrowseForFolder(
           hwnd(), L"Select the folder where downloaded DWTs will be stored.", path))
     return;
   if (path.empty())
-    message(L"Invalid path. Please select a valid file system path to search for DWT's.",
-            MB_ICONASTERISK);
+    message(invalidPath, MB_ICONASTERISK);
   else if (modCommon::CanWriteToFolder(path, hwnd(), caption()))
     setDestination(path, {});
 }
 
+std::wstring frmDWTOnline::destination() const {
+  const std::wstring path = tbDestPath.buttonText(destinationKey);
+  return path == noDestination ? std::wstring() : path;
+}
+
 void frmDWTOnline::setDestination(const std::wstring& path, const std::wstring& tag) {
   tbDestPath.setButtonText(destinationKey, path);
+  tbDestPath.setToolTip(path);  // the box may be too narrow for it
   tbDestPath.tag = tag.empty() ? menu_.tagOf(path) : tag;
   tbDestPath.setButtonImage(destinationKey, destinationPicture(tbDestPath.tag));
 }
@@ -337,46 +387,48 @@ void frmDWTOnline::wbDWTOnline_BeforeNavigate2(const std::wstring& address, bool
   handle(L"wbDWTOnline_BeforeNavigate2", [&] {
     UnloadArmed_ = false;
     const auto cracked = modWINInetURL::CrackUrl(address);
-    if (!cracked || !isDownloadPage(cracked->path)) return;
+    if (!(cracked ? isDownloadPage(cracked->path) : isDownloadAddress(address))) return;
     cancel = true;
     // A page's own script may ask again while the download's dialog is open.
-    if (!inDownload_) runDownload(address, cracked->extraInfo);
+    if (!inDownload_) runDownload(address, cracked ? cracked->extraInfo : std::wstring());
   });
 }
 
 void frmDWTOnline::runDownload(const std::wstring& address, const std::wstring& extraInformation) {
   // It comes in place of the page that the window was switched off for.
   switchOn();
-  std::wstring destination = tbDestPath.buttonText(destinationKey);
-  if (!downloadTo(destination, address)) return;
+  std::wstring folder = destination();
+  if (!downloadTo(folder, address)) return;
 
   CloseReason_ = downloaded;
-  addToUserFolders(destination);
-  settings::SaveSetting(settings::general, settings::downloadFolder, destination);
   switchOff();
   stopUnloadTimer();
+  // What cannot be remembered does not keep the success page from being shown.
+  handle(L"wbDWTOnline_BeforeNavigate2", [&] { addToUserFolders(folder); });
+  handle(L"wbDWTOnline_BeforeNavigate2",
+         [&] { settings::SaveSetting(settings::general, settings::downloadFolder, folder); });
   if (const auto success = successAddress(extraInformation))
     showSuccessPage(*success);
   else
     startUnloadTimer();
 }
 
-bool frmDWTOnline::downloadTo(std::wstring& destination, const std::wstring& address) {
+bool frmDWTOnline::downloadTo(std::wstring& folder, const std::wstring& address) {
   struct Running {
     explicit Running(bool& flag) noexcept : flag_(flag) { flag_ = true; }
     ~Running() { flag_ = false; }
     bool& flag_;
   } const running(inDownload_);
-  std::wstring applicationData;
-  modCommon::SystemFolders wanted;
-  wanted.applicationData = &applicationData;
-  modCommon::GetSystemFolders(host_.version(), wanted);
+  if (folder.empty()) {
+    message(invalidPath, MB_ICONASTERISK);
+    return false;
+  }
   const frmDownloadProgress::Request request = {.pageAddress = address,
-                                                .applicationData = applicationData,
-                                                .destinationFolder = destination,
+                                                .applicationData = readApplicationData(),
+                                                .destinationFolder = folder,
                                                 .destinationTag = tbDestPath.tag,
                                                 .agent = agent};
-  return frmDownloadProgress(host_).RunModal(destination, DownloadCompleted_, request, hwnd());
+  return frmDownloadProgress(host_).RunModal(folder, DownloadCompleted_, request, hwnd());
 }
 
 // An address that the browser refuses leaves the window as it was, and so does one that it takes

@@ -36,7 +36,9 @@ class frmDWTOnline : public forms::Form {
   void load();
   std::wstring readStartPage();
   void buildToolbar();
+  void complain(const wchar_t* procedure, const Error& error) const noexcept;
   void buildMenu();
+  std::wstring readApplicationData() const;
   void restoreDestination();
   void openStartPage(const std::wstring& startPage);
 
@@ -44,13 +46,16 @@ class frmDWTOnline : public forms::Form {
   void tbDestPath_ButtonDropDown();
   void mnuFolder_Click(const DestinationEntry& entry);
   void browseForDestination();
+  std::wstring destination() const;  // empty when there is none
   void setDestination(const std::wstring& path, const std::wstring& tag);
   void addToUserFolders(const std::wstring& path);
+  template <class Body>
+  void handleMenu(Body&& body) const noexcept;
 
   void wbDWTOnline_BeforeNavigate2(const std::wstring& address, bool& cancel);
   void wbDWTOnline_CommandStateChange(long command, bool enable);
   void runDownload(const std::wstring& address, const std::wstring& extraInformation);
-  bool downloadTo(std::wstring& destination, const std::wstring& address);
+  bool downloadTo(std::wstring& folder, const std::wstring& address);
   void showSuccessPage(const std::wstring& address);
   void stopSuccessPage();
   void switchOff() noexcept;
@@ -61,6 +66,7 @@ class frmDWTOnline : public forms::Form {
   void tmrUnloadMe_Timer();
 
   HostApplication host_;
+  std::wstring hostVersion_;
   short CloseReason_ = nothing;
   bool OpenedFromBrowser_ = false;
   bool DownloadCompleted_ = false;
@@ -71,7 +77,6 @@ class frmDWTOnline : public forms::Form {
   bool switchedOff_ = false;  // from a completed download to the next page
   DestinationMenu menu_;
   forms::ImageList pictures_;
-  forms::ImageList disabledPictures_;
   forms::ImageList folderPictures_;
 
   forms::Toolbar tbDWTOnline;

@@ -49,8 +49,8 @@ std::wstring part(const char* buffer, DWORD length, DWORD size) {
 }  // namespace
 
 std::optional<CrackedUrl> CrackUrl(std::wstring_view url) {
-  // A "?" in place of a character would begin a query.
-  if (url.empty() || !text::fitsAnsi(url)) return std::nullopt;
+  // A "?" in place of a character would begin a query; in the query it does no harm.
+  if (url.empty() || !text::fitsAnsi(url.substr(0, url.find(L'?')))) return std::nullopt;
   const std::string ansi = text::toAnsi(url);
   Buffers buffers = {};
   URL_COMPONENTSA components = componentsOver(buffers);

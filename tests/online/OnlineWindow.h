@@ -57,12 +57,13 @@ class OnlineWindow {
       if (open()) PostMessageW(dialog, WM_CLOSE, 0, 0);
     });
     frmDWTOnline form(application());
-    return form.RunOnline(fromBrowser, nullptr);
+    return form.RunOnline(fromBrowser, owner);
   }
 
   HostApplication application() const {
     return HostApplication(host::Dispatch(ComPtr<IDispatch>(host_.application())));
   }
+  standin::Faults& hostFaults() const { return host_.faults(); }
   bool open() const { return IsWindow(dialog) && IsWindowVisible(dialog); }
   HWND control(int id) const { return GetDlgItem(dialog, id); }
 
@@ -137,6 +138,7 @@ class OnlineWindow {
   DebugOutput log;
   FolderPicker picker;
   HWND dialog = nullptr;
+  HWND owner = nullptr;
 
  private:
   ScratchFolder web_;

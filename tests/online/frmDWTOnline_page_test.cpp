@@ -235,3 +235,40 @@ TEST_CASE("without timers the window is usable after a download") {
     CHECK(reason == 1);
   }
 }
+
+// Addresses of the download page that the system's function does not take apart
+
+TEST_CASE("a download page with a query that is too long is not shown by the browser") {
+  OnlineWindow online;
+  online.show([&] {
+    const std::wstring query = L"?dwt1=http://127.0.0.1/" + std::wstring(1100, L'x');
+    CHECK_FALSE(online.page.follow(downloadPage(query)));
+    CHECK(online.open());
+  });
+  REQUIRE(online.driver.boxes().size() == 1);
+  CHECK(online.driver.boxes()[0].text == L"Could not extract download information.");
+}
+
+TEST_CASE("a download page with letters of another alphabet is not shown by the browser") {
+  OnlineWindow online;
+  online.show([&] {
+    CHECK_FALSE(online.page.follow(L"http://127.0.0.1/\u4E2D/DWTONLINEDOWNLOAD.htm?dwt1=a"));
+    CHECK_FALSE(online.page.follow(L"http://127.0.0.1/DWTOnlineDownload.htm\u4E2D#dwt1=a"));
+    CHECK(online.page.follow(L"http://127.0.0.1/\u4E2D/other.htm?/DWTOnlineDownload.htm"));
+    CHECK(online.page.follow(L"http://DWTOnlineDownload.htm?\u4E2D"));
+    CHECK(online.page.follow(L"http://127.0.0.1/other.htm?" + std::wstring(1100, L'x')));
+  });
+  CHECK(online.driver.boxes().size() == 2);
+}
+
+TEST_CASE("a query with letters of another alphabet keeps its other parts") {
+  const HttpServer server = serverOfArchive();
+  OnlineWindow online;
+  online.saveIn(online.disk.makeFolder(L"new"));
+  online.show([&] {
+    CHECK_FALSE(online.page.follow(
+        downloadPage(L"?name=\u4E2D&dwt1=" + server.url(L"/d.zip") + L"&success=about:blank")));
+  });
+  CHECK(online.disk.readFile(L"new\\home.dwt") == "a page");
+  CHECK(online.page.navigations() == Lines{startPage, L"about:blank"});
+}
