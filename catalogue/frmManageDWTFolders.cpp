@@ -2,8 +2,8 @@
 
 #include "catalogue/resource.h"
 #include "common/forms/BrowseForFolder.h"
+#include "common/forms/folder_icons.h"
 #include "common/log.h"
-#include "common/module.h"
 
 namespace {
 
@@ -72,14 +72,7 @@ void frmManageDWTFolders::Form_Load() {
 }
 
 void frmManageDWTFolders::loadIcons() {
-  const int width = GetSystemMetrics(SM_CXSMICON);
-  const int height = GetSystemMetrics(SM_CYSMICON);
-  ilIcons_.reset(ImageList_Create(width, height, ILC_COLOR32 | ILC_MASK, 2, 0));
-  for (const int id : {IDI_MACHINEFOLDER, IDI_USERFOLDER}) {
-    const handles::Icon icon(static_cast<HICON>(LoadImageW(
-        module::instance(), MAKEINTRESOURCEW(id), IMAGE_ICON, width, height, LR_DEFAULTCOLOR)));
-    ImageList_AddIcon(ilIcons_.get(), icon.get());
-  }
+  ilIcons_ = forms::makeFolderIcons({forms::FolderIcon::ofMachine, forms::FolderIcon::ofUser});
   lvSelectedFolders.setImages(ilIcons_.get());
 }
 

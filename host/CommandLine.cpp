@@ -17,6 +17,8 @@ bool setFlag(CommandLine& result, const std::wstring& word) {
     result.addIns = false;
   else if (word == L"--by-dispatch")
     result.byDispatch = true;
+  else if (word == L"--show-pages")
+    result.showPages = true;
   else
     return false;
   return true;

@@ -1,6 +1,7 @@
 // How the program is started:
 //   quillet-host.exe [web folder] [--themes folder] [--version text] [--script file|-] [--stay]
-//                    [--pictures folder] [--no-addins] [--by-dispatch] [--option name=value]...
+//                    [--pictures folder] [--no-addins] [--by-dispatch] [--show-pages]
+//                    [--option name=value]...
 #pragma once
 
 #include <string>
@@ -18,6 +19,7 @@ struct CommandLine {
   bool stay = false;      // the window stays open behind the script's last line
   bool addIns = true;
   bool byDispatch = false;  // add-ins are called through Invoke
+  bool showPages = false;   // in a browser control of the host's own
   HostOptions options;
   std::wstring error;  // what is wrong with it; empty when nothing is
 };

@@ -3,11 +3,14 @@
 #include <ole2.h>
 #include <shellapi.h>
 
+#include <optional>
+
 #include "host/AddIns.h"
 #include "host/CommandLine.h"
 #include "host/MainWindow.h"
 #include "host/model/Host.h"
 #include "host/model/disk.h"
+#include "host/pages/PageBrowser.h"
 #include "host/script/ScriptRunner.h"
 
 namespace {
@@ -104,7 +107,10 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t*, int show) {
   OleInitialize(nullptr);
   const INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_WIN95_CLASSES};
   InitCommonControlsEx(&controls);
+  std::optional<pages::PageBrowsers> pageBrowsers;
+  if (commandLine.showPages) pageBrowsers.emplace();
   const int result = runHost(commandLine, show);
+  pageBrowsers.reset();
   OleUninitialize();
   return result;
 }

@@ -11,6 +11,7 @@
 #include "online/FileTransfer.h"
 #include "online/UnzipFiles.h"
 #include "online/UrlValidation.h"
+#include "online/modZipUnzip.h"
 
 using modCommon::WriteLog;
 using Row = DownloadTable::Row;
@@ -156,6 +157,7 @@ bool DownloadRun::unpack(const DownloadTable::Place& place, const std::wstring& 
   const std::wstring path = stagingFile(stagingFolder_, table_.address(place.column, place.kind));
   WriteLog({L"Unzipping file : ", path});
   const std::wstring& folder = isTheme ? themesFolder : request_.destinationFolder;
+  const modZipUnzip::ThemeMode mode(isTheme);
   const bool unpacked = modCommon::UnzipFiles(path, folder, view_.messageOwner());
   if (unpacked && isTheme) themeInstalled_ = true;
   WriteLog({L"Completed unzipping file : ", path});

@@ -70,6 +70,7 @@ void FileTransfer::transfer(const Place& place) {
     throw Error(errors::cancelled, L"URL could not be cracked. Invalid URL");
   }
   showAddress(*parts);
+  view_.showCurrentSize({});
   WriteLog({L"Download proceedings for ", view_.current(), L" begins."});
   const std::wstring path = stagingFile(stagingFolder_, address);
   check();
@@ -122,6 +123,7 @@ void FileTransfer::receive(const handles::Internet& source, const Place& place,
   handles::File file = openForWriting(path);
   WriteLog({L"File opened for binary input.  File Name : ", name});
   WriteLog({L"Beginning to download the file ", name});
+  checkReceiving(place, file);
   copyBytes(source, place, file);
 }
 
@@ -133,11 +135,7 @@ void FileTransfer::copyBytes(const handles::Internet& source, const Place& place
   char buffer[readSize];
   for (unsigned long long received = 0; received < size;) {
     const auto count = session_.read(source, buffer, readSize);
-    if (!view_.keepGoing()) {
-      file.reset();
-      DeleteRelatedFiles(place);
-      throw HandledError(errors::descriptionOf(errors::cancelled));
-    }
+    checkReceiving(place, file);
     if (!count) readFailed(place, file, session_.lastError());
     // A connection that ended early reads nothing, successfully and for ever.
     if (*count == 0) readFailed(place, file, ERROR_SUCCESS);
@@ -145,6 +143,13 @@ void FileTransfer::copyBytes(const handles::Internet& source, const Place& place
     received += *count;
     progress.show(received);
   }
+}
+
+void FileTransfer::checkReceiving(const Place& place, handles::File& file) {
+  if (view_.keepGoing()) return;
+  file.reset();
+  DeleteRelatedFiles(place);
+  throw HandledError(errors::descriptionOf(errors::cancelled));
 }
 
 void FileTransfer::readFailed(const Place& place, handles::File& file, DWORD code) {

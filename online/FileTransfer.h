@@ -28,6 +28,8 @@ class FileTransfer : private DownloadSteps {
   bool mayWrite(const std::wstring& path);
   void receive(const handles::Internet& source, const Place& place, const std::wstring& path);
   void copyBytes(const handles::Internet& source, const Place& place, handles::File& file);
+  // Ends a file that is being received when the run was cancelled.
+  void checkReceiving(const Place& place, handles::File& file);
   [[noreturn]] void readFailed(const Place& place, handles::File& file, DWORD code);
   void DeleteRelatedFiles(const Place& place) noexcept;
 

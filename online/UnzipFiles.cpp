@@ -41,8 +41,16 @@ void showResult(long result, const std::wstring& archivePath, const std::wstring
   }
 }
 
-bool unzipFiles(const std::wstring& archivePath, const std::wstring& extractDir, HWND owner) {
-  CUnzip extractor;
+void logLastMessage(const CUnzip& extractor) noexcept {
+  try {
+    WriteLog(text::toUpper(extractor.GetLastMessage()));
+  } catch (...) {
+    WriteLog(extractor.GetLastMessage());
+  }
+}
+
+bool unzipFiles(CUnzip& extractor, const std::wstring& archivePath, const std::wstring& extractDir,
+                HWND owner) {
   extractor.ZipFileName = archivePath;
   extractor.ExtractDir = extractDir;
   extractor.HonorDirectories = true;
@@ -55,7 +63,7 @@ bool unzipFiles(const std::wstring& archivePath, const std::wstring& extractDir,
       extractDir.empty() ? unzip::cannotCreate : extractor.Unzip(archive, folder, owner);
   if (result == unzip::success) return true;
   showResult(result, archivePath, extractDir, owner);
-  WriteLog(text::toUpper(extractor.GetLastMessage()));
+  logLastMessage(extractor);
   return false;
 }
 
@@ -63,12 +71,14 @@ bool unzipFiles(const std::wstring& archivePath, const std::wstring& extractDir,
 
 bool UnzipFiles(const std::wstring& archivePath, const std::wstring& extractDir,
                 HWND owner) noexcept {
+  CUnzip extractor;
   try {
-    return unzipFiles(archivePath, extractDir, owner);
+    return unzipFiles(extractor, archivePath, extractDir, owner);
   } catch (...) {
     const Error error = errors::current();
     showMessage(owner, error.description(), MB_ICONHAND);
     reportModuleError(L"UnzipFiles", error);
+    if (!extractor.GetLastMessage().empty()) logLastMessage(extractor);
     return false;
   }
 }

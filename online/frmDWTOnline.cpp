@@ -4,8 +4,8 @@
 
 #include "addin/host/environment.h"
 #include "catalogue/TemplateFolderList.h"
-#include "catalogue/resource.h"
 #include "common/forms/BrowseForFolder.h"
+#include "common/forms/folder_icons.h"
 #include "common/log.h"
 #include "common/paths.h"
 #include "common/placement.h"
@@ -15,6 +15,7 @@
 #include "online/frmDownloadProgress.h"
 #include "online/modWINInetURL.h"
 #include "online/resource.h"
+#include "online/toolbar_pictures.h"
 
 namespace {
 
@@ -55,22 +56,6 @@ constexpr ButtonDescription buttons[] = {
     {L"", L""},
     {L"Help", L"Help (F1)"},
 };
-
-HIMAGELIST toolbarPictures() {
-  return ImageList_LoadImageW(module::instance(), MAKEINTRESOURCEW(IDB_ONLINE_TOOLBAR), 16, 0,
-                              RGB(255, 0, 255), IMAGE_BITMAP, LR_CREATEDIBSECTION);
-}
-
-HIMAGELIST destinationPictures() {
-  const int size = GetSystemMetrics(SM_CXSMICON);
-  const HIMAGELIST list = ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, 2, 0);
-  for (const int id : {IDI_MACHINEFOLDER, IDI_USERFOLDER}) {
-    const handles::Icon icon(static_cast<HICON>(
-        LoadImageW(module::instance(), MAKEINTRESOURCEW(id), IMAGE_ICON, size, size, 0)));
-    ImageList_AddIcon(list, icon.get());
-  }
-  return list;
-}
 
 int destinationPicture(const std::wstring& tag) {
   return tag == DestinationMenu::machineTag ? 0 : 1;
@@ -201,8 +186,10 @@ std::wstring frmDWTOnline::readStartPage() {
 }
 
 void frmDWTOnline::buildToolbar() {
-  pictures_.reset(toolbarPictures());
+  pictures_ = online::toolbarPictures();
+  disabledPictures_ = online::disabledToolbarPictures();
   tbDWTOnline.setImages(pictures_.get());
+  tbDWTOnline.setDisabledImages(disabledPictures_.get());
   int picture = 0;
   for (const ButtonDescription& button : buttons) {
     if (*button.key)
@@ -215,7 +202,8 @@ void frmDWTOnline::buildToolbar() {
   tbDWTOnline.setButtonEnabled(L"Next", false);
   tbDWTOnline.setButtonEnabled(L"Quillet", !OpenedFromBrowser_);
 
-  folderPictures_.reset(destinationPictures());
+  folderPictures_ =
+      forms::makeFolderIcons({forms::FolderIcon::ofMachine, forms::FolderIcon::ofUser});
   tbDestPath.setImages(folderPictures_.get());
   tbDestPath.addDropDown(destinationKey, destinationPicture(DestinationMenu::userTag),
                          noDestination);

@@ -77,6 +77,7 @@ class frmDWTOnline : public forms::Form {
   bool switchedOff_ = false;  // from a completed download to the next page
   DestinationMenu menu_;
   forms::ImageList pictures_;
+  forms::ImageList disabledPictures_;
   forms::ImageList folderPictures_;
 
   forms::Toolbar tbDWTOnline;

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <iterator>
+#include <utility>
 
 #include "common/NoSystemBoxes.h"
 #include "common/ansi.h"
@@ -63,6 +63,8 @@ class DirectoryCheck final : public Listener {
 
 // The listener of the call in progress: the library hands no context to its callbacks.
 Listener* current = nullptr;
+
+bool themeMode = false;
 
 class Listening {
  public:
@@ -146,8 +148,10 @@ int Listener::password(char* buffer, int size) const {
 
 void DirectoryCheck::entry(const Entry& entry) {
   unpackedSize += static_cast<double>(entry.unpackedSize);
-  if (unsafeName.empty() && archive::faultOf(entry.name) != archive::NameFault::none)
-    unsafeName = entry.name;
+  if (!unsafeName.empty()) return;
+  // The whole listing would grow with each entry of an archive that may have very many.
+  lastMessage = text::join({listingHeading(), L"\r\n", listingLine(entry)});
+  if (archive::faultOf(entry.name) != archive::NameFault::none) unsafeName = entry.name;
 }
 
 // Nothing may fly through the library: it is C, and it leaves by long jumps.
@@ -360,6 +364,10 @@ bool canMakeFileIn(const std::wstring& folder) {
 }
 
 }  // namespace
+
+ThemeMode::ThemeMode(bool on) noexcept : before_(std::exchange(themeMode, on)) {}
+ThemeMode::~ThemeMode() { themeMode = before_; }
+bool ThemeMode::isOn() noexcept { return themeMode; }
 
 long Unzip(const Options& options, std::wstring& lastMessage, HWND owner) {
   lastMessage.clear();

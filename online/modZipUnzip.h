@@ -28,6 +28,20 @@ struct Options {
   std::wstring ExtractDir;  // empty for the current folder
 };
 
+// On while a theme's archive is unpacked, for what the library calls back.
+class ThemeMode {
+ public:
+  explicit ThemeMode(bool on) noexcept;
+  ~ThemeMode();
+  ThemeMode(const ThemeMode&) = delete;
+  ThemeMode& operator=(const ThemeMode&) = delete;
+
+  static bool isOn() noexcept;
+
+ private:
+  bool before_;
+};
+
 // Loads the library and unpacks the whole archive. Questions are asked over `owner`. The answer is
 // the library's result: 0 = success, 2 = the folder cannot be written, 9 = no valid archive.
 //

@@ -1,10 +1,10 @@
 #include "webcopy/frmSelectWebFolder.h"
 
+#include "common/forms/folder_icons.h"
 #include "common/letter_case.h"
 #include "common/text.h"
 #include "webcopy/WebFolderPath.h"
 #include "webcopy/WebFolders.h"
-#include "webcopy/folder_icons.h"
 #include "webcopy/frmNewFolder.h"
 #include "webcopy/resource.h"
 
@@ -14,7 +14,7 @@ namespace {
 constexpr int unread = 0;
 constexpr int read = 1;
 
-constexpr forms::TreeView::Images folderImages = {webfolder::closedFolder, webfolder::openFolder};
+constexpr forms::TreeView::Images folderImages = {0, 1};
 
 }  // namespace
 
@@ -71,7 +71,7 @@ void frmSelectWebFolder::loadTree() {
   const std::wstring url = web_->url();
   txtWeb.setText(url);
   tvFolders.clear();
-  ilIcons = webfolder::makeFolderIcons();
+  ilIcons = forms::makeFolderIcons({forms::FolderIcon::closed, forms::FolderIcon::open});
   tvFolders.setImages(ilIcons.get());
   WebRootName_ = webfolder::rootName(url);
   const Node root = addNode(nullptr, WebRootName_, unread);

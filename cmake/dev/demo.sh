@@ -3,8 +3,6 @@
 # The demo plays in build/demo, which Windows programs see as C:\Demo.
 demo_folder=$PWD/build/demo
 demo_prefix=$demo_folder/wine
-toured_template='Night Ferry'
-theme_mark='<meta name="Microsoft Theme" content="nightferry 1111">'
 
 # usage: demo [--tour]
 demo() {
@@ -16,16 +14,18 @@ demo() {
   lay_out_demo
   if [[ -z ${1:-} ]]; then
     export QUILLET_DISPLAY=$DISPLAY
+    start_catalogue
     stage register register_add_in
     say "The menu that holds the add-in's two entries is under Format."
-    run_host
+    run_host --show-pages
   else
     start_display
+    start_catalogue archives/tide-tables.zip "$demo_folder/online-05-downloading.png"
     stage register register_add_in
     show_tree "The web before:"
     tour
     show_tree "The web after:"
-    check_copy
+    check_copies
   fi
 }
 
@@ -35,25 +35,44 @@ lay_out_demo() {
   QUILLET_PREFIX=$demo_prefix
   export QUILLET_PREFIX
   rm -rf "$demo_folder"
-  mkdir -p "$demo_folder"
-  cp -r samples/templates samples/themes samples/web "$demo_folder/"
+  mkdir -p "$demo_folder/shared" "$demo_folder/downloads"
+  cp -r samples/templates samples/web "$demo_folder/"
+  cp -r samples/themes "$demo_folder/shared/Themes11"
+  cp -r samples/catalogue/pages "$demo_folder/catalogue"
+  cp -r build/release/samples/catalogue/archives "$demo_folder/catalogue/"
   clone_prefix "$demo_prefix"
   ln -s "$demo_folder" "$demo_prefix/drive_c/Demo"
 }
 
+# What an installation leaves in the registry, beside what the add-in registers by itself.
 register_add_in() {
-  local key='HKLM\Software\Korvel Software\Quillet Viewer\DWT Folders'
+  local key='HKLM\Software\Korvel Software\Quillet Viewer'
   cmake/run-under-wine regsvr32 /s 'Z:'"$PWD/build/release/bin/Quillet.dll" &&
-    cmake/run-under-wine reg add "$key" /v 'C:\Demo\templates' /d '' /f /reg:32
+    add_value "$key\DWT Folders" 'C:\Demo\templates' '' &&
+    add_value "$key" DWTOnline "$catalogue_address/index.htm" &&
+    add_value 'HKLM\Software\Microsoft\Shared tools' SharedFilesDir 'C:\Demo\shared\'
 }
+
+add_value() { cmake/run-under-wine reg add "$1" /v "$2" /d "$3" /f /reg:32; }
 
 run_host() {
-  cmake/run-under-wine build/release/bin/quillet-host.exe 'C:\Demo\web' --themes 'C:\Demo\themes' \
-    --pictures 'C:\Demo' "$@"
+  cmake/run-under-wine build/release/bin/quillet-host.exe 'C:\Demo\web' \
+    --themes 'C:\Demo\shared\Themes11' --pictures 'C:\Demo' "$@"
 }
 
+# usage: start_catalogue [SLOW_FILE UNTIL]   As samples/catalogue/serve takes them.
+start_catalogue() {
+  local file=$demo_folder/address
+  samples/catalogue/serve "$demo_folder/catalogue" "$file" "$@" >build/log/catalogue.txt 2>&1 &
+  wait_for_file "$file" || die "The sample catalogue is not served; see build/log/catalogue.txt."
+  catalogue_address=$(<"$file")
+  rm "$file"
+}
+
+# After the downloads the host is started anew, as the message about the theme asks for.
 tour() {
-  walk tour && walk tour-messages && walk tour-no-menu --option templatesMenu=0
+  walk tour --show-pages && walk tour-messages && walk tour-no-menu --option templatesMenu=0 &&
+    walk tour-online --show-pages && walk tour-restarted --show-pages
 }
 
 # usage: walk SCRIPT [HOST OPTION]...   Runs one of the samples' scripts.
@@ -72,13 +91,9 @@ walk() {
 
 # A display of the demo's own, with a window manager that draws the title bars.
 start_display() {
-  local file=$demo_folder/display tries
+  local file=$demo_folder/display
   Xvfb -displayfd 1 -screen 0 1024x768x24 -nolisten tcp >"$file" 2>/dev/null &
-  for ((tries = 0; tries < 100; tries++)); do
-    [[ ! -s $file ]] || break
-    sleep 0.1
-  done
-  [[ -s $file ]] || die "Xvfb gave no display."
+  wait_for_file "$file" || die "Xvfb gave no display."
   QUILLET_DISPLAY=:$(<"$file")
   export QUILLET_DISPLAY
   rm "$file"
@@ -86,31 +101,49 @@ start_display() {
   display -display "$QUILLET_DISPLAY" -window root -size 1024x768 'xc:#4a6b8a' || true
 }
 
+wait_for_file() {
+  local tries
+  for ((tries = 0; tries < 100; tries++)); do
+    [[ ! -s $1 ]] || return 0
+    sleep 0.1
+  done
+  return 1
+}
+
 show_tree() {
   say "" "$1"
   (cd "$demo_folder/web" && find . -mindepth 1 | sort | sed 's|[^/]*/|  |g')
 }
 
-check_copy() {
-  local wrong copy=$demo_folder/web/dwts/$toured_template
-  [[ -d $copy ]] || die "demo: $copy has not come about"
-  say "" "The theme in the copied template:"
-  grep -h '<meta name="Microsoft Theme"' "$copy"/*.dwt || true
+# What the tours left behind, against what it came from.
+check_copies() {
+  local wrong copies=$demo_folder/web/dwts online=samples/catalogue
+  say "" "The themes in the copied templates:"
+  grep -h '<meta name="Microsoft Theme"' "$copies"/*/*.dwt || true
   say "" "The pictures are in build/demo:" "$(cd "$demo_folder" && ls -- *.png)" ""
-  wrong=$(what_is_wrong "samples/templates/$toured_template" "$copy")
-  [[ -z $wrong ]] || die "demo: the copy is not as it should be"$'\n'"$wrong"
+  wrong=$(
+    what_is_wrong 'samples/templates/Night Ferry' "$copies/Night Ferry" 'nightferry 1111'
+    what_is_wrong "$online/templates/Tide Tables" "$copies/Tide Tables" 'seaglass 1011'
+    what_differs "$online/templates/Tide Tables" "$demo_folder/templates/Tide Tables"
+    what_differs "$online/templates/Paper Lanterns" "$demo_folder/downloads/Paper Lanterns"
+    what_differs "$online/themes/seaglass" "$demo_folder/shared/Themes11/seaglass"
+  )
+  [[ -z $wrong ]] || die "demo: not everything is as it should be"$'\n'"$wrong"
   say "demo: ok"
 }
 
-# usage: what_is_wrong TEMPLATE COPY   One line for each difference that should not be.
+what_differs() { diff -rq "$1" "$2" 2>&1 || true; }
+
+# usage: what_is_wrong TEMPLATE COPY THEME   One line for each difference that should not be.
 what_is_wrong() {
-  local file
+  local file mark="<meta name=\"Microsoft Theme\" content=\"$3\">"
+  [[ -d $2 ]] || { say "has not come about: $2"; return; }
   while read -r file; do
     [[ -f $2/$file ]] || { say "missing: $file"; continue; }
     case $file in
       *.dwt)
-        grep -qF "$theme_mark" "$2/$file" || say "without its theme: $file"
-        grep -vF "$theme_mark" "$2/$file" | cmp -s - "$1/$file" || say "changed beyond its theme: $file"
+        grep -qF "$mark" "$2/$file" || say "without its theme: $file"
+        grep -vF "$mark" "$2/$file" | cmp -s - "$1/$file" || say "changed beyond its theme: $file"
         ;;
       *) cmp -s "$1/$file" "$2/$file" || say "not the same bytes: $file" ;;
     esac

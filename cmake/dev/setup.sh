@@ -2,7 +2,7 @@
 
 packages_to_work=(
   wine wine32:i386 wine64 g++-mingw-w64-i686-win32 mingw-w64-tools doctest-dev cmake ninja-build
-  dpkg-dev clang-format python3 python3-pyftpdlib xvfb openbox imagemagick x11-utils fonts-wine
+  dpkg-dev clang-format python3 python3-pyftpdlib zip xvfb openbox imagemagick x11-utils fonts-wine
   fonts-liberation)
 packages_to_lint=(clang-tidy cppcheck)
 
@@ -30,13 +30,13 @@ missing_packages() {
 set_up_elsewhere() {
   local tool
   for tool in wine wineserver i686-w64-mingw32-g++-win32 i686-w64-mingw32-windres \
-    i686-w64-mingw32-widl cmake ninja clang-format python3 Xvfb openbox import; do
+    i686-w64-mingw32-widl cmake ninja clang-format python3 zip Xvfb openbox import; do
     command -v "$tool" >/dev/null ||
       die "$tool is missing, and only Debian and Ubuntu are set up by themselves. Needed here:" \
         "Wine for 32-bit and 64-bit programs, mingw-w64's g++ for i686 with the win32 thread" \
         "model, its windres and widl, doctest, CMake 3.25, Ninja, clang-format, Python 3 with its" \
-        "pyftpdlib, Xvfb, openbox, ImageMagick, xdpyinfo, and the Liberation fonts; clang-tidy and" \
-        "cppcheck to lint."
+        "pyftpdlib, zip, Xvfb, openbox, ImageMagick, xdpyinfo, and the Liberation fonts; clang-tidy" \
+        "and cppcheck to lint."
   done
 }
 

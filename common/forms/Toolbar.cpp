@@ -24,6 +24,10 @@ void Toolbar::setImages(HIMAGELIST images) noexcept {
   SendMessageW(hwnd(), TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(images));
 }
 
+void Toolbar::setDisabledImages(HIMAGELIST images) noexcept {
+  SendMessageW(hwnd(), TB_SETDISABLEDIMAGELIST, 0, reinterpret_cast<LPARAM>(images));
+}
+
 void Toolbar::addButton(std::wstring_view key, int image, std::wstring_view text) {
   insert(key, image, text, BTNS_BUTTON | BTNS_AUTOSIZE);
 }

@@ -16,6 +16,8 @@ class Toolbar : public Control {
   ~Toolbar() override;
 
   void setImages(HIMAGELIST images) noexcept;  // borrowed
+  // What buttons that cannot be pressed show instead.
+  void setDisabledImages(HIMAGELIST images) noexcept;  // borrowed
   void addButton(std::wstring_view key, int image, std::wstring_view text);
   // Shows its text, and opens a menu when it is pressed.
   void addDropDown(std::wstring_view key, int image, std::wstring_view text);

@@ -6,6 +6,7 @@
 
 #include "common/text.h"
 #include "host/model/CommandBars.h"
+#include "host/pages/PageView.h"
 
 namespace standin::desktop {
 namespace {
@@ -146,6 +147,25 @@ bool openNodeIn(HWND tree, const std::vector<std::wstring>& levels) {
   return true;
 }
 
+// --- Tool bars
+
+bool isToolbar(HWND window) { return isClass(window, TOOLBARCLASSNAMEW); }
+
+std::wstring toolText(HWND bar, int command) {
+  wchar_t text[512] = {};
+  const auto length =
+      static_cast<int>(send(bar, TB_GETBUTTONTEXTW, static_cast<WPARAM>(command), 0));
+  if (length > 0 && length < 512)
+    send(bar, TB_GETBUTTONTEXTW, static_cast<WPARAM>(command), reinterpret_cast<LPARAM>(text));
+  return text;
+}
+
+Spot middleOfTool(HWND bar, int index) {
+  RECT place = {};
+  send(bar, TB_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&place));
+  return {bar, {(place.left + place.right) / 2, (place.top + place.bottom) / 2}};
+}
+
 // --- Menus
 
 std::wstring menuCaption(HMENU menu, int position) {
@@ -284,6 +304,70 @@ HWND button(HWND window, const std::wstring& caption) {
   for (const HWND child : children(window))
     if (isClass(child, L"Button") && captionOf(child) == caption) return child;
   return nullptr;
+}
+
+Spot toolButton(HWND window, const std::wstring& text) {
+  for (const HWND bar : children(window)) {
+    const int count = isToolbar(bar) ? static_cast<int>(send(bar, TB_BUTTONCOUNT)) : 0;
+    for (int i = 0; i < count; ++i) {
+      TBBUTTON tool = {};
+      send(bar, TB_GETBUTTON, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&tool));
+      if (tool.fsState & TBSTATE_ENABLED && !(tool.fsStyle & BTNS_SEP) &&
+          toolText(bar, tool.idCommand) == text)
+        return middleOfTool(bar, i);
+    }
+  }
+  return {};
+}
+
+Spot firstToolButton(HWND window, const std::wstring& idOrLabel) {
+  const HWND bar = control(window, idOrLabel);
+  return bar && isToolbar(bar) ? middleOfTool(bar, 0) : Spot{};
+}
+
+Spot link(HWND window, const std::wstring& text) {
+  for (const HWND child : children(window)) {
+    POINT place = {};
+    if (pages::linkPlace(child, text, place)) return {child, place};
+  }
+  return {};
+}
+
+void click(const Spot& spot) {
+  const LPARAM place = MAKELPARAM(spot.place.x, spot.place.y);
+  PostMessageW(spot.child, WM_LBUTTONDOWN, MK_LBUTTON, place);
+  PostMessageW(spot.child, WM_LBUTTONUP, 0, place);
+  PostMessageW(spot.child, WM_MOUSELEAVE, 0, 0);
+}
+
+int progress(HWND window) {
+  LRESULT most = -1;
+  for (const HWND child : children(window)) {
+    if (!isClass(child, PROGRESS_CLASSW)) continue;
+    const LRESULT least = send(child, PBM_GETRANGE, TRUE);
+    const LRESULT range = send(child, PBM_GETRANGE, FALSE) - least;
+    if (range > 0) most = std::max(most, (send(child, PBM_GETPOS) - least) * 100 / range);
+  }
+  return static_cast<int>(most);
+}
+
+HWND popupMenu() {
+  for (const HWND window : windows())
+    if (isClass(window, L"#32768")) return window;
+  return nullptr;
+}
+
+int popupEntry(HWND popup, const std::wstring& caption) {
+  const auto menu = reinterpret_cast<HMENU>(send(popup, MN_GETHMENU));
+  const int count = menu ? GetMenuItemCount(menu) : 0;
+  int passed = 0;
+  for (int i = 0; i < count; ++i) {
+    const UINT state = GetMenuState(menu, static_cast<UINT>(i), MF_BYPOSITION);
+    if (state & MF_SEPARATOR) continue;
+    if (menuText(menu, i) == caption && !(state & (MF_GRAYED | MF_DISABLED))) return passed;
+    ++passed;
+  }
+  return -1;
 }
 
 bool hasRow(HWND window, const std::wstring& text) {

@@ -30,6 +30,27 @@ bool isMessageBox(HWND window);
 HWND control(HWND window, const std::wstring& idOrLabel);
 HWND button(HWND window, const std::wstring& caption);
 
+// Where to click in a child of the window.
+struct Spot {
+  HWND child = nullptr;  // null when there is nothing to click on
+  POINT place = {};
+};
+// An enabled button of a tool bar by its text, which may be shown as its tip only.
+Spot toolButton(HWND window, const std::wstring& text);
+// The first button of the tool bar behind that label.
+Spot firstToolButton(HWND window, const std::wstring& idOrLabel);
+// A link in a page that the host's own browser shows.
+Spot link(HWND window, const std::wstring& text);
+void click(const Spot& spot);
+
+// How far the fullest progress bar in the window has come, in per cent; -1 without a bar.
+int progress(HWND window);
+
+// The pop-up menu that is open in front of all others, and the enabled entry of that caption in it.
+// The entry is counted as the arrow keys count; -1 when there is none.
+HWND popupMenu();
+int popupEntry(HWND popup, const std::wstring& caption);
+
 // A bounded SendMessage.
 LRESULT send(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
 

@@ -145,6 +145,8 @@ void ScriptRunner::run(const ScriptLine& line) {
   if (command == L"menu") return menu(arguments);
   if (command == L"show menu") return showMenu(arguments);
   if (command == L"hide menu") return hideMenu();
+  if (command == L"drop") return drop(arguments[0], arguments[1]);
+  if (command == L"choose") return choose(arguments[0]);
   if (command == L"load") return changeAddIn(arguments[0], L"Load");
   if (command == L"unload") return changeAddIn(arguments[0], L"Unload");
   if (command == L"picture") return picture(arguments);
@@ -187,6 +189,14 @@ void ScriptRunner::runWait(const std::wstring& what, const Arguments& arguments)
         L"no tool tip says that");
   } else if (what == L"gone") {
     require([&] { return desktop::windows(caption).empty(); }, L"the window is still there");
+  } else if (what == L"bar") {
+    const int least = _wtoi(arguments[1].c_str());
+    require(
+        [&] {
+          return anyWindow(caption,
+                           [&](HWND window) { return desktop::progress(window) >= least; });
+        },
+        L"no progress bar has come that far");
   } else {
     require(
         [&] {
@@ -229,6 +239,7 @@ void ScriptRunner::runExpect(const std::wstring& what, const Arguments& argument
 void ScriptRunner::runControl(const std::wstring& what, const Arguments& arguments) {
   const std::wstring& caption = arguments[0];
   if (what == L"press") return press(caption, arguments[1]);
+  if (what == L"follow") return follow(caption, arguments[1]);
   if (what == L"type") return type(arguments);
   if (what == L"post") return post(caption, arguments[1]);
   if (what == L"check") return check(arguments);
@@ -318,16 +329,65 @@ void ScriptRunner::hideMenu() {
       L"the menu does not close");
 }
 
-void ScriptRunner::press(const std::wstring& caption, const std::wstring& button) {
-  HWND found = nullptr;
-  const auto pressable = [&](HWND window) {
-    if (!isEnabled(window)) return false;
-    found = desktop::button(window, button);
-    return found && isEnabled(found);
+// Opens the menu by the button's own click. Its menu loop would take the mouse button's release for
+// a choice.
+void ScriptRunner::drop(const std::wstring& caption, const std::wstring& label) {
+  const desktop::Spot spot = spotIn(
+      caption, [&](HWND window) { return desktop::firstToolButton(window, label); },
+      L"there is no such tool bar");
+  PostMessageW(spot.child, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(spot.place.x, spot.place.y));
+  require([] { return desktop::popupMenu() != nullptr; }, L"the menu does not open");
+}
+
+// As the user does it with the arrow keys.
+void ScriptRunner::choose(const std::wstring& entry) {
+  HWND popup = nullptr;
+  int passed = -1;
+  require(
+      [&] {
+        popup = desktop::popupMenu();
+        if (popup) passed = desktop::popupEntry(popup, entry);
+        return passed >= 0;
+      },
+      L"no menu is open that has such an entry");
+  PostMessageW(popup, WM_KEYDOWN, VK_HOME, 0);
+  for (int i = 0; i < passed; ++i) PostMessageW(popup, WM_KEYDOWN, VK_DOWN, 0);
+  PostMessageW(popup, WM_KEYDOWN, VK_RETURN, 0);
+  require([&] { return !IsWindow(popup) || !IsWindowVisible(popup); }, L"the menu does not close");
+}
+
+desktop::Spot ScriptRunner::spotIn(const std::wstring& caption, const Find& find,
+                                   const std::wstring& failure) const {
+  desktop::Spot spot;
+  const auto hasSpot = [&](HWND window) {
+    spot = isEnabled(window) ? find(window) : desktop::Spot{};
+    return spot.child && isEnabled(spot.child);
   };
-  require([&] { return anyWindow(caption, pressable); },
-          L"there is no such button that can be pressed");
-  PostMessageW(found, BM_CLICK, 0, 0);
+  require([&] { return anyWindow(caption, hasSpot); }, failure);
+  return spot;
+}
+
+void ScriptRunner::press(const std::wstring& caption, const std::wstring& button) {
+  HWND owner = nullptr;
+  HWND push = nullptr;
+  const desktop::Spot spot = spotIn(
+      caption,
+      [&](HWND window) {
+        owner = window;
+        push = desktop::button(window, button);
+        return push ? desktop::Spot{push} : desktop::toolButton(window, button);
+      },
+      L"there is no such button that can be pressed");
+  if (!push) return desktop::click(spot);
+  // The mouse takes focus and default frame along, which the message that clicks does not.
+  if (desktop::isClass(owner, L"#32770"))
+    PostMessageW(owner, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(push), TRUE);
+  PostMessageW(push, BM_CLICK, 0, 0);
+}
+
+void ScriptRunner::follow(const std::wstring& caption, const std::wstring& link) {
+  desktop::click(spotIn(
+      caption, [&](HWND window) { return desktop::link(window, link); }, L"there is no such link"));
 }
 
 // For commands that no push button bears, a tool bar's; and for windows that are about to be shown.

@@ -10,6 +10,7 @@
 
 #include "host/model/AutomationObject.h"
 #include "host/script/CallHold.h"
+#include "host/script/Desktop.h"
 #include "host/script/ScriptLine.h"
 
 namespace standin {
@@ -46,9 +47,15 @@ class ScriptRunner {
   void menu(const Arguments& path);
   void showMenu(const Arguments& path);
   void hideMenu();
+  void drop(const std::wstring& caption, const std::wstring& label);
+  void choose(const std::wstring& entry);
   void press(const std::wstring& caption, const std::wstring& button);
   void post(const std::wstring& caption, const std::wstring& command);
   void point(const Arguments& arguments);
+  void follow(const std::wstring& caption, const std::wstring& link);
+  using Find = std::function<desktop::Spot(HWND)>;
+  desktop::Spot spotIn(const std::wstring& caption, const Find& find,
+                       const std::wstring& failure) const;
   void type(const Arguments& arguments);
   void check(const Arguments& arguments);
   void expectText(const std::wstring& caption, const std::wstring& text);

@@ -2,7 +2,7 @@
 
 #include "catalogue/resource.h"
 #include "common/errors.h"
-#include "common/forms/ImageList.h"
+#include "common/forms/folder_icons.h"
 #include "tests/catalogue/FolderPicker.h"
 #include "tests/catalogue/catalogue_support.h"
 #include "tests/support/DebugOutput.h"
@@ -123,22 +123,6 @@ void checkBox(const FolderDialog& dialog, const std::wstring& text, UINT icon,
   CHECK(box.buttons == buttons);
 }
 
-std::wstring toolTip(HWND dialog, int control) {
-  HWND tips = nullptr;
-  while ((tips = FindWindowExW(nullptr, tips, TOOLTIPS_CLASSW, nullptr)) != nullptr) {
-    if (GetWindow(tips, GW_OWNER) != dialog) continue;
-    wchar_t buffer[256] = {};
-    TTTOOLINFOW tool = {};
-    tool.cbSize = TTTOOLINFOW_V1_SIZE;
-    tool.hwnd = dialog;
-    tool.uId = reinterpret_cast<UINT_PTR>(GetDlgItem(dialog, control));
-    tool.lpszText = buffer;
-    SendMessageW(tips, TTM_GETTEXTW, 256, reinterpret_cast<LPARAM>(&tool));
-    if (buffer[0]) return buffer;
-  }
-  return {};
-}
-
 LSTATUS WINAPI refuseValue(HKEY, LPCSTR name, DWORD, DWORD, const BYTE*, DWORD);
 
 // Lets values be written until one has this name.
@@ -243,18 +227,6 @@ std::vector<COLORREF> pixels(HIMAGELIST images, int index) {
   return result;
 }
 
-// An icon of the resources as an image list of that size draws it.
-std::vector<COLORREF> iconPixels(int id, HIMAGELIST like) {
-  int width = 0;
-  int height = 0;
-  ImageList_GetIconSize(like, &width, &height);
-  const handles::Icon icon(static_cast<HICON>(
-      LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), IMAGE_ICON, width, height, 0)));
-  const forms::ImageList images(ImageList_Create(width, height, ILC_COLOR32 | ILC_MASK, 1, 0));
-  ImageList_AddIcon(images.get(), icon.get());
-  return pixels(images.get(), 0);
-}
-
 RECT placeOf(HWND window) {
   RECT place;
   GetWindowRect(window, &place);
@@ -337,8 +309,10 @@ TEST_CASE("the icon of a row tells which list its folder is from") {
   session.show([](HWND, const ShownList& list) {
     const auto images =
         reinterpret_cast<HIMAGELIST>(SendMessageW(list.hwnd(), LVM_GETIMAGELIST, LVSIL_SMALL, 0));
-    const auto machine = iconPixels(IDI_MACHINEFOLDER, images);
-    const auto user = iconPixels(IDI_USERFOLDER, images);
+    const forms::ImageList drawn =
+        forms::makeFolderIcons({forms::FolderIcon::ofMachine, forms::FolderIcon::ofUser});
+    const auto machine = pixels(drawn.get(), 0);
+    const auto user = pixels(drawn.get(), 1);
     CHECK(machine != user);
     CHECK(pixels(images, list.image(0)) == machine);
     CHECK(pixels(images, list.image(1)) == user);

@@ -126,21 +126,7 @@ class BrowserWindow {
   bool enabled(int id) const { return isEnabled(dialog, id); }
   bool visible(int id) const { return IsWindowVisible(control(id)) != FALSE; }
   // What the tool tip of the control says now.
-  std::wstring tip(int id) const {
-    HWND tips = nullptr;
-    while ((tips = FindWindowExW(nullptr, tips, TOOLTIPS_CLASSW, nullptr)) != nullptr) {
-      if (GetWindow(tips, GW_OWNER) != dialog) continue;
-      wchar_t buffer[1024] = {};
-      TTTOOLINFOW tool = {};
-      tool.cbSize = TTTOOLINFOW_V1_SIZE;
-      tool.hwnd = dialog;
-      tool.uId = reinterpret_cast<UINT_PTR>(control(id));
-      tool.lpszText = buffer;
-      SendMessageW(tips, TTM_GETTEXTW, 1024, reinterpret_cast<LPARAM>(&tool));
-      if (buffer[0]) return buffer;
-    }
-    return {};
-  }
+  std::wstring tip(int id) const { return toolTip(dialog, id); }
   Lines rows() const { return listTexts(control(IDC_QUILLET_LIST)); }
   int columnWidth() const { return ListView_GetColumnWidth(control(IDC_QUILLET_LIST), 0); }
   // The column shows this text whole.

@@ -93,6 +93,19 @@ TEST_CASE("a label stands before every control that has no caption of its own") 
     }
 }
 
+TEST_CASE("a label that cuts its text short shows it as it is and can tell it in a tip") {
+  int found = 0;
+  for (const auto& dialog : dialogResources())
+    for (const auto& item : dialog.items) {
+      if (!item.isLabel() || !(item.style & SS_ELLIPSISMASK)) continue;
+      CAPTURE(describe(dialog, item));
+      ++found;
+      CHECK((item.style & SS_NOTIFY) != 0);
+      CHECK((item.style & SS_NOPREFIX) != 0);
+    }
+  CHECK(found > 0);
+}
+
 TEST_CASE("every control lies inside its dialog") {
   for (const auto& dialog : dialogResources())
     for (const auto& item : dialog.items) {

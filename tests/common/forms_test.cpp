@@ -244,19 +244,7 @@ TEST_CASE("a control's tool tip comes from the string with its number") {
   std::wstring tip;
   ProbeForm form;
   form.activate = [&](ProbeForm& self) {
-    HWND tips = nullptr;
-    while ((tips = FindWindowExW(nullptr, tips, TOOLTIPS_CLASSW, nullptr)) != nullptr &&
-           GetWindow(tips, GW_OWNER) != self.hwnd()) {
-    }
-    wchar_t buffer[256] = {};
-    TTTOOLINFOW tool = {};
-    tool.cbSize = TTTOOLINFOW_V1_SIZE;
-    tool.uFlags = TTF_IDISHWND;
-    tool.hwnd = self.hwnd();
-    tool.uId = reinterpret_cast<UINT_PTR>(self.check.hwnd());
-    tool.lpszText = buffer;
-    SendMessageW(tips, TTM_GETTEXTW, 0, reinterpret_cast<LPARAM>(&tool));
-    tip = buffer;
+    tip = toolTip(self.hwnd(), self.check.id());
     self.close();
   };
   form.show(nullptr);

@@ -231,6 +231,31 @@ TEST_CASE("a missing menu entry is a failure and can be expected") {
         "script: line 6: menu \"Format\" \"Fly...\": there is no such menu entry\n");
 }
 
+TEST_CASE("what a script wants to click on has to be there") {
+  const Program program;
+  const auto failure = [&](const std::string& line) {
+    const std::string output = program.script("timeout 1\n" + line + "\n").output;
+    const std::string start = "script: line 2: " + line + ": ";
+    return output.rfind(start, 0) == 0 ? output.substr(start.size()) : output;
+  };
+  CHECK(failure("follow \"Microsoft FrontPage*\" \"link\"") == "there is no such link\n");
+  CHECK(failure("drop \"Microsoft FrontPage*\" \"label\"") == "there is no such tool bar\n");
+  CHECK(failure("choose \"Entry\"") == "no menu is open that has such an entry\n");
+  CHECK(failure("wait bar \"Microsoft FrontPage*\" 1") == "no progress bar has come that far\n");
+}
+
+TEST_CASE("a script chooses an entry of the menu that is open") {
+  const Program program;
+  const Outcome outcome = program.script(
+      "timeout 5\n"
+      "show menu \"Help\"\n"
+      "choose \"About...\"\n"
+      "wait box \"About\"\n"
+      "press \"About\" \"OK\"\n");
+  CHECK(outcome.output == "");
+  CHECK(outcome.code == 0);
+}
+
 TEST_CASE("a menu can be opened by its accelerators and closed again") {
   const Program program;
   const Outcome outcome = program.script(

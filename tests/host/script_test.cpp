@@ -79,8 +79,9 @@ TEST_CASE("a wrong number of arguments is an error") {
 }
 
 TEST_CASE("the command line names web and themes and script") {
-  const auto line = parseCommandLine({L"C:\\My Webs\\site", L"--themes", L"C:\\t", L"--script",
-                                      L"-", L"--stay", L"--no-addins", L"--by-dispatch"});
+  const auto line =
+      parseCommandLine({L"C:\\My Webs\\site", L"--themes", L"C:\\t", L"--script", L"-", L"--stay",
+                        L"--no-addins", L"--by-dispatch", L"--show-pages"});
   CHECK(line.error.empty());
   CHECK(line.webFolder == L"C:\\My Webs\\site");
   CHECK(line.themesFolder == L"C:\\t");
@@ -88,6 +89,7 @@ TEST_CASE("the command line names web and themes and script") {
   CHECK(line.stay);
   CHECK_FALSE(line.addIns);
   CHECK(line.byDispatch);
+  CHECK(line.showPages);
 }
 
 TEST_CASE("an empty command line opens no web and loads add-ins") {
@@ -95,6 +97,7 @@ TEST_CASE("an empty command line opens no web and loads add-ins") {
   CHECK(line.error.empty());
   CHECK(line.webFolder.empty());
   CHECK(line.addIns);
+  CHECK_FALSE(line.showPages);
 }
 
 TEST_CASE("the command line sets the host's options by name") {

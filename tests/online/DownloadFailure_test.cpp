@@ -2,6 +2,7 @@
 #include <optional>
 
 #include "common/handles.h"
+#include "online/modZipUnzip.h"
 #include "tests/online/DownloadFixture.h"
 #include "tests/online/Internet.h"
 #include "tests/online/LoopbackServer.h"
@@ -118,4 +119,87 @@ TEST_CASE("a session is closed only after the files that were opened through it"
   CHECK(download.cancelledIn(L"Form_Activate"));
   CHECK(internet.staleCloses() == 0);
   CHECK(handles::liveCount() == before);
+}
+
+TEST_CASE("a cancel once the staged file has been opened deletes it whatever its size") {
+  for (const char* head :
+       {"HTTP/1.0 200 OK\r\n\r\n", "HTTP/1.0 200 OK\r\nContent-Length: 5\r\n\r\n"}) {
+    const HttpServer server({{"/d.zip", HttpServer::raw(head + std::string("hello"))}});
+    Download download;
+    download.view.cancelWhen = [&] {
+      return download.output.has(L"Beginning to download the file d.zip");
+    };
+    CHECK_FALSE(download.run(L"?dwt1=" + server.url(L"/d.zip")));
+    CHECK(download.cancelledIn(L"Form_Activate"));
+    CHECK_FALSE(download.output.has(L"File closed."));
+    CHECK(download.output.has(L"Exiting DeleteRelatedFiles()"));
+    CHECK_FALSE(download.isStaged(L"d.zip"));
+    CHECK(download.view.failures.empty());
+  }
+}
+
+TEST_CASE("the sizes of a file are gone when the next one begins") {
+  const std::string bytes = page("a page");
+  const HttpServer server({{"/a.zip", HttpServer::ok(bytes)}, {"/b.zip", HttpServer::ok(bytes)}});
+  Download download;
+  CHECK(download.run(L"?dwt1=" + server.url(L"/a.zip") + L"&dwt2=" + server.url(L"/b.zip")));
+  const std::wstring size = std::to_wstring(bytes.size()) + L" bytes";
+  CHECK(download.view.currentSizes ==
+        Texts{L"", size + L" of " + size, L"", size + L" of " + size});
+}
+
+TEST_CASE("a theme whose body ends early is deleted and its template is not downloaded") {
+  const HttpServer server({{"/t.zip", {HttpServer::head(5000) + std::string(1000, 'x')}},
+                           {"/d.zip", HttpServer::ok(page("a page"))}});
+  Download download;
+  CHECK_FALSE(
+      download.run(L"?theme1=" + server.url(L"/t.zip") + L"&dwt1=" + server.url(L"/d.zip")));
+  CHECK(download.output.has(L"Entering DeleteRelatedFiles()"));
+  CHECK(download.output.has(L"Exiting DeleteRelatedFiles()"));
+  CHECK_FALSE(download.isStaged(L"t.zip"));
+  CHECK_FALSE(download.isStaged(L"d.zip"));
+}
+
+TEST_CASE("a theme that was installed asks for a restart although a template of its run failed") {
+  const HttpServer server(
+      {{"/t.zip", HttpServer::ok(themeFile("blue"))}, {"/d.zip", HttpServer::ok("no archive")}});
+  Download download;
+  CHECK_FALSE(
+      download.run(L"?theme1=" + server.url(L"/t.zip") + L"&dwt1=" + server.url(L"/d.zip")));
+  REQUIRE(download.view.failures.size() == 1);
+  CHECK(download.view.failures[0].first ==
+        L"One or more DWTs that were installed use FrontPage theme.\r\nYou must restart FrontPage "
+        L"before you copy these DWTs to the web.");
+  CHECK(download.view.failures[0].second == L"DWT Online");
+  CHECK(download.driver.boxes().size() == 1);
+}
+
+TEST_CASE("an endless body without a length is not read at all") {
+  const HttpServer server(
+      {{"/d.zip", {"HTTP/1.0 200 OK\r\nConnection: close\r\n\r\n", false, true}}});
+  Download download;
+  CHECK_FALSE(download.run(L"?dwt1=" + server.url(L"/d.zip")));
+  CHECK(download.output.has(L"File size could not be retrieved."));
+  CHECK(download.output.has(L"Download completed successfully. "));
+  REQUIRE(download.driver.boxes().size() == 1);
+  CHECK(download.driver.boxes()[0].text.starts_with(L"Cannot unzip file: \" "));
+}
+
+TEST_CASE("only while a theme is unpacked is the unpacking in theme mode") {
+  ZipMaker::Extras extras;
+  extras.password = "sesame";
+  const HttpServer server(
+      {{"/t.zip", HttpServer::ok(ZipMaker().add("blue/x.inf", "blue", extras).bytes())},
+       {"/d.zip", HttpServer::ok(ZipMaker().add("page.dwt", "page", extras).bytes())}});
+  Download download;
+  std::vector<bool> modes;
+  for (int i = 0; i < 2; ++i)
+    download.driver.onDialog(L"Quillet Viewer", [&](HWND box) {
+      modes.push_back(modZipUnzip::ThemeMode::isOn());
+      SetDlgItemTextW(box, 4211, L"sesame");
+      press(box, IDOK);
+    });
+  CHECK(download.run(L"?theme1=" + server.url(L"/t.zip") + L"&dwt1=" + server.url(L"/d.zip")));
+  CHECK(modes == std::vector<bool>{true, false});
+  CHECK_FALSE(modZipUnzip::ThemeMode::isOn());
 }

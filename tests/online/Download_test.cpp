@@ -399,6 +399,9 @@ TEST_CASE("a folder in the place of the staged file is a message") {
   CHECK_FALSE(download.run(L"?dwt1=" + server.url(L"/d.zip")));
   CHECK(download.failures() ==
         Texts{L"Invalid file path or the file cannot be written to the specified location"});
+  CHECK(
+      download.output.has(L"Error 75 (Path/File access error) in procedure Form_Activate of Form "
+                          L"frmDownloadProgress"));
 }
 
 TEST_CASE("a staging folder that vanishes is a message") {
@@ -411,6 +414,8 @@ TEST_CASE("a staging folder that vanishes is a message") {
   };
   CHECK_FALSE(download.run(L"?dwt1=" + server.url(L"/d.zip")));
   CHECK(download.failures() == Texts{L"The path could not be found."});
+  CHECK(download.output.has(
+      L"Error 76 (Path not found) in procedure Form_Activate of Form frmDownloadProgress"));
 }
 
 namespace {
@@ -435,6 +440,8 @@ TEST_CASE("a full disk is a message") {
   patch.reset();
   CHECK_FALSE(completed);
   CHECK(download.failures() == Texts{L"Disk full"});
+  CHECK(download.output.has(
+      L"Error 61 (Disk full) in procedure Form_Activate of Form frmDownloadProgress"));
 }
 
 TEST_CASE("a failed template makes the run incomplete but the other archives are unpacked") {
@@ -581,6 +588,9 @@ TEST_CASE("a file name that no file can have ends the run with a message") {
   CHECK_FALSE(download.run(L"?dwt1=" + server.url(L"/a|b.zip")));
   CHECK(download.failures() ==
         Texts{L"The disk is not in the drive or the specified path does not exist."});
+  CHECK(
+      download.output.has(L"Error 52 (Bad file name or number) in procedure Form_Activate of Form "
+                          L"frmDownloadProgress"));
 }
 
 TEST_CASE("a repeated part is downloaded once") {

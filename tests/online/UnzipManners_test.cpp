@@ -6,6 +6,7 @@
 #include "online/modZipUnzip.h"
 #include "tests/online/OwnModule.h"
 #include "tests/online/Unpacking.h"
+#include "tests/support/DebugOutput.h"
 #include "tests/support/ImportPatch.h"
 
 namespace {
@@ -146,4 +147,123 @@ TEST_CASE("an archive with a long comment is found by the end of its directory")
       unpacking.scratch.writeFile(L"staging\\pack[1].zip", bytes + comment);
   CHECK(modCommon::UnzipFiles(archive, unpacking.folder));
   CHECK(unpacking.read(L"page.htm") == "new page");
+}
+
+namespace {
+
+// The last lines of the log, as the unpacking writes them.
+bool lastLogged(const DebugOutput& output, const std::wstring& part) {
+  return !output.messages().empty() && output.messages().back().find(part) != std::wstring::npos;
+}
+
+UINT overwriteStyle = 0;
+int WINAPI noteStyle(HWND, LPCWSTR, LPCWSTR, UINT style) {
+  overwriteStyle = style;
+  return IDNO;
+}
+
+HWND WINAPI noDialog(HINSTANCE, LPCDLGTEMPLATEW, HWND, DLGPROC, LPARAM) {
+  SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+  return nullptr;
+}
+
+// The disk is full for the unzip library, which is loaded for one call.
+class FullDisk {
+ public:
+  FullDisk() : load_(nullptr, "KERNEL32.dll", "LoadLibraryExW", load) {
+    original_ = load_.original<HMODULE WINAPI(LPCWSTR, HANDLE, DWORD)>();
+  }
+
+ private:
+  static HMODULE WINAPI load(LPCWSTR path, HANDLE file, DWORD flags) {
+    const HMODULE module = original_(path, file, flags);
+    // Never undone: both are gone with the module.
+    new ImportPatch(module, "msvcrt.dll", "_write", write);
+    new ImportPatch(module, "msvcrt.dll", "fwrite", fileWrite);
+    return module;
+  }
+  static int CDECL write(int, const void*, unsigned) { return -1; }
+  static std::size_t CDECL fileWrite(const void*, std::size_t, std::size_t, void*) { return 0; }
+
+  static inline HMODULE(WINAPI* original_)(LPCWSTR, HANDLE, DWORD) = nullptr;
+  ImportPatch load_;
+};
+
+}  // namespace
+
+TEST_CASE("an archive that is refused is logged with what the library said last") {
+  const Logging logging;
+  DebugOutput output;
+  ModalDriver driver;
+  const Unpacking unpacking(
+      ZipMaker().add("page.htm", "x").add("../evil.htm", "evil").add("last.htm", "x"));
+  CHECK_FALSE(unpacking.run());
+  CHECK(output.hasLineWith(L"UnzipFiles"));
+  CHECK(lastLogged(output, L"FILENAME:"));
+  CHECK(lastLogged(output, L"../EVIL.HTM"));
+  CHECK_FALSE(lastLogged(output, L"LAST.HTM"));
+}
+
+TEST_CASE("the overwrite question has the style of its two texts joined") {
+  const Unpacking unpacking(onePage());
+  unpacking.scratch.writeFile(L"inside\\page.htm", "old page");
+  modZipUnzip::Options options;
+  options.ZipFileName = unpacking.archive;
+  options.ExtractDir = unpacking.folder;
+  options.PromptOverwrite = true;
+  std::wstring lastMessage;
+  const ImportPatch patch(nullptr, "USER32.dll", "MessageBoxW", noteStyle);
+  modZipUnzip::Unzip(options, lastMessage, nullptr);
+  CHECK(overwriteStyle == 483);
+  CHECK(unpacking.read(L"page.htm") == "old page");
+}
+
+TEST_CASE("a library of an unknown version is a clear message and no harm") {
+  for (const char* version : {"4", "7"}) {
+    const OwnModule own;
+    own.useOldLibrary();
+    SetEnvironmentVariableA("OLD_UNZIP_VERSION", version);
+    ModalDriver driver;
+    const Unpacking unpacking(onePage());
+    CHECK_FALSE(unpacking.run());
+    SetEnvironmentVariableA("OLD_UNZIP_VERSION", nullptr);
+    REQUIRE(driver.boxes().size() == 1);
+    CHECK(driver.boxes()[0].text == L"The unzip library \" " + (own.folder() / L"unzip32.dll") +
+                                        L" \" has an unknown version. The product may have to be "
+                                        L"reinstalled.");
+    CHECK(unpacking.untouched());
+    CHECK(GetModuleHandleW(L"unzip32.dll") == nullptr);
+  }
+}
+
+TEST_CASE("a question for a password that cannot be asked leaves the archive packed") {
+  ModalDriver driver;
+  ZipMaker::Extras extras;
+  extras.password = "sesame";
+  const Unpacking unpacking(ZipMaker().add("page.htm", "secret", extras));
+  {
+    const ImportPatch patch(nullptr, "USER32.dll", "CreateDialogIndirectParamW", noDialog);
+    CHECK_FALSE(unpacking.run());
+  }
+  CHECK(driver.boxes().empty());
+  CHECK(unpacking.read(L"page.htm").empty());
+  CHECK(GetModuleHandleW(L"unzip32.dll") == nullptr);
+  // And the next question is asked again.
+  typePassword(driver, L"sesame");
+  CHECK(unpacking.run());
+  CHECK(unpacking.read(L"page.htm") == "secret");
+}
+
+TEST_CASE("a disk that is full while an archive is unpacked is logged without a message") {
+  const Logging logging;
+  DebugOutput output;
+  ModalDriver driver;
+  const Unpacking unpacking(ZipMaker().add("page.htm", std::string(100000, 'x')));
+  {
+    const FullDisk disk;
+    CHECK_FALSE(unpacking.run());
+  }
+  CHECK(driver.boxes().empty());
+  CHECK(lastLogged(output, L"PAGE.HTM IS PROBABLY TRUNCATED"));
+  CHECK(unpacking.scratch.exists(L"staging\\theme.zip"));
 }

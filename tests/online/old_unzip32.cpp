@@ -1,6 +1,6 @@
 // A library with the interface of unzip32.dll before its version 6, as far as the add-in uses it.
 // It "unpacks" one file, page.htm. It reads the caller's records by position, on purpose not by the
-// declarations that the add-in uses.
+// declarations that the add-in uses. The environment can give it another version.
 #include <windows.h>
 
 #include <cstdio>
@@ -21,8 +21,10 @@ using Service = int(WINAPI*)(const char*, unsigned long);
 extern "C" __declspec(dllexport) unsigned WINAPI UzpVersion2(unsigned char* record) {
   constexpr unsigned length = 64;
   if (*reinterpret_cast<unsigned long*>(record) != length) return length;
-  record[48] = 5;   // unzip, major
-  record[49] = 52;  // minor
+  char version[4] = "5";
+  GetEnvironmentVariableA("OLD_UNZIP_VERSION", version, sizeof version);
+  record[48] = static_cast<unsigned char>(version[0] - '0');  // unzip, major
+  record[49] = 52;                                            // minor
   return 0;
 }
 

@@ -1,5 +1,7 @@
 #include "tests/support/ModalDriver.h"
 
+#include <commctrl.h>
+
 #include <algorithm>
 
 namespace {
@@ -167,4 +169,20 @@ std::wstring windowText(HWND dialog, int control) {
 
 bool isEnabled(HWND dialog, int control) {
   return IsWindowEnabled(GetDlgItem(dialog, control)) != FALSE;
+}
+
+std::wstring toolTip(HWND dialog, int control) {
+  HWND tips = nullptr;
+  while ((tips = FindWindowExW(nullptr, tips, TOOLTIPS_CLASSW, nullptr)) != nullptr) {
+    if (GetWindow(tips, GW_OWNER) != dialog) continue;
+    wchar_t buffer[1024] = {};
+    TTTOOLINFOW tool = {};
+    tool.cbSize = TTTOOLINFOW_V1_SIZE;
+    tool.hwnd = dialog;
+    tool.uId = reinterpret_cast<UINT_PTR>(GetDlgItem(dialog, control));
+    tool.lpszText = buffer;
+    SendMessageW(tips, TTM_GETTEXTW, 1024, reinterpret_cast<LPARAM>(&tool));
+    if (buffer[0]) return buffer;
+  }
+  return {};
 }

@@ -62,3 +62,5 @@ void press(HWND dialog, int button);
 std::wstring windowText(HWND window);
 std::wstring windowText(HWND dialog, int control);
 bool isEnabled(HWND dialog, int control);
+// What the tool tip of the control says now; empty when it has none.
+std::wstring toolTip(HWND dialog, int control);

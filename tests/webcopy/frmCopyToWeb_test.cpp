@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include "common/module.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/text_output.h"
 #include "tests/webcopy/CopyFixture.h"
@@ -62,11 +61,6 @@ bool logged(const CopySession& session, const std::wstring& line) {
   });
 }
 
-std::wstring toolTip(int id) {
-  wchar_t text[256];
-  return {text, static_cast<std::size_t>(LoadStringW(module::instance(), id, text, 256))};
-}
-
 void checkCancelQuestion(const CopySession& session) {
   REQUIRE(session.driver.boxes().size() == 1);
   const ShownBox& box = session.driver.boxes().front();
@@ -97,10 +91,10 @@ TEST_CASE("the copy dialog's texts are all there") {
     CHECK(windowText(session.dialog, IDC_COPYTOWEB_LBLOVERALLPROGRESS) == L"Overall progress:");
     CHECK(windowText(session.dialog, IDC_COPYTOWEB_LBLCURRENTPROGRESS) == L"Current process:");
     CHECK(windowText(session.dialog, IDCANCEL) == L"Cancel");
+    CHECK(toolTip(session.dialog, IDCANCEL) == L"Cancel the copying of the DWTs to the web");
   };
   CHECK(session.run());
   CHECK(session.dialog != nullptr);
-  CHECK(toolTip(3002) == L"Cancel the copying of the DWTs to the web");
 }
 
 TEST_CASE("the copy dialog's unused text box is there and hidden") {
@@ -139,6 +133,18 @@ TEST_CASE("the copy dialog shows web and template and the file being worked on")
   });
   CHECK(session.run());
   CHECK(files == Lines{L"home.dwt", L"logo.gif", L"Applying theme to home..."});
+}
+
+TEST_CASE("a file name too long for the copy dialog is told in full by its tip") {
+  CopySession session;
+  const std::wstring name = std::wstring(120, L'w') + L".css";
+  session.fixture.disk.writeFile(L"templates\\Blue\\" + name);
+  Lines tips;
+  session.onImport(
+      [&] { tips.push_back(toolTip(session.dialog, IDC_COPYTOWEB_LBLSTATUSCURRENT)); });
+  CHECK(session.run());
+  std::ranges::sort(tips);
+  CHECK(tips == Lines{L"", L"", name});
 }
 
 TEST_CASE("the copy dialog's bars advance with the run") {

@@ -1,6 +1,5 @@
 #include "webcopy/frmNewFolder.h"
 
-#include "common/module.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/text_output.h"
 #include "tests/webcopy/CopyFixture.h"
@@ -56,11 +55,6 @@ void checkBox(const ShownBox& box, const wchar_t* text) {
   CHECK(box.buttons == Lines{L"OK"});
 }
 
-std::wstring toolTip(int id) {
-  wchar_t text[256];
-  return {text, static_cast<std::size_t>(LoadStringW(module::instance(), id, text, 256))};
-}
-
 }  // namespace
 
 TEST_CASE("the new-folder dialog's texts and tips are all there") {
@@ -72,13 +66,13 @@ TEST_CASE("the new-folder dialog's texts and tips are all there") {
     CHECK(windowText(dialog, IDC_NEWFOLDER_LBLFOLDERNAME) == L"Name:");
     CHECK(windowText(dialog, IDOK) == L"OK");
     CHECK(windowText(dialog, IDCANCEL) == L"Cancel");
+    CHECK(toolTip(dialog, IDC_NEWFOLDER_LBLPARENTFOLDER) == L"Parent folder for the new folder");
+    CHECK(toolTip(dialog, IDC_NEWFOLDER_TXTFOLDERNAME) == L"Name of the new folder");
+    CHECK(toolTip(dialog, IDOK) == L"Create new folder");
+    CHECK(toolTip(dialog, IDCANCEL) == L"Cancel creation of new folder");
     press(dialog, IDCANCEL);
   });
   CHECK(seen);
-  CHECK(toolTip(IDC_NEWFOLDER_LBLPARENTFOLDER) == L"Parent folder for the new folder");
-  CHECK(toolTip(IDC_NEWFOLDER_TXTFOLDERNAME) == L"Name of the new folder");
-  CHECK(toolTip(3201) == L"Create new folder");
-  CHECK(toolTip(3202) == L"Cancel creation of new folder");
 }
 
 TEST_CASE("the new-folder dialog offers a free name with all of it selected") {

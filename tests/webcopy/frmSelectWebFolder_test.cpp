@@ -1,11 +1,9 @@
 #include "webcopy/frmSelectWebFolder.h"
 
-#include "common/module.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/text_output.h"
 #include "tests/webcopy/CopyFixture.h"
 #include "tests/webcopy/FolderTree.h"
-#include "webcopy/folder_icons.h"
 #include "webcopy/resource.h"
 
 using Lines = std::vector<std::wstring>;
@@ -61,11 +59,6 @@ struct PickerSession {
   bool absolute = false;
 };
 
-std::wstring toolTip(int id) {
-  wchar_t text[256];
-  return {text, static_cast<std::size_t>(LoadStringW(module::instance(), id, text, 256))};
-}
-
 // Presses "New..." and works the dialog that opens.
 void makeFolder(PickerSession& session, HWND dialog, std::function<void(HWND)> script) {
   session.driver.onDialog(newCaption, std::move(script));
@@ -107,15 +100,15 @@ TEST_CASE("the picker's texts and tips are all there") {
     CHECK(windowText(dialog, IDC_SELECTWEBFOLDER_BTNNEWFOLDER) == L"New...");
     CHECK(windowText(dialog, IDOK) == L"OK");
     CHECK(windowText(dialog, IDCANCEL) == L"Cancel");
+    CHECK(toolTip(dialog, IDC_SELECTWEBFOLDER_TXTWEB) == L"Current web");
+    CHECK(toolTip(dialog, IDC_SELECTWEBFOLDER_TVFOLDERS) == L"Web folder structure");
+    CHECK(toolTip(dialog, IDC_SELECTWEBFOLDER_BTNNEWFOLDER) ==
+          L"Create a new folder as a subfolder of the selected folder");
+    CHECK(toolTip(dialog, IDOK) == L"Select the folder");
+    CHECK(toolTip(dialog, IDCANCEL) == L"Cancel the changes");
     press(dialog, IDCANCEL);
   });
   CHECK(seen);
-  CHECK(toolTip(IDC_SELECTWEBFOLDER_TXTWEB) == L"Current web");
-  CHECK(toolTip(IDC_SELECTWEBFOLDER_TVFOLDERS) == L"Web folder structure");
-  CHECK(toolTip(IDC_SELECTWEBFOLDER_BTNNEWFOLDER) ==
-        L"Create a new folder as a subfolder of the selected folder");
-  CHECK(toolTip(3101) == L"Select the folder");
-  CHECK(toolTip(3102) == L"Cancel the changes");
 }
 
 TEST_CASE("the picker opens with the web's root expanded and its folders sorted") {
@@ -200,16 +193,18 @@ TEST_CASE("a web of 200 folders opens without reading more than its first level"
 }
 
 TEST_CASE("folders show their pictures closed and open") {
+  constexpr int closed = 0;
+  constexpr int opened = 1;
   PickerSession session;
   session.makeFolders({L"dwts\\blue"});
-  session.look([](const FolderTree& tree) {
+  session.look([=](const FolderTree& tree) {
     const HTREEITEM dwts = tree.at({L"site", L"dwts"});
-    CHECK(tree.image(tree.at({L"site"})) == webfolder::openFolder);
-    CHECK(tree.image(dwts) == webfolder::closedFolder);
+    CHECK(tree.image(tree.at({L"site"})) == opened);
+    CHECK(tree.image(dwts) == closed);
     tree.open(dwts);
-    CHECK(tree.image(dwts) == webfolder::openFolder);
+    CHECK(tree.image(dwts) == opened);
     tree.close(dwts);
-    CHECK(tree.image(dwts) == webfolder::closedFolder);
+    CHECK(tree.image(dwts) == closed);
   });
 }
 

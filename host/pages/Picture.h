@@ -1,0 +1,25 @@
+// A picture of a page, in any format that the system reads.
+#pragma once
+
+#include <windows.h>
+
+#include <ocidl.h>
+
+#include <string>
+
+#include "common/com.h"
+
+namespace standin::pages {
+
+class Picture {
+ public:
+  explicit Picture(const std::string& bytes);  // that are no picture: one without a size
+
+  SIZE size() const;  // pixels
+  void draw(HDC target, const RECT& place) const;
+
+ private:
+  ComPtr<IPicture> picture_;
+};
+
+}  // namespace standin::pages

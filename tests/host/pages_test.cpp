@@ -1,0 +1,151 @@
+// The host's own browser of web pages: what it reads out of HTML and where it puts it.
+#include "host/pages/Layout.h"
+#include "host/pages/Page.h"
+#include "host/pages/Tag.h"
+#include "host/pages/fetch.h"
+#include "tests/support/ScratchFolder.h"
+#include "tests/support/text_output.h"
+
+using namespace standin::pages;
+
+namespace {
+
+using Texts = std::vector<std::wstring>;
+
+std::wstring textOf(const Block& block) {
+  std::wstring text;
+  for (const Piece& piece : block.pieces) text += piece.text;
+  return text;
+}
+
+struct NoPictures final : PictureSizes {
+  SIZE sizeOf(const std::wstring&) override { return {40, 30}; }
+};
+
+Layout laidOut(const std::wstring& html, int width) {
+  Fonts fonts;
+  NoPictures pictures;
+  return layOut(parsePage(html), width, fonts, pictures);
+}
+
+Texts textsOf(const Layout& layout) {
+  Texts texts;
+  for (const Item& item : layout.items)
+    if (item.kind == Item::Kind::text) texts.push_back(item.text);
+  return texts;
+}
+
+}  // namespace
+
+TEST_CASE("a page has its title and its paragraphs") {
+  const Page page = parsePage(
+      L"<html><head><title> A\r\n page </title></head><body><h1>One</h1>"
+      L"<p>two  <b>and</b>\nmore<p>three</body></html>");
+  CHECK(page.title == L"A page");
+  REQUIRE(page.body.blocks.size() == 3);
+  CHECK(textOf(page.body.blocks[0]) == L"One");
+  CHECK(page.body.blocks[0].pieces[0].style.bold);
+  CHECK(textOf(page.body.blocks[1]) == L"two and more");
+  CHECK(page.body.blocks[1].pieces[1].style.bold);
+  CHECK_FALSE(page.body.blocks[1].pieces[2].style.bold);
+  CHECK(textOf(page.body.blocks[2]) == L"three");
+}
+
+TEST_CASE("scripts and styles and comments are no text of a page") {
+  const Page page = parsePage(
+      L"<!DOCTYPE html><!-- a > b --><style>p { x }</style><p>seen<script>if (a<b) c</script>");
+  REQUIRE(page.body.blocks.size() == 1);
+  CHECK(textOf(page.body.blocks[0]) == L"seen");
+}
+
+TEST_CASE("a link keeps its address as it is written but for entities") {
+  const Page page = parsePage(L"<a href='d.htm?a=http://b/c%20d&amp;e=f'>go</a><a name=x>here</a>");
+  CHECK(page.links == Texts{L"d.htm?a=http://b/c%20d&e=f"});
+  const auto& pieces = page.body.blocks[0].pieces;
+  CHECK(pieces[0].style.link == 0);
+  CHECK(pieces[1].style.link == noLink);
+}
+
+TEST_CASE("entities become the letters that they mean") {
+  CHECK(withoutEntities(L"&lt;&amp;&uuml;&#65;&#x42;&none; & x;") ==
+        L"<&\xFC"
+        L"AB&none; & x;");
+}
+
+TEST_CASE("a tag that is not closed and a bare bracket do no harm") {
+  CHECK(textOf(parsePage(L"<p>a < b <i").body.blocks[0]) == L"a < b ");
+  CHECK(parsePage(L"</td></table></p>").body.blocks.empty());
+  CHECK(textOf(parsePage(L"<td>x").body.blocks[0]) == L"x");
+}
+
+TEST_CASE("a table in a cell stays in it") {
+  const Page page = parsePage(
+      L"<table><tr><td>a<table><tr><td>b</table>c<td bgcolor=#102030>d</tr><tr><td colspan=2>e"
+      L"</table><p>f");
+  REQUIRE(page.body.blocks.size() == 2);
+  const Table& table = *page.body.blocks[0].table;
+  REQUIRE(table.rows.size() == 2);
+  REQUIRE(table.rows[0].size() == 2);
+  REQUIRE(table.rows[0][0].blocks.size() == 3);
+  CHECK(textOf(table.rows[0][0].blocks[1].table->rows[0][0].blocks[0]) == L"b");
+  CHECK(textOf(table.rows[0][0].blocks[2]) == L"c");
+  CHECK(table.rows[0][1].background == RGB(0x10, 0x20, 0x30));
+  CHECK(table.rows[1][0].columns == 2);
+  CHECK(textOf(page.body.blocks[1]) == L"f");
+}
+
+TEST_CASE("words go on in the next line where the page ends") {
+  const Layout wide = laidOut(L"<p>one two three four", 2000);
+  CHECK(textsOf(wide) == Texts{L"one two three four"});
+  const Layout narrow = laidOut(L"<p>one two three four", 60);
+  CHECK(textsOf(narrow).size() > 1);
+  CHECK(narrow.height > wide.height);
+  for (const Item& item : narrow.items) CHECK(item.place.left == 10);
+}
+
+TEST_CASE("centred and right text keeps its distance from the left") {
+  const Layout layout = laidOut(L"<p>x<p align=center>x<p align=right>x", 400);
+  REQUIRE(layout.items.size() == 3);
+  const LONG width = layout.items[0].place.right - layout.items[0].place.left;
+  CHECK(layout.items[1].place.left == 10 + (380 - width) / 2);
+  CHECK(layout.items[2].place.right == 390);
+}
+
+TEST_CASE("the columns of a table have the widths that are said and share the rest") {
+  const Layout layout = laidOut(
+      L"<table width=300 cellspacing=0 cellpadding=0><tr><td width=60><img src=a><td><img src=b>"
+      L"<td bgcolor=#000001><img src=c width=10 height=200></table>",
+      1000);
+  REQUIRE(layout.items.size() == 4);
+  CHECK(layout.items[0].place.left == 10);
+  CHECK(layout.items[1].place.left == 70);
+  CHECK(layout.items[1].place.right == 110);
+  CHECK(layout.items[3].place.left == 190);
+  // A cell's ground is as high as its row.
+  CHECK(layout.items[2].kind == Item::Kind::fill);
+  CHECK(layout.items[2].place.right == 310);
+  CHECK(layout.items[2].place.bottom - layout.items[2].place.top == 200);
+}
+
+TEST_CASE("an address is completed by the page that names it and its query stays as it is") {
+  const std::wstring page = L"http://127.0.0.1:81/a/index.htm?x/y";
+  CHECK(resolved(page, L"b.htm") == L"http://127.0.0.1:81/a/b.htm");
+  CHECK(resolved(page, L"b.htm?c=http://d/../e f&g") ==
+        L"http://127.0.0.1:81/a/b.htm?c=http://d/../e f&g");
+  CHECK(resolved(page, L"/b.htm") == L"http://127.0.0.1:81/b.htm");
+  CHECK(resolved(page, L"http://other/") == L"http://other/");
+}
+
+TEST_CASE("a path of the disk is fetched and what is missing is not") {
+  const ScratchFolder disk;
+  disk.writeFile(L"a page.htm", "content");
+  std::string bytes = "old";
+  CHECK(fetch(addressOf(disk / L"a page.htm"), bytes));
+  CHECK(bytes == "content");
+  CHECK_FALSE(fetch(addressOf(disk / L"none.htm"), bytes));
+}
+
+TEST_CASE("a page is read in the encoding that it names") {
+  CHECK(decodePage("<meta content=\"text/html; charset=utf-8\">\xC3\xBC").back() == L'\xFC');
+  CHECK(decodePage("<p>\xFC").back() == L'\xFC');
+}
