@@ -158,3 +158,22 @@ enum Result : long {
 };
 
 }  // namespace unzip
+
+// The sister library that makes archives (zip32.dll). No archive is made here.
+namespace zip {
+
+struct Callbacks;
+struct Settings;
+struct Files {
+  int count;
+  const char* archive;
+  char** names;
+};
+static_assert(sizeof(Files) == 12);
+
+using ZpInit = int(WINAPI*)(Callbacks* callbacks);
+using ZpSetOptions = BOOL(WINAPI*)(Settings* settings);
+using ZpGetOptions = Settings(WINAPI*)();
+using ZpArchive = int(WINAPI*)(Files files);
+
+}  // namespace zip
