@@ -178,6 +178,7 @@ TEST_CASE("a staging folder that cannot be made ends the run before anything is 
 
 TEST_CASE("a file that answers 404 ends the run with the address shown in the dialog") {
   const RealServers servers;
+  const long before = handles::liveCount();
   Download download;
   CHECK_FALSE(download.run(L"?dwt1=" + servers.url(L"/gone.zip")));
   REQUIRE(download.view.failures.size() == 1);
@@ -185,6 +186,7 @@ TEST_CASE("a file that answers 404 ends the run with the address shown in the di
   CHECK(download.view.failures[0].second == L"Validating URLs...");
   CHECK(download.output.has(L"Error 512 (" + notFound(L"http://127.0.0.1/gone.zip") +
                             L") in procedure GetTotalDownloadSize of Form frmDownloadProgress"));
+  CHECK(handles::liveCount() == before);
 }
 
 TEST_CASE("a later file that answers 404 keeps the earlier one from being downloaded") {
@@ -429,6 +431,7 @@ BOOL WINAPI fullDisk(HANDLE, LPCVOID, DWORD, LPDWORD, LPOVERLAPPED) {
 
 TEST_CASE("a full disk is a message") {
   const HttpServer server({{"/d.zip", HttpServer::ok(page("new"))}});
+  const long before = handles::liveCount();
   Download download;
   std::optional<ImportPatch> patch;
   download.view.cancelWhen = [&] {
@@ -442,6 +445,7 @@ TEST_CASE("a full disk is a message") {
   CHECK(download.failures() == Texts{L"Disk full"});
   CHECK(download.output.has(
       L"Error 61 (Disk full) in procedure Form_Activate of Form frmDownloadProgress"));
+  CHECK(handles::liveCount() == before);
 }
 
 TEST_CASE("a failed template makes the run incomplete but the other archives are unpacked") {
