@@ -43,7 +43,7 @@ com::Variant argument(const DISPPARAMS& parameters, UINT position) {
 HRESULT ConnectionObject::QueryInterface(REFIID iid, void** object) {
   if (!object) return E_POINTER;
   *object = nullptr;
-  if (iid != IID_IUnknown && iid != IID_IDispatch && iid != __uuidof(IDTExtensibility2))
+  if (iid != IID_IUnknown && iid != IID_IDispatch && iid != IID_IDTExtensibility2)
     return E_NOINTERFACE;
   *object = static_cast<IDTExtensibility2*>(this);
   AddRef();
@@ -72,7 +72,7 @@ HRESULT ConnectionObject::GetTypeInfo(UINT index, LCID, ITypeInfo** info) {
     ComPtr<ITypeLib> library;
     const HRESULT loaded = LoadTypeLibEx(module::path().c_str(), REGKIND_NONE, library.put());
     if (FAILED(loaded)) return loaded;
-    return library->GetTypeInfoOfGuid(__uuidof(IDTExtensibility2), info);
+    return library->GetTypeInfoOfGuid(IID_IDTExtensibility2, info);
   } catch (...) {
     return E_OUTOFMEMORY;
   }

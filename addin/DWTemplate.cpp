@@ -111,6 +111,21 @@ HRESULT DWTemplate::OnDisconnection(long RemoveMode, SAFEARRAY**) {
   return S_OK;
 }
 
+HRESULT DWTemplate::OnAddInsUpdate(SAFEARRAY**) {
+  IDTExtensibility2_OnAddInsUpdate();
+  return S_OK;
+}
+
+HRESULT DWTemplate::OnStartupComplete(SAFEARRAY**) {
+  IDTExtensibility2_OnStartupComplete();
+  return S_OK;
+}
+
+HRESULT DWTemplate::OnBeginShutdown(SAFEARRAY**) {
+  IDTExtensibility2_OnBeginShutdown();
+  return S_OK;
+}
+
 void DWTemplate::IDTExtensibility2_OnConnection(IDispatch* Application) noexcept {
   quietly(L"IDTExtensibility2_OnConnection", [&] {
     hostApplication() = HostApplication(host::Dispatch(ComPtr<IDispatch>(Application)));

@@ -26,9 +26,9 @@ class DWTemplate final : public ConnectionObject {
   HRESULT STDMETHODCALLTYPE OnConnection(IDispatch* Application, long ConnectMode,
                                          IDispatch* AddInInst, SAFEARRAY** custom) override;
   HRESULT STDMETHODCALLTYPE OnDisconnection(long RemoveMode, SAFEARRAY** custom) override;
-  HRESULT STDMETHODCALLTYPE OnAddInsUpdate(SAFEARRAY**) override { return S_OK; }
-  HRESULT STDMETHODCALLTYPE OnStartupComplete(SAFEARRAY**) override { return S_OK; }
-  HRESULT STDMETHODCALLTYPE OnBeginShutdown(SAFEARRAY**) override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE OnAddInsUpdate(SAFEARRAY** custom) override;
+  HRESULT STDMETHODCALLTYPE OnStartupComplete(SAFEARRAY** custom) override;
+  HRESULT STDMETHODCALLTYPE OnBeginShutdown(SAFEARRAY** custom) override;
 
   // The entry of that tag: the one that is there already, otherwise a new one in the pop-up
   // `cbpval`, behind its entry `cbcval` (each an identifier or a tag, as the flag behind it says).
@@ -51,6 +51,10 @@ class DWTemplate final : public ConnectionObject {
 
   void IDTExtensibility2_OnConnection(IDispatch* Application) noexcept;
   void IDTExtensibility2_OnDisconnection(long RemoveMode) noexcept;
+  // Nothing to do: the entries are made and removed by the two above.
+  void IDTExtensibility2_OnAddInsUpdate() noexcept {}
+  void IDTExtensibility2_OnStartupComplete() noexcept {}
+  void IDTExtensibility2_OnBeginShutdown() noexcept {}
   void m_btnCopyToWeb_Click(IDispatch* Ctrl, VARIANT_BOOL* CancelDefault) noexcept;
   void m_btnDWTOnline_Click(IDispatch* Ctrl, VARIANT_BOOL* CancelDefault) noexcept;
 

@@ -52,7 +52,8 @@ class ComPtr {
 
   [[nodiscard]] Interface* release() noexcept { return std::exchange(pointer_, nullptr); }
 
-  // The same object's other interface; null when it has none.
+  // The same object's other interface; null when it has none. Nobody else asks the compiler for
+  // an interface's identifier: not every compiler knows how.
   template <class Other>
   ComPtr<Other> as() const noexcept {
     ComPtr<Other> result;

@@ -62,8 +62,8 @@ ComPtr<IStream> streamOver(const std::wstring& path) {
 ComPtr<IPicture> decode(const std::wstring& path) {
   const auto stream = streamOver(path);
   ComPtr<IPicture> picture;
-  const HRESULT result = OleLoadPicture(stream.get(), 0, TRUE, __uuidof(IPicture),
-                                        reinterpret_cast<void**>(picture.put()));
+  const HRESULT result =
+      OleLoadPicture(stream.get(), 0, TRUE, IID_IPicture, reinterpret_cast<void**>(picture.put()));
   if (result == E_OUTOFMEMORY) throw Error(errors::outOfMemory);
   if (FAILED(result) || !picture) throw notAPicture();
   short type = PICTYPE_NONE;

@@ -70,7 +70,8 @@ std::vector<std::wstring> installedThemes(const Session& session) {
   if (!disk::isFolder(session.themesFolder)) return {};
   auto names = disk::folderNames(session.themesFolder);
   std::erase_if(names, [&](const std::wstring& name) {
-    return !disk::isFile(session.themesFolder + L"\\" + name + L"\\" + name + L".inf");
+    const std::wstring file = session.themesFolder + L"\\" + name + L"\\" + name;
+    return !disk::isFile(file + L".inf") || !disk::isFile(file + L".elm");
   });
   return names;
 }

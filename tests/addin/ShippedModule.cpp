@@ -26,7 +26,7 @@ ComPtr<IClassFactory> ShippedModule::factory() const {
 
 ComPtr<IDTExtensibility2> ShippedModule::connection() const {
   ComPtr<IDTExtensibility2> connection;
-  factory()->CreateInstance(nullptr, __uuidof(IDTExtensibility2),
+  factory()->CreateInstance(nullptr, IID_IDTExtensibility2,
                             reinterpret_cast<void**>(connection.put()));
   return connection;
 }

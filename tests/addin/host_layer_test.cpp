@@ -402,7 +402,9 @@ TEST_SUITE("open web") {
   TEST_CASE("Installed themes are listed by name") {
     ScratchFolder themes;
     themes.writeFile(L"blends\\blends.inf", "[info]\r\ntitle=Blends\r\n");
+    themes.writeFile(L"blends\\blends.elm");
     themes.writeFile(L"arctic\\arctic.inf", "[info]\r\ntitle=Arctic\r\n");
+    themes.writeFile(L"arctic\\arctic.elm");
     const standin::Host host({}, {}, themes.path());
     const HostApplication application(host::Dispatch(ComPtr<IDispatch>(host.application())));
     CHECK(application.themeNames() == std::vector<std::wstring>{L"arctic", L"blends"});

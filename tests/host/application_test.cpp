@@ -116,11 +116,15 @@ TEST_CASE("a leading slash means the base or the server for MakeAbs") {
   CHECK(made(L"file:///C:/My Webs") == L"file:///C:/dwts");
 }
 
-TEST_CASE("the installed themes are the folders with their own information file") {
+TEST_CASE("the installed themes are the folders with their own two files") {
   const ScratchFolder themes;
   themes.writeFile(L"sumi\\sumi.inf", "[info]\r\ntitle=Sumi Painting\r\nformat=2.00\r\n");
+  themes.writeFile(L"sumi\\sumi.elm");
   themes.writeFile(L"blends\\blends.inf");
+  themes.writeFile(L"blends\\blends.elm");
   themes.writeFile(L"empty\\readme.txt");
+  themes.writeFile(L"half\\half.inf");
+  themes.writeFile(L"other half\\other half.elm");
   const Host host({}, {}, themes.path());
   const LateBound collection = LateBound(host.application()).child(L"Themes");
   CHECK(collection.number(L"Count") == 2);

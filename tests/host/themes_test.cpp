@@ -41,6 +41,7 @@ TEST_CASE("applying a theme marks the page and copies the theme into the web") {
 TEST_CASE("applying another theme replaces the mark") {
   const ThemedWeb web;
   web.themes.writeFile(L"sumi\\sumi.inf");
+  web.themes.writeFile(L"sumi\\sumi.elm");
   web.folder.writeFile(L"a.htm", "<head></head>");
   CHECK(web.apply(L"a.htm", {L"blends", 0x1111}).result == S_OK);
   CHECK(web.apply(L"a.htm", {L"sumi"}).result == S_OK);

@@ -61,7 +61,7 @@ void Journey::start() {
   REQUIRE(registered_.outcome() == S_OK);
   CLSID classId = {};
   REQUIRE(CLSIDFromProgID(L"DWT.DWTemplate", &classId) == S_OK);
-  REQUIRE(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IDTExtensibility2),
+  REQUIRE(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IID_IDTExtensibility2,
                            reinterpret_cast<void**>(addIn.put())) == S_OK);
   CHECK(addIn->OnConnection(host.application(), atStartup, nullptr, nullptr) == S_OK);
   CHECK(addIn->OnStartupComplete(nullptr) == S_OK);

@@ -64,6 +64,7 @@ std::vector<std::wstring> CopyFixture::webTree(const std::wstring& folder) const
 
 void CopyFixture::installTheme(const std::wstring& name) const {
   disk.writeFile(L"themes\\" + name + L"\\" + name + L".inf", "[info]\r\nformat=1.00\r\n");
+  disk.writeFile(L"themes\\" + name + L"\\" + name + L".elm", "elements");
 }
 
 HostApplication CopyFixture::application() const {
