@@ -10,7 +10,7 @@ target_compile_definitions(doctest INTERFACE
   DOCTEST_CONFIG_NO_MULTITHREADING DOCTEST_CONFIG_SUPER_FAST_ASSERTS)
 
 find_file(DOCTEST_DISCOVERY doctest.cmake
-          PATHS /usr/lib/cmake/doctest NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+          PATHS /usr/lib/cmake/doctest /usr/lib64/cmake/doctest NO_CMAKE_FIND_ROOT_PATH REQUIRED)
 include(${DOCTEST_DISCOVERY})
 
 # One executable per room of the house; each of its test cases is a test of its own for CTest. A test

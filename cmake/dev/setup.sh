@@ -8,13 +8,13 @@ packages_to_lint=(clang-tidy cppcheck)
 
 # usage: set_up [PACKAGE...]   The packages that are wanted beside those that every command needs.
 set_up() {
-  if ! command -v dpkg-query apt-get >/dev/null; then
-    set_up_elsewhere
-    return
+  if command -v dpkg-query >/dev/null && command -v apt-get >/dev/null; then
+    local missing
+    mapfile -t missing < <(missing_packages "${packages_to_work[@]}" "$@")
+    ((${#missing[@]} == 0)) || (install_packages "${missing[@]}")
+  else
+    check_tools_elsewhere
   fi
-  local missing
-  mapfile -t missing < <(missing_packages "${packages_to_work[@]}" "$@")
-  ((${#missing[@]} == 0)) || (install_packages "${missing[@]}")
   cmake/unzip/build-unzip32
 }
 
@@ -27,17 +27,21 @@ missing_packages() {
   done
 }
 
-set_up_elsewhere() {
+check_tools_elsewhere() {
   local tool
   for tool in wine wineserver i686-w64-mingw32-g++-win32 i686-w64-mingw32-windres \
     i686-w64-mingw32-widl cmake ninja clang-format python3 zip Xvfb openbox import; do
-    command -v "$tool" >/dev/null ||
-      die "$tool is missing, and only Debian and Ubuntu are set up by themselves. Needed here:" \
-        "Wine for 32-bit and 64-bit programs, mingw-w64's g++ for i686 with the win32 thread" \
-        "model, its windres and widl, doctest, CMake 3.25, Ninja, clang-format, Python 3 with its" \
-        "pyftpdlib, zip, Xvfb, openbox, ImageMagick, xdpyinfo, and the Liberation fonts; clang-tidy" \
-        "and cppcheck to lint."
+    command -v "$tool" >/dev/null || missing_elsewhere "$tool"
   done
+  [[ -r /usr/include/doctest/doctest.h ]] || missing_elsewhere /usr/include/doctest/doctest.h
+}
+
+missing_elsewhere() {
+  die "$1 is missing, and only Debian and Ubuntu are set up by themselves. Needed here: Wine for" \
+    "32-bit and 64-bit programs, mingw-w64's g++ for i686 with the win32 thread model, its windres" \
+    "and widl, doctest, CMake 3.25, Ninja, clang-format, Python 3 with its pyftpdlib, zip, Xvfb," \
+    "openbox, ImageMagick, xdpyinfo, the Liberation fonts, and Info-ZIP's unzip32.dll in" \
+    "build/third-party/unzip; clang-tidy and cppcheck to lint."
 }
 
 # Runs in a subshell, whose end removes the temporary files however it comes.
