@@ -26,6 +26,7 @@ Host::Host(HostOptions options, std::wstring webFolder, std::wstring themesFolde
   session_->themesFolder = withoutEnd(std::move(themesFolder));
   application_ = make<Application>(session_);
   buildMenus(commandBars());
+  if (session_->options.explorerObject) explorer_.emplace(session_);
 }
 
 Host::~Host() {

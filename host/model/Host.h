@@ -10,11 +10,13 @@
 // empty and no web is open.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "host/model/Application.h"
+#include "host/model/Explorer.h"
 #include "host/model/HostOptions.h"
 #include "host/model/menus.h"
 
@@ -57,6 +59,7 @@ class Host {
  private:
   SharedSession session_;
   ComPtr<Application> application_;
+  std::optional<ExplorerRegistration> explorer_;
 };
 
 }  // namespace standin

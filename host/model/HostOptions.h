@@ -48,6 +48,10 @@ struct HostOptions {
   // Controls.Add with Before one past the last control appends (false) or refuses (true).
   bool beforePastEndRefused = false;
 
+  // The older automation object "FrontPage.Explorer.<version>" is not registered (false) or is;
+  // read when the host is made.
+  bool explorerObject = false;
+
   // How long Files.Add takes, in milliseconds: a server's web is slower than a disk.
   long importMilliseconds = 0;
 

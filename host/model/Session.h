@@ -20,7 +20,7 @@ struct Session {
 
   std::function<void()> menuChanged = [] {};
   std::function<void()> webChanged = [] {};
-  std::function<void()> activated = [] {};  // ActiveWebWindow.Activate
+  std::function<void()> activated = [] {};  // the host is to come to the front
 
   long liveObjects = 0;
 

@@ -46,3 +46,7 @@ HRESULT ShippedModule::unregisterServer() const {
 HRESULT ShippedModule::install(bool install, const wchar_t* commandLine) const {
   return entry<HRESULT WINAPI(BOOL, LPCWSTR)>("DllInstall")(install, commandLine);
 }
+
+RegisteredModule::RegisteredModule() : outcome_(module_.registerServer()) {}
+
+RegisteredModule::~RegisteredModule() { module_.unregisterServer(); }

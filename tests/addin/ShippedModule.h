@@ -40,3 +40,18 @@ class ShippedModule {
  private:
   HMODULE module_ = nullptr;
 };
+
+// Registered for the machine in the throw-away registry of the tests while it lives.
+class RegisteredModule {
+ public:
+  RegisteredModule();
+  ~RegisteredModule();
+  RegisteredModule(const RegisteredModule&) = delete;
+  RegisteredModule& operator=(const RegisteredModule&) = delete;
+
+  HRESULT outcome() const noexcept { return outcome_; }
+
+ private:
+  ShippedModule module_;
+  HRESULT outcome_;
+};

@@ -39,10 +39,6 @@ Journey* waiting = nullptr;
 
 }  // namespace
 
-Registered::Registered() : outcome_(module_.registerServer()) {}
-
-Registered::~Registered() { module_.unregisterServer(); }
-
 Journey::Journey(standin::HostOptions options)
     : web(disk.makeFolder(L"webs\\my site")),
       host(std::move(options), web, disk.makeFolder(L"themes")) {
@@ -73,14 +69,18 @@ void Journey::finish(RemoveMode mode) {
   addIn.reset();
 }
 
-void Journey::copy(const std::wstring& title) {
-  modal.onDialog(browserCaption, [this, title](HWND browser) {
+void Journey::visit(std::function<void(HWND)> script) {
+  script_ = std::move(script);
+  modal.onDialog(browserCaption, [this](HWND browser) {
     browser_ = browser;
-    title_ = title;
     waiting = this;
     SetTimer(nullptr, 0, 10, onTimer);
   });
   REQUIRE(host.click(copyToWeb));
+}
+
+void Journey::copy(const std::wstring& title) {
+  visit([this, title](HWND browser) { copyIn(browser, title); });
 }
 
 // The listing lets messages through: to wait for its end in one of them would stop it.
@@ -88,20 +88,20 @@ void CALLBACK Journey::onTimer(HWND, UINT, UINT_PTR timer, DWORD) {
   const HWND browser = waiting->browser_;
   if (!isEnabled(browser, IDC_QUILLET_SELECT) || !IsWindowEnabled(browser)) return;
   KillTimer(nullptr, timer);
-  waiting->inBrowser();
+  waiting->script_(browser);
 }
 
-void Journey::inBrowser() {
-  const HWND list = GetDlgItem(browser_, IDC_QUILLET_LIST);
+void Journey::copyIn(HWND browser, const std::wstring& title) {
+  const HWND list = GetDlgItem(browser, IDC_QUILLET_LIST);
   titles_.clear();
   for (int row = 0; row < ListView_GetItemCount(list); ++row) {
     titles_.push_back(rowText(list, row));
-    if (titles_.back() == title_)
+    if (titles_.back() == title)
       ListView_SetItemState(list, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
   }
   modal.answer(IDYES);
-  press(browser_, IDOK);
+  press(browser, IDOK);
   // A copy that went wrong leaves the window open, and the test must go on.
-  leftOpen_ = IsWindow(browser_) && IsWindowVisible(browser_);
-  if (leftOpen_) press(browser_, IDCANCEL);
+  leftOpen_ = IsWindow(browser) && IsWindowVisible(browser);
+  if (leftOpen_) press(browser, IDCANCEL);
 }

@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -18,21 +19,6 @@
 inline constexpr wchar_t copyToWeb[] = L"Browse/Copy Dynamic Web Template to Web...";
 inline constexpr wchar_t dwtOnline[] = L"Dynamic Web Templates Online...";
 
-// Registered for the machine in the throw-away registry while it lives.
-class Registered {
- public:
-  Registered();
-  ~Registered();
-  Registered(const Registered&) = delete;
-  Registered& operator=(const Registered&) = delete;
-
-  HRESULT outcome() const noexcept { return outcome_; }
-
- private:
-  ShippedModule module_;
-  HRESULT outcome_;
-};
-
 class Journey {
  public:
   explicit Journey(standin::HostOptions options = {});
@@ -42,7 +28,9 @@ class Journey {
   void start();
   void finish(RemoveMode mode = hostShutdown);
 
-  // Clicks the entry and, in the browser, copies the template of that title to the default folder.
+  // Clicks the entry and runs `script` in the browser that comes up, once it has listed.
+  void visit(std::function<void(HWND)> script);
+  // The same; in the browser, copies the template of that title to the default folder.
   void copy(const std::wstring& title);
 
   // The titles that the browser listed.
@@ -52,11 +40,11 @@ class Journey {
 
  private:
   static void CALLBACK onTimer(HWND, UINT, UINT_PTR timer, DWORD);
-  void inBrowser();
+  void copyIn(HWND browser, const std::wstring& title);
 
-  Registered registered_;
+  RegisteredModule registered_;
   std::vector<std::wstring> titles_;
-  std::wstring title_;
+  std::function<void(HWND)> script_;
   HWND browser_ = nullptr;
   bool leftOpen_ = false;
 

@@ -1,8 +1,8 @@
-#include "tests/journey/Journey.h"
-
 #include <initializer_list>
 #include <utility>
 
+#include "catalogue/resource.h"
+#include "tests/journey/Journey.h"
 #include "tests/support/text_output.h"
 
 namespace {
@@ -106,6 +106,31 @@ TEST_SUITE("journey") {
     travel({{L"beforePastEndRefused", L"1"}});
   }
 
+  TEST_CASE("A template reaches the web in a host with its older automation object") {
+    travel({{L"explorerObject", L"1"}});
+  }
+
+  TEST_CASE("The host comes to the front by its older automation object if it has one") {
+    const std::wstring folders = L"Manage Dynamic Web Template Folders";
+    for (const bool registered : {false, true}) {
+      CAPTURE(registered);
+      standin::HostOptions options;
+      options.explorerObject = registered;
+      Journey journey(options);
+      int raised = 0;
+      journey.host.session().activated = [&] { ++raised; };
+      journey.start();
+      journey.visit([&](HWND browser) {
+        journey.modal.onDialog(folders, [](HWND dialog) { press(dialog, IDCANCEL); });
+        press(browser, IDC_QUILLET_SELECT);
+        press(browser, IDCANCEL);
+      });
+      CHECK(journey.modal.dialogs() == Lines{L"Dynamic Web Template Browser", folders});
+      CHECK(raised == (registered ? 1 : 0));
+      journey.finish();
+    }
+  }
+
   TEST_CASE("A template reaches the web in a host without the anchor entries") {
     travel({{L"copyAnchor", L"0"}, {L"onlineAnchor", L"0"}});
   }
@@ -131,7 +156,8 @@ TEST_SUITE("journey") {
             {L"makeAbsFromServer", L"1"},
             {L"rootIsWeb", L"1"},
             {L"vtiFoldersListed", L"1"},
-            {L"beforePastEndRefused", L"1"}});
+            {L"beforePastEndRefused", L"1"},
+            {L"explorerObject", L"1"}});
   }
 
   TEST_CASE("The journey can be made twice in one host") {
