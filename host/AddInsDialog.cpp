@@ -95,7 +95,8 @@ class AddInsDialog {
     if (id == IDCANCEL || id == IDOK) {
       EndDialog(window_, id);
     } else if (addIn && id == IDC_LOAD) {
-      if (!addIns_.load(addIn->progId))
+      // A copy: looking for new add-ins may move those that are listed.
+      if (const std::wstring progId = addIn->progId; !addIns_.load(progId))
         MessageBoxW(window_, selected()->failure.c_str(), L"Add-ins", MB_ICONEXCLAMATION);
       fill();
     } else if (addIn && id == IDC_UNLOAD) {

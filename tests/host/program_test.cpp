@@ -1,65 +1,22 @@
 // The program itself, driven by scripts through its real windows.
-#include <windows.h>
-
+#include "tests/host/Program.h"
 #include "common/ansi.h"
-#include "common/handles.h"
-#include "tests/support/ScratchFolder.h"
+#include "tests/support/ModalDriver.h"
 #include "tests/support/text_output.h"
 
 namespace {
 
-struct Outcome {
-  DWORD code = 0;
-  std::string output;
-};
-
-std::wstring programPath() {
-  wchar_t path[MAX_PATH] = {};
-  GetModuleFileNameW(nullptr, path, MAX_PATH);
-  const std::wstring own = path;
-  return own.substr(0, own.rfind(L'\\') + 1) + L"quillet-host.exe";
+// From the picture's header: big numbers first, behind the signature and the name of the chunk.
+SIZE pngSize(const std::string& bytes) {
+  if (bytes.size() < 24 || bytes.compare(1, 3, "PNG") != 0) return {};
+  const auto number = [&](std::size_t at) {
+    long value = 0;
+    for (std::size_t i = 0; i < 4; ++i)
+      value = value * 256 + static_cast<unsigned char>(bytes[at + i]);
+    return value;
+  };
+  return {number(16), number(20)};
 }
-
-handles::File inherited(const std::wstring& path, DWORD access, DWORD disposition) {
-  SECURITY_ATTRIBUTES security = {sizeof security, nullptr, TRUE};
-  return handles::File(CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                   &security, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
-}
-
-// A run of the program with a folder of its own.
-struct Program {
-  ScratchFolder folder;
-  std::wstring web = folder.makeFolder(L"My Web");
-
-  Outcome run(const std::wstring& arguments, const std::string& input = {}) const {
-    folder.writeFile(L"input", input);
-    const handles::File in = inherited(folder / L"input", GENERIC_READ, OPEN_EXISTING);
-    handles::File out = inherited(folder / L"output", GENERIC_WRITE, CREATE_ALWAYS);
-    STARTUPINFOW start = {};
-    start.cb = sizeof start;
-    start.dwFlags = STARTF_USESTDHANDLES;
-    start.hStdInput = in.get();
-    start.hStdOutput = start.hStdError = out.get();
-    std::wstring line = L"\"" + programPath() + L"\" --no-addins " + arguments;
-    PROCESS_INFORMATION process = {};
-    REQUIRE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                           &start, &process));
-    const handles::Kernel thread(process.hThread);
-    const handles::Kernel running(process.hProcess);
-    Outcome outcome;
-    if (WaitForSingleObject(running.get(), 40000) != WAIT_OBJECT_0)
-      TerminateProcess(running.get(), 99);
-    GetExitCodeProcess(running.get(), &outcome.code);
-    out.reset();
-    outcome.output = folder.readFile(L"output");
-    return outcome;
-  }
-
-  Outcome script(const std::string& lines, const std::wstring& arguments = {}) const {
-    folder.writeFile(L"script.txt", lines);
-    return run(L"\"" + web + L"\" --script \"" + (folder / L"script.txt") + L"\" " + arguments);
-  }
-};
 
 }  // namespace
 
@@ -285,4 +242,107 @@ TEST_CASE("a web or theme folder that is not there is named and ends with 2") {
   CHECK(outcome.code == 2);
   CHECK(outcome.output == "quillet-host: There is no such folder: C:\\none\n");
   CHECK(program.run(L"--themes C:\\none").code == 2);
+}
+
+TEST_CASE("a script closes a window as by its title bar") {
+  const Program program;
+  const Outcome outcome = program.script(
+      "timeout 5\n"
+      "menu \"Help\" \"About...\"\n"
+      "wait box \"About\"\n"
+      "close \"About\"\n"
+      "wait gone \"About\"\n"
+      "menu \"Tools\" \"Add-ins...\"\n"
+      "wait window \"Add-ins\"\n"
+      "close \"Add-ins\"\n"
+      "wait gone \"Add-ins\"\n"
+      "close \"Missing\"\n");
+  CHECK(outcome.output == "script: line 10: close \"Missing\": there is no such window\n");
+  CHECK(outcome.code == 1);
+}
+
+TEST_CASE("a script posts the number of a command to a window") {
+  const Program program;
+  const Outcome outcome = program.script(
+      "timeout 5\n"
+      "menu \"Tools\" \"Add-ins...\"\n"
+      "post \"Add-ins\" 2\n"
+      "wait gone \"Add-ins\"\n"
+      "post \"Missing\" 2\n");
+  CHECK(outcome.output == "script: line 5: post \"Missing\" 2: there is no such window\n");
+  CHECK(outcome.code == 1);
+}
+
+TEST_CASE("a script prints every window and control with its number and its text") {
+  const Program program;
+  const Outcome outcome = program.script(
+      "timeout 5\n"
+      "menu \"Tools\" \"Add-ins...\"\n"
+      "wait window \"Add-ins\"\n"
+      "windows\n");
+  CHECK(outcome.output.find("#32770 0 \"Add-ins\"\n") != std::string::npos);
+  CHECK(outcome.output.find("  Static -1 \"Available &add-ins:\"\n") != std::string::npos);
+  CHECK(outcome.output.find("  Button 102 \"&Load\" disabled\n") != std::string::npos);
+  CHECK(outcome.output.find("  Button 2 \"Close\"\n") != std::string::npos);
+  CHECK(outcome.output.find("FrontPageExplorerWindow40 0 \"Microsoft FrontPage - ") !=
+        std::string::npos);
+  CHECK(outcome.code == 0);
+}
+
+TEST_CASE("a script waits until a button can be pressed and fails when it never can") {
+  const Program program;
+  const Outcome outcome = program.script(
+      "timeout 1\n"
+      "menu \"Tools\" \"Add-ins...\"\n"
+      "wait enabled \"Add-ins\" \"Close\"\n"
+      "wait enabled \"Add-ins\" \"Unload\"\n");
+  CHECK(outcome.output ==
+        "script: line 4: wait enabled \"Add-ins\" \"Unload\": the button is not there or "
+        "disabled\n"
+        "script: in front is \"Add-ins\"\n");
+  CHECK(outcome.code == 1);
+}
+
+TEST_CASE("a script takes pictures of the screen and of one window") {
+  const Program program;
+  program.folder.makeFolder(L"pictures");
+  const Outcome outcome = program.script(
+      "timeout 5\n"
+      "wait main\n"
+      "picture \"screen.png\"\n"
+      "menu \"Tools\" \"Add-ins...\"\n"
+      "wait window \"Add-ins\"\n"
+      "picture \"window.png\" \"Add-ins\"\n"
+      "picture \"none.png\" \"Missing\"\n",
+      L"--pictures \"" + (program.folder / L"pictures") + L"\"");
+  CHECK(outcome.output.find("picture \"none.png\" \"Missing\": there is no such window\n") !=
+        std::string::npos);
+  CHECK(outcome.code == 1);
+  const auto size = [&](const wchar_t* file) { return pngSize(program.folder.readFile(file)); };
+  CHECK(size(L"pictures\\screen.png").cx == GetSystemMetrics(SM_CXSCREEN));
+  CHECK(size(L"pictures\\screen.png").cy == GetSystemMetrics(SM_CYSCREEN));
+  const SIZE window = size(L"pictures\\window.png");
+  CHECK(window.cx > 300);
+  CHECK(window.cx < GetSystemMetrics(SM_CXSCREEN));
+  CHECK(window.cy > 150);
+  CHECK(window.cy < GetSystemMetrics(SM_CYSCREEN));
+  CHECK_FALSE(program.folder.exists(L"pictures\\none.png"));
+}
+
+TEST_CASE("the program stays open behind a script when it is told to") {
+  const Program program;
+  program.start(program.scriptArguments("wait main\nprint \"done\"\n") + L"--stay");
+  REQUIRE(pumpUntil([&] { return program.output() == "done\n" || !program.isRunning(); }, 30000));
+  // What closes a program behind its script does so at once.
+  CHECK_FALSE(pumpUntil([&] { return !program.isRunning(); }, 1000));
+  const HWND window = program.mainWindow();
+  REQUIRE(window);
+  PostMessageW(window, WM_CLOSE, 0, 0);
+  CHECK(program.end().code == 0);
+}
+
+TEST_CASE("a script that fails or exits closes a program that was told to stay") {
+  const Program program;
+  CHECK(program.script("exit\n", L"--stay").code == 0);
+  CHECK(program.script("jump\n", L"--stay").code == 1);
 }

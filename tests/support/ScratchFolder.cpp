@@ -90,8 +90,9 @@ bool ScratchFolder::exists(std::wstring_view relative) const {
 }
 
 std::string ScratchFolder::readFile(std::wstring_view relative) const {
-  const HANDLE file = CreateFileW((*this / relative).c_str(), GENERIC_READ, FILE_SHARE_READ,
-                                  nullptr, OPEN_EXISTING, 0, nullptr);
+  const HANDLE file =
+      CreateFileW((*this / relative).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                  nullptr, OPEN_EXISTING, 0, nullptr);
   if (file == INVALID_HANDLE_VALUE) return {};
   std::string bytes(GetFileSize(file, nullptr), '\0');
   DWORD read = 0;
