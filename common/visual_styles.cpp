@@ -31,3 +31,11 @@ VisualStyles::VisualStyles() noexcept {
 VisualStyles::~VisualStyles() {
   if (cookie_) DeactivateActCtx(0, cookie_);
 }
+
+HostStyles::HostStyles() noexcept {
+  if (!ActivateActCtx(nullptr, &cookie_)) cookie_ = 0;
+}
+
+HostStyles::~HostStyles() {
+  if (cookie_) DeactivateActCtx(0, cookie_);
+}

@@ -15,3 +15,16 @@ class VisualStyles {
  private:
   ULONG_PTR cookie_ = 0;
 };
+
+// While it lives, this thread makes windows and loads modules as if no such scope were there: for
+// calls into the host from our windows.
+class HostStyles {
+ public:
+  HostStyles() noexcept;
+  ~HostStyles();
+  HostStyles(const HostStyles&) = delete;
+  HostStyles& operator=(const HostStyles&) = delete;
+
+ private:
+  ULONG_PTR cookie_ = 0;
+};

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "common/errors.h"
+#include "common/visual_styles.h"
 
 namespace host {
 namespace {
@@ -74,6 +75,7 @@ com::Variant Dispatch::invoke(std::wstring_view member, WORD flags,
   // A callee may run a message loop in which the last other reference goes.
   const ComPtr<IDispatch> object = object_;
   if (!object) throw Error(errors::objectNotSet);
+  const HostStyles hostStyles;
   const DISPID id = idOf(object.get(), member);
 
   // The last argument comes first. The copies are shallow: `arguments` stays the owner.
