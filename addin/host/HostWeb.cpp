@@ -40,7 +40,14 @@ void HostFile::applyTheme(const std::wstring& theme, long properties) const {
 }
 
 std::wstring HostFolder::name() const { return object_.value(L"Name").text(); }
-std::wstring HostFolder::url() const { return object_.value(L"Url").text(); }
+
+std::wstring HostFolder::url() const {
+  std::wstring url = object_.value(L"Url").text();
+  // Taken for a path it would be the web's root.
+  if (url.empty()) throw Error(errors::typeMismatch);
+  return url;
+}
+
 bool HostFolder::isWeb() const { return object_.value(L"IsWeb").boolean(); }
 HostWeb HostFolder::web() const { return HostWeb(object_.object(L"Web")); }
 

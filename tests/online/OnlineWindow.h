@@ -32,7 +32,8 @@ enum Button : WPARAM { back, next, stop, refresh, print, quillet, help };
 // The real window over a real disk.
 class OnlineWindow {
  public:
-  OnlineWindow() : host_({}, web_.path(), themes_.path()) {
+  explicit OnlineWindow(const standin::HostOptions& options = {})
+      : host_(options, web_.path(), themes_.path()) {
     registry.setString(HKEY_CURRENT_USER, userSettings, L"Logging", L"1");
     registry.setString(HKEY_LOCAL_MACHINE, machineKey, L"DWTOnline", startPage);
     registry.setString(HKEY_CURRENT_USER,
@@ -64,6 +65,7 @@ class OnlineWindow {
     return HostApplication(host::Dispatch(ComPtr<IDispatch>(host_.application())));
   }
   standin::Faults& hostFaults() const { return host_.faults(); }
+  standin::Host& host() { return host_; }
   bool open() const { return IsWindow(dialog) && IsWindowVisible(dialog); }
   HWND control(int id) const { return GetDlgItem(dialog, id); }
 

@@ -209,6 +209,36 @@ TEST_CASE("a host that will not tell the sub-folders leaves the new-folder dialo
             L"ERROR in procedure btnOK_Click of Form frmNewFolder. Error : ") == 0);
 }
 
+TEST_CASE("a host that fails in any one of its members leaves a new-folder dialog to be left") {
+  for (const wchar_t* member :
+       {L"WebFolder.Folders", L"WebFolders.Count", L"WebFolders.Item", L"WebFolder.Name",
+        L"WebFolder.Url", L"WebFolder.Web", L"Web.Url"}) {
+    for (const bool refuses : {true, false}) {
+      for (const bool empty : {false, true}) {
+        CAPTURE(std::wstring(member));
+        CAPTURE(refuses);
+        CAPTURE(empty);
+        NewFolderSession session;
+        session.fixture.disk.makeFolder(L"webs\\site\\there");
+        const auto parent = session.fixture.application().activeWeb()->rootFolder();
+        session.fixture.host.options().nothingIsEmpty = empty;
+        if (refuses)
+          session.fixture.host.faults().refuse(member, L"The host refuses.");
+        else
+          session.fixture.host.faults().returnNothing(member);
+        session.driver.onDialog(dialogCaption, [&](HWND dialog) {
+          session.open = IsWindowVisible(dialog) != FALSE;
+          press(dialog, IDCANCEL);
+        });
+        CHECK_FALSE(AskNewFolderName(parent, session.name, nullptr));
+        CHECK(session.open);
+        CHECK(session.name == L"untouched");
+        CHECK(session.driver.boxes().empty());
+      }
+    }
+  }
+}
+
 TEST_CASE("the new-folder dialog holds no object of the host when it is over") {
   NewFolderSession session;
   const long before = session.fixture.host.liveObjects();

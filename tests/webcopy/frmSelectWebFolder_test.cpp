@@ -452,22 +452,46 @@ TEST_CASE("a folder that has gone stays closed") {
   CHECK(session.driver.boxes().empty());
 }
 
-TEST_CASE("a host that refuses any one of its calls leaves a picker that can be left") {
+TEST_CASE("a host that fails in any one of its members leaves a picker that can be left") {
+  enum class Failure { refuses, givesNull, givesEmpty };
   for (const wchar_t* member :
        {L"Web.Url", L"Web.RootFolder", L"Web.LocateFolder", L"WebFolder.Folders",
         L"WebFolders.Count", L"WebFolders.Item", L"WebFolder.Name", L"WebFolder.IsWeb"}) {
-    CAPTURE(std::wstring(member));
-    PickerSession session;
-    session.makeFolders({L"dwts\\blue"});
-    session.path = L"/dwts/blue";
-    session.fixture.host.faults().refuse(member, L"The host refuses.");
-    CHECK_FALSE(session.pick([&](HWND dialog) {
-      makeFolder(session, dialog, [](HWND window) { press(window, IDCANCEL); });
-      press(dialog, IDCANCEL);
-    }));
-    CHECK(session.path == L"/dwts/blue");
-    CHECK(session.driver.boxes().empty());
+    for (const Failure failure : {Failure::refuses, Failure::givesNull, Failure::givesEmpty}) {
+      CAPTURE(std::wstring(member));
+      CAPTURE(static_cast<int>(failure));
+      PickerSession session;
+      session.makeFolders({L"dwts\\blue"});
+      session.path = L"/dwts/blue";
+      session.fixture.host.options().nothingIsEmpty = failure == Failure::givesEmpty;
+      if (failure == Failure::refuses)
+        session.fixture.host.faults().refuse(member, L"The host refuses.");
+      else
+        session.fixture.host.faults().returnNothing(member);
+      CHECK_FALSE(session.pick([&](HWND dialog) {
+        makeFolder(session, dialog, [](HWND window) { press(window, IDCANCEL); });
+        press(dialog, IDCANCEL);
+      }));
+      CHECK(session.path == L"/dwts/blue");
+      CHECK(session.driver.boxes().empty());
+    }
   }
+}
+
+TEST_CASE("a folder that the host takes the name of but does not make is told") {
+  PickerSession session;
+  const bool picked = session.pick([&](HWND dialog) {
+    session.fixture.host.faults().returnNothing(L"WebFolders.Add");
+    makeFolder(session, dialog, confirming(L"inner"));
+    CHECK(IsWindowEnabled(dialog));
+    press(dialog, IDCANCEL);
+  });
+  CHECK_FALSE(picked);
+  REQUIRE(session.driver.boxes().size() == 1);
+  CHECK(session.driver.boxes()[0].title == L"Create Web Folder");
+  CHECK(session.driver.boxes()[0].text.starts_with(
+      L"The folder \"inner\" could not be created.\r\n"));
+  CHECK_FALSE(session.existsInWeb(L"inner"));
 }
 
 TEST_CASE(
