@@ -131,6 +131,13 @@ bool Arguments::boolean(std::size_t index, bool otherwise) const {
   return has(index) ? values_[index].boolean() : otherwise;
 }
 
+std::vector<std::wstring> Arguments::texts() const {
+  std::vector<std::wstring> result;
+  for (std::size_t index = 0; index < values_.size(); ++index)
+    result.push_back(isObject(values_[index]) ? L"" : text(index));
+  return result;
+}
+
 MemberTable::MemberTable(const wchar_t* className, std::vector<Member> members,
                          const MemberTable* base)
     : className_(className) {
@@ -256,7 +263,7 @@ com::Variant AutomationObject::run(const Member& member, const Arguments& argume
                                      std::wstring(member.definedBy) + L"." + member.name};
   if (member.definedBy != members().className())
     names.push_back(std::wstring(members().className()) + L"." + member.name);
-  if (session_->faults.meet(names)) return session_->nothing();
+  if (session_->faults.meet(names, arguments.texts())) return session_->nothing();
   return member.run(*this, arguments);
 }
 

@@ -35,6 +35,8 @@ class Arguments {
   bool isText(std::size_t index) const { return values_[index].type() == VT_BSTR; }
   long number(std::size_t index, long otherwise = 0) const;
   std::wstring text(std::size_t index) const;
+  // All of them, an object as nothing.
+  std::vector<std::wstring> texts() const;
   bool boolean(std::size_t index, bool otherwise = false) const;
   ComPtr<IDispatch> object(std::size_t index) const { return values_[index].object(); }
 

@@ -61,9 +61,19 @@ int Faults::calls(std::wstring_view member) const {
 void Faults::resetCalls() {
   const Locked locked(*this);
   calls_.clear();
+  arguments_.clear();
 }
 
-bool Faults::meet(const std::vector<std::wstring>& names) {
+std::vector<std::wstring> Faults::lastArguments(std::wstring_view member) const {
+  known(std::wstring(member));
+  const Locked locked(*this);
+  const auto found = arguments_.find(member);
+  return found == arguments_.end() ? std::vector<std::wstring>() : found->second;
+}
+
+bool Faults::meet(const std::vector<std::wstring>& names,
+                  const std::vector<std::wstring>& arguments) {
+  for (const auto& name : names) note(name, arguments);
   bool nothing = false;
   for (const auto& name : names)
     if (meet(name)) nothing = true;
@@ -72,7 +82,7 @@ bool Faults::meet(const std::vector<std::wstring>& names) {
 
 bool Faults::meet(const std::wstring& name) {
   // A copy that runs unlocked: the action may change the plan, and may take its time.
-  if (const auto action = counted(name)) action();
+  if (const auto action = actionOf(name)) action();
   const Locked locked(*this);
   if (const auto refusal = refusals_.find(name); refusal != refusals_.end()) {
     Planned& planned = refusal->second;
@@ -86,9 +96,14 @@ bool Faults::meet(const std::wstring& name) {
   return nothing_.contains(name);
 }
 
-std::function<void()> Faults::counted(const std::wstring& name) {
+void Faults::note(const std::wstring& name, const std::vector<std::wstring>& arguments) {
   const Locked locked(*this);
   ++calls_[name];
+  arguments_[name] = arguments;
+}
+
+std::function<void()> Faults::actionOf(const std::wstring& name) const {
+  const Locked locked(*this);
   const auto action = actions_.find(name);
   return action == actions_.end() ? std::function<void()>() : action->second;
 }

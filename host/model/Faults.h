@@ -39,11 +39,14 @@ class Faults {
   void clear();
 
   int calls(std::wstring_view member) const;
+  // What the member was given at its last call, as texts: "-1" and "0" for booleans, nothing for an
+  // object and for what was left out.
+  std::vector<std::wstring> lastArguments(std::wstring_view member) const;
   void resetCalls();
 
-  // Used by the objects: counts the call, runs the actions, raises the refusal. True when the
+  // Used by the objects: notes the call, runs the actions, raises the refusal. True when the
   // member is to give nothing.
-  bool meet(const std::vector<std::wstring>& names);
+  bool meet(const std::vector<std::wstring>& names, const std::vector<std::wstring>& arguments);
 
  private:
   struct Planned {
@@ -54,13 +57,15 @@ class Faults {
 
   class Locked;
   bool meet(const std::wstring& name);
-  std::function<void()> counted(const std::wstring& name);
+  void note(const std::wstring& name, const std::vector<std::wstring>& arguments);
+  std::function<void()> actionOf(const std::wstring& name) const;
 
   mutable CRITICAL_SECTION lock_;
   std::map<std::wstring, Planned, std::less<>> refusals_;
   std::map<std::wstring, bool, std::less<>> nothing_;
   std::map<std::wstring, std::function<void()>, std::less<>> actions_;
   std::map<std::wstring, int, std::less<>> calls_;
+  std::map<std::wstring, std::vector<std::wstring>, std::less<>> arguments_;
 };
 
 }  // namespace standin

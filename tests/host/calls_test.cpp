@@ -138,6 +138,21 @@ TEST_CASE("calls are counted by member and by class and member") {
   CHECK(host.faults().calls(L"CommandBarButton.Style") == 1);
 }
 
+TEST_CASE("the arguments of the last call are kept") {
+  const ScratchFolder web;
+  const Host host({}, web.path());
+  const LateBound open = LateBound(host.application()).child(L"ActiveWeb");
+  CHECK(host.faults().lastArguments(L"Web.Refresh").empty());
+  open.call(L"Refresh", {true});
+  CHECK(host.faults().lastArguments(L"Web.Refresh") == std::vector<std::wstring>{L"-1"});
+  open.call(L"Refresh", {false});
+  CHECK(host.faults().lastArguments(L"Refresh") == std::vector<std::wstring>{L"0"});
+  open.call(L"Refresh", {});
+  CHECK(host.faults().lastArguments(L"Web.Refresh") == std::vector<std::wstring>{L""});
+  open.call(L"LocateFolder", {L" a "});
+  CHECK(host.faults().lastArguments(L"Web.LocateFolder") == std::vector<std::wstring>{L" a "});
+}
+
 TEST_CASE("a misspelt member name in a plan is not accepted") {
   const Host host;
   CHECK_THROWS(host.faults().refuse(L"WebFolders.Ad", L"No."));

@@ -136,6 +136,7 @@ TEST_CASE("a copy run refreshes the web with its flag set") {
   RecordingView view;
   runCopy(fixture, view);
   CHECK(refreshed == 1);
+  CHECK(fixture.host.faults().lastArguments(L"Web.Refresh") == Lines{L"-1"});
 }
 
 TEST_CASE("a copy run holds no object of the host when it is over") {
