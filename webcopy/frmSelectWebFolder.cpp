@@ -92,11 +92,13 @@ void frmSelectWebFolder::walkTo(const std::wstring& path) {
   tvFolders.select(node);
 }
 
+// Nothing happens to the node when the folder's own folders cannot be read.
 void frmSelectWebFolder::addChildren(Node node, const HostFolder& folder) {
+  const auto offered = webfolder::offeredFolders(folder);
   const forms::TreeView::Frozen frozen(tvFolders);
   tvFolders.setTag(node, read);
   if (const Node placeholder = tvFolders.firstChild(node)) tvFolders.remove(placeholder);
-  for (const auto& each : webfolder::offeredFolders(folder)) {
+  for (const auto& each : offered) {
     const Node child = addNode(node, each.name, each.hasFolders ? unread : read);
     // Something below it shows that it can be expanded.
     if (each.hasFolders) addNode(child, {}, read);
@@ -147,11 +149,7 @@ void frmSelectWebFolder::btnNewFolder_Click() {
 void frmSelectWebFolder::createFolder(Node node, const HostFolder& parent,
                                       const std::wstring& name) {
   try {
-    const HostFolder folder = parent.addFolder(name);
-    const Node child = addNode(node, folder.name(), read);
-    tvFolders.sortChildren(node);
-    tvFolders.ensureVisible(child);
-    tvFolders.select(child);
+    showNewFolder(node, parent.addFolder(name).name());
   } catch (...) {
     // Names that the check lets pass may still be none for the web's disk or server.
     const Error error = errors::current();
@@ -161,6 +159,19 @@ void frmSelectWebFolder::createFolder(Node node, const HostFolder& parent,
         text::join({L"The folder \"", name, L"\" could not be created.\r\n", error.description()}),
         MB_OK | MB_ICONERROR, L"Create Web Folder");
   }
+}
+
+void frmSelectWebFolder::showNewFolder(Node node, const std::wstring& name) {
+  // A node that could not be read before may be now, the new folder with it.
+  tvFolders.expand(node);
+  if (tvFolders.tag(node) != read) return;
+  Node child = childNamed(node, name);
+  if (!child) {
+    child = addNode(node, name, read);
+    tvFolders.sortChildren(node);
+  }
+  tvFolders.ensureVisible(child);
+  tvFolders.select(child);
 }
 
 void frmSelectWebFolder::btnOK_Click() {

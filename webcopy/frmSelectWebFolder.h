@@ -40,6 +40,7 @@ class frmSelectWebFolder final : public forms::Form {
   Node childNamed(Node node, const std::wstring& name) const;
   std::optional<HostFolder> folderOf(Node node) const;
   void createFolder(Node node, const HostFolder& parent, const std::wstring& name);
+  void showNewFolder(Node node, const std::wstring& name);
 
   forms::Label lblWeb;
   forms::TextBox txtWeb;

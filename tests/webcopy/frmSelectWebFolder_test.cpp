@@ -1,76 +1,10 @@
 #include "webcopy/frmSelectWebFolder.h"
 
-#include "tests/support/ModalDriver.h"
 #include "tests/support/text_output.h"
-#include "tests/webcopy/CopyFixture.h"
-#include "tests/webcopy/FolderTree.h"
+#include "tests/webcopy/PickerSession.h"
 #include "webcopy/resource.h"
 
-using Lines = std::vector<std::wstring>;
-
 namespace {
-
-constexpr wchar_t dialogCaption[] = L"Select a web folder";
-constexpr wchar_t newCaption[] = L"Create New Folder";
-
-FolderTree treeOf(HWND dialog) {
-  return FolderTree(GetDlgItem(dialog, IDC_SELECTWEBFOLDER_TVFOLDERS));
-}
-
-// The picker over the fixture's web; `script` works it.
-struct PickerSession {
-  explicit PickerSession(standin::HostOptions options = {}) : fixture(std::move(options)) {}
-
-  void makeFolders(const Lines& folders) const {
-    for (const auto& folder : folders) fixture.disk.makeFolder(L"webs\\site\\" + folder);
-  }
-  bool pick(std::function<void(HWND)> script) {
-    driver.onDialog(dialogCaption, std::move(script));
-    const auto web = fixture.application().activeWeb();
-    REQUIRE(web.has_value());
-    return SelectWebFolder(*web, path, allowNewFolder, absolute, nullptr);
-  }
-  // Opens, reads and cancels.
-  void look(std::function<void(const FolderTree&)> reader) {
-    bool seen = false;
-    pick([&](HWND dialog) {
-      seen = true;
-      reader(treeOf(dialog));
-      press(dialog, IDCANCEL);
-    });
-    CHECK(seen);
-  }
-  // The selected path of a picker that opens with `initial`.
-  std::wstring opensAt(const std::wstring& initial) {
-    path = initial;
-    std::wstring selected;
-    look([&](const FolderTree& tree) { selected = tree.selectedPath(); });
-    return selected;
-  }
-  bool existsInWeb(const std::wstring& folder) const {
-    return fixture.disk.exists(L"webs\\site\\" + folder);
-  }
-  int calls(const wchar_t* member) const { return fixture.host.faults().calls(member); }
-
-  CopyFixture fixture;
-  ModalDriver driver;
-  std::wstring path;
-  bool allowNewFolder = true;
-  bool absolute = false;
-};
-
-// Presses "New..." and works the dialog that opens.
-void makeFolder(PickerSession& session, HWND dialog, std::function<void(HWND)> script) {
-  session.driver.onDialog(newCaption, std::move(script));
-  press(dialog, IDC_SELECTWEBFOLDER_BTNNEWFOLDER);
-}
-
-std::function<void(HWND)> confirming(const std::wstring& name) {
-  return [name](HWND dialog) {
-    SetDlgItemTextW(dialog, IDC_NEWFOLDER_TXTFOLDERNAME, name.c_str());
-    press(dialog, IDOK);
-  };
-}
 
 // Makes a folder, with a sub-web beside it, and chooses it.
 void checkPickerUnder(const standin::HostOptions& options) {
