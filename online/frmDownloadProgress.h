@@ -44,10 +44,10 @@ class frmDownloadProgress : public forms::Form, private DownloadView {
   void showCurrent(const std::wstring& text) override { lblCurrentDownload.setText(text); }
   void showCurrentSize(const std::wstring& text) override { lblCurrentDownloadSize.setText(text); }
   void showOverallSize(const std::wstring& text) override { lblOverallDownloadSize.setText(text); }
-  void resetCurrent(short maximum) override { prbDownloadProgress.reset(maximum); }
-  void stepCurrent(short by) override { prbDownloadProgress.step(by); }
-  void resetOverall(short maximum) override { prbOverallProgress.reset(maximum); }
-  void stepOverall() override { prbOverallProgress.step(1); }
+  void resetCurrent(short maximum) override { prbDownloadProgress.ResetProgress(maximum); }
+  void stepCurrent(short by) override { prbDownloadProgress.StepProgress(by); }
+  void resetOverall(short maximum) override { prbOverallProgress.ResetProgress(maximum); }
+  void stepOverall() override { prbOverallProgress.StepProgress(1); }
   void disableCancel() override { cmdCancel.setEnabled(false); }
   void fail(const std::wstring& text, const std::wstring& title) override;
   bool ask(const std::wstring& text) override;

@@ -63,6 +63,7 @@ void frmCopyToWeb::cmdCancel_Click() {
     if (message(L"Do you want to cancel the operation?", MB_YESNO | MB_ICONQUESTION) != IDYES)
       return;
     run_->cancel();
+    cmdCancel.setEnabled(false);
     // A run is still on the stack, perhaps below an event loop of the host's own, and the window
     // must not free the others before it has returned: Form_Activate unloads then.
     if (!started_) unload();
@@ -77,6 +78,7 @@ bool frmCopyToWeb::keepGoing() {
 
 void frmCopyToWeb::showWeb(const std::wstring& url) {
   txtWebName.setText(url);
+  txtWebName.setToolTip(url);
   paintNow(txtWebName);
 }
 
@@ -96,22 +98,22 @@ void frmCopyToWeb::showCurrentStatus(const std::wstring& text) {
 }
 
 void frmCopyToWeb::resetOverall(short maximum) {
-  pbOverall.reset(maximum);
+  pbOverall.ResetProgress(maximum);
   paintNow(pbOverall);
 }
 
 void frmCopyToWeb::stepOverall() {
-  pbOverall.step(1);
+  pbOverall.StepProgress(1);
   paintNow(pbOverall);
 }
 
 void frmCopyToWeb::resetCurrent(short maximum) {
-  pbCurrent.reset(maximum);
+  pbCurrent.ResetProgress(maximum);
   paintNow(pbCurrent);
 }
 
 void frmCopyToWeb::stepCurrent() {
-  pbCurrent.step(1);
+  pbCurrent.StepProgress(1);
   paintNow(pbCurrent);
 }
 

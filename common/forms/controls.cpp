@@ -123,13 +123,13 @@ void ProgressBar::setValue(long value) noexcept {
   SendMessageW(hwnd(), PBM_SETPOS, static_cast<WPARAM>(value), 0);
 }
 
-void ProgressBar::reset(short maximum) noexcept {
+void ProgressBar::ResetProgress(short maximum) noexcept {
   if (maximum < 0) return;
   setMaximum(maximum);
   setValue(0);
 }
 
-void ProgressBar::step(short by) noexcept {
+void ProgressBar::StepProgress(short by) noexcept {
   if (value_ + by <= maximum_) setValue(value_ + by);
 }
 

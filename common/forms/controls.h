@@ -118,10 +118,10 @@ class ProgressBar : public Control {
   long value() const noexcept { return value_; }
   void setMaximum(long maximum) noexcept;
   void setValue(long value) noexcept;
-  // Minimum 0, the given maximum, value 0. Both ignore any error.
-  void reset(short maximum) noexcept;
+  // Minimum 0, the given maximum, value 0. This and the step ignore any error.
+  void ResetProgress(short maximum) noexcept;
   // A step that would pass the maximum is not applied.
-  void step(short by) noexcept;
+  void StepProgress(short by) noexcept;
 
  private:
   long maximum_ = 100;

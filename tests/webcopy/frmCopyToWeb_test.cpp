@@ -147,6 +147,15 @@ TEST_CASE("a file name too long for the copy dialog is told in full by its tip")
   CHECK(tips == Lines{L"", L"", name});
 }
 
+TEST_CASE("the tip of the address in the copy dialog is the whole address") {
+  CopySession session;
+  std::wstring tip;
+  session.onImport([&] { tip = toolTip(session.dialog, IDC_COPYTOWEB_TXTWEBNAME); });
+  CHECK(session.run());
+  CHECK_FALSE(tip.empty());
+  CHECK(tip == session.fixture.url());
+}
+
 TEST_CASE("the copy dialog's bars advance with the run") {
   CopySession session;
   std::vector<long> current;
@@ -188,11 +197,33 @@ TEST_CASE("Cancel answered with Yes stops the copy at its next check") {
   CHECK(session.fixture.log.messages().back() == std::wstring(L"      ") + cancelLine);
 }
 
+TEST_CASE("a copy that is being cancelled shows that it takes no second Cancel") {
+  CopySession session;
+  session.driver.answer(IDYES);
+  bool before = false;
+  bool after = true;
+  bool shown = false;
+  session.onImport([&] {
+    before = isEnabled(session.dialog, IDCANCEL);
+    SendMessageW(session.dialog, WM_COMMAND, IDCANCEL, 0);
+    after = isEnabled(session.dialog, IDCANCEL);
+    shown = IsWindowVisible(session.dialog) != FALSE;
+    SendMessageW(session.dialog, WM_CLOSE, 0, 0);
+  });
+  CHECK_FALSE(session.run());
+  CHECK(before);
+  CHECK_FALSE(after);
+  CHECK(shown);
+  checkCancelQuestion(session);
+}
+
 TEST_CASE("Cancel answered with No lets the copy go on") {
   CopySession session;
   session.driver.answer(IDNO);
   bool asked = false;
+  bool stillEnabled = false;
   session.onImport([&] {
+    if (asked) stillEnabled = isEnabled(session.dialog, IDCANCEL);
     if (!asked) PostMessageW(session.dialog, WM_COMMAND, IDCANCEL, 0);
     asked = true;
   });
@@ -200,6 +231,7 @@ TEST_CASE("Cancel answered with No lets the copy go on") {
   checkCancelQuestion(session);
   CHECK(arrived(session, L"images\\logo.gif"));
   CHECK_FALSE(logged(session, cancelLine));
+  CHECK(stillEnabled);
 }
 
 TEST_CASE("the close box of the copy dialog acts as Cancel") {
