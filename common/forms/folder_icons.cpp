@@ -1,5 +1,6 @@
 #include "common/forms/folder_icons.h"
 
+#include <ranges>
 #include <span>
 #include <vector>
 
@@ -83,8 +84,8 @@ bool isInside(std::span<const Point> outline, float x, float y) {
 }
 
 const Shape* shapeAt(Drawing drawing, float x, float y) {
-  for (auto shape = drawing.rbegin(); shape != drawing.rend(); ++shape)
-    if (isInside(shape->outline, x, y)) return &*shape;
+  for (const Shape& shape : drawing | std::views::reverse)
+    if (isInside(shape.outline, x, y)) return &shape;
   return nullptr;
 }
 
