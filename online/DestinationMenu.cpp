@@ -3,16 +3,15 @@
 #include "common/letter_case.h"
 
 DestinationMenu::DestinationMenu(const TemplateFolderList& folders) {
-  const auto letterOf = [](const std::wstring& entry) { return entry.substr(0, 1); };
-  std::wstring running = folders.empty() ? std::wstring() : letterOf(folders.front());
+  std::wstring running;
   for (const std::wstring& folder : folders) {
-    if (letterOf(folder) != running) {
-      running = letterOf(folder);
-      entries_.push_back({separator, {}});
-    }
-    entries_.push_back({folder.substr(1), running});
+    if (folder.size() < 2) continue;  // a value without a name
+    const std::wstring letter = folder.substr(0, 1);
+    if (!entries_.empty() && letter != running) entries_.push_back({separator, {}});
+    running = letter;
+    entries_.push_back({folder.substr(1), letter});
   }
-  if (!folders.empty()) entries_.push_back({separator, {}});
+  if (!entries_.empty()) entries_.push_back({separator, {}});
   entries_.push_back({browse, {}});
 }
 

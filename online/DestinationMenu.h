@@ -21,7 +21,8 @@ class DestinationMenu {
   static constexpr wchar_t machineTag[] = L"G";
 
   // The folders in their order with a separator wherever the list's letter changes, another one
-  // behind the last, then "Browse..."; that alone when there are no folders.
+  // behind the last, then "Browse..."; that alone when there are no folders. An entry without a
+  // path is left out.
   explicit DestinationMenu(const TemplateFolderList& folders = {});
 
   const std::vector<DestinationEntry>& entries() const noexcept { return entries_; }

@@ -28,6 +28,12 @@ TEST_CASE("one list alone has only the separator before Browse") {
         std::vector<std::wstring>{L"U C:\\Mine", L" -", L" Browse..."});
 }
 
+TEST_CASE("a folder without a name is left out of the destination menu") {
+  CHECK(lines(DestinationMenu({L"G", L"UC:\\Mine", L"U"})) ==
+        std::vector<std::wstring>{L"U C:\\Mine", L" -", L" Browse..."});
+  CHECK(lines(DestinationMenu({L"G", L"U"})) == std::vector<std::wstring>{L" Browse..."});
+}
+
 TEST_CASE("a folder's tag is found without regard to letter case") {
   const DestinationMenu menu({L"GC:\\Shared"});
   CHECK(menu.tagOf(L"c:\\SHARED") == L"G");
