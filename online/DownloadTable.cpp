@@ -1,21 +1,8 @@
 #include "online/DownloadTable.h"
 
-#include <windows.h>
-
-#include <oleauto.h>
-
-#include "common/com.h"
 #include "common/letter_case.h"
 #include "common/text.h"
-
-namespace {
-
-bool isNumeric(std::wstring_view value) {
-  double number = 0;
-  return SUCCEEDED(VarR8FromStr(com::Bstr(value).get(), LOCALE_USER_DEFAULT, 0, &number));
-}
-
-}  // namespace
+#include "online/numeric.h"
 
 void DownloadTable::fill(std::wstring_view extraInfo) {
   columns_.clear();

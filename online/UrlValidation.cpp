@@ -93,9 +93,10 @@ void UrlValidation::measureHttp(std::size_t column, Row kind, const std::wstring
   WriteLog({L"URL = ", address});
   WriteLog(L"Locating file....");
   table_.setSize(column, kind, 0);
-  handles::Internet file = openUrl(address);
+  handles::Internet file = session_.openUrl(address);
   view_.stepCurrent(1);
   check();
+  if (!file) failToConnect();
   refuseMissing(file);
   if (const auto bytes = session_.contentLength(file))
     take(column, kind, *bytes);

@@ -76,6 +76,28 @@ TEST_CASE("the first template that was downloaded is selected and can be copied"
   });
 }
 
+TEST_CASE("the catalogue that the browser opens does not offer to open the browser") {
+  BrowserOfCatalogue browser;
+  bool found = false;
+  browser.show([&] {
+    browser.openCatalogue([&] {
+      const HWND bar = GetDlgItem(browser.catalogue, IDC_ONLINE_TOOLBAR);
+      TBBUTTON button = {};
+      for (WPARAM i = 0; SendMessageW(bar, TB_GETBUTTON, i, reinterpret_cast<LPARAM>(&button));
+           ++i) {
+        wchar_t text[100] = {};
+        const auto command = static_cast<WPARAM>(button.idCommand);
+        if (button.fsStyle & BTNS_SEP) continue;
+        SendMessageW(bar, TB_GETBUTTONTEXTW, command, reinterpret_cast<LPARAM>(text));
+        if (std::wstring_view(text) != L"Browse and copy the templates on this computer") continue;
+        found = true;
+        CHECK_FALSE(SendMessageW(bar, TB_ISBUTTONENABLED, command, 0));
+      }
+    });
+  });
+  CHECK(found);
+}
+
 TEST_CASE("after a download only the download folder is read again") {
   const HttpServer server({{"/d.zip", HttpServer::ok(archiveOf(1))}});
   BrowserOfCatalogue browser;

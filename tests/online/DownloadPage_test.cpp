@@ -19,6 +19,15 @@ TEST_CASE("other pages and paths without a slash are no download page") {
   CHECK_FALSE(isDownloadPage(L""));
 }
 
+TEST_CASE("the download page is known in a whole address by its last segment alone") {
+  CHECK(isDownloadAddress(L"http://h/a/DWTONLINEDOWNLOAD.htm?dwt1=a"));
+  CHECK(isDownloadAddress(L"http://h/DWTOnlineDownload.html#a/b"));
+  CHECK_FALSE(isDownloadAddress(L"http://h/a.htm?/DWTOnlineDownload.htm"));
+  CHECK_FALSE(isDownloadAddress(L"http://DWTOnlineDownload.htm?dwt1=a"));
+  CHECK_FALSE(isDownloadAddress(L"DWTOnlineDownload.htm"));
+  CHECK_FALSE(isDownloadAddress(L""));
+}
+
 TEST_CASE("the success page is the value of the first part of that name") {
   CHECK(successAddress(L"?dwt1=http://h/a.zip& Success=http://h/one.htm?x=1&success=two") ==
         L"http://h/one.htm?x=1");
