@@ -98,3 +98,15 @@ TEST_CASE("themes for a destination of the machine's list go to the machine's th
     CHECK(online.disk.readFile(L"data\\Microsoft\\Themes\\blue\\x.inf") == "a theme");
   });
 }
+
+TEST_CASE("the destination's tip tells its whole path") {
+  OnlineWindow online;
+  online.saveIn(online.disk.path());
+  const std::wstring user = online.disk.makeFolder(L"user");
+  listForUser(online.registry, user);
+  online.show([&] {
+    CHECK(toolTip(online.dialog, IDC_ONLINE_DESTINATION) == online.disk.path());
+    online.choose(0);
+    CHECK(toolTip(online.dialog, IDC_ONLINE_DESTINATION) == user);
+  });
+}
