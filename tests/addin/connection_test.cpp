@@ -450,7 +450,9 @@ TEST_SUITE("connection to the host") {
       });
       connected.modal.onDialog(L"Dynamic Web Template Browser",
                                [](HWND dialog) { PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0); });
-      REQUIRE(connected.host.click(dwtOnline));
+      bool cancelled = true;
+      REQUIRE(connected.host.click(dwtOnline, &cancelled));
+      CHECK_FALSE(cancelled);
       const std::vector<std::wstring> both = {L"DWT Online", L"Dynamic Web Template Browser"};
       CHECK(connected.modal.dialogs() ==
             std::vector<std::wstring>(both.begin(), both.end() - (byButton ? 0 : 1)));
