@@ -442,6 +442,11 @@ TEST_SUITE("connection to the host") {
       Connected connected({}, web.path());
       connected.registry.setString(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Korvel Software\\Quillet Viewer",
                                    L"DWTOnline", L"http://127.0.0.1/start.htm");
+      const ScratchFolder data;
+      connected.registry.setString(
+          HKEY_CURRENT_USER,
+          L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders", L"AppData",
+          data.path());
       connected.modal.onDialog(L"DWT Online", [&](HWND dialog) {
         if (byButton)
           pressToolbarButton(GetDlgItem(dialog, IDC_ONLINE_TOOLBAR), quilletButton);
