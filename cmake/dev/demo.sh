@@ -20,7 +20,7 @@ demo() {
     run_host --show-pages
   else
     start_display
-    start_catalogue archives/tide-tables.zip "$demo_folder/online-05-downloading.png"
+    start_catalogue archives/tide-tables.zip "$demo_folder/online-06-downloading.png"
     stage register register_add_in
     show_tree "The web before:"
     tour

@@ -3,6 +3,7 @@
 #include "host/pages/Page.h"
 #include "host/pages/Tag.h"
 #include "host/pages/fetch.h"
+#include "tests/online/LoopbackServer.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/text_output.h"
 
@@ -143,6 +144,15 @@ TEST_CASE("a path of the disk is fetched and what is missing is not") {
   CHECK(fetch(addressOf(disk / L"a page.htm"), bytes));
   CHECK(bytes == "content");
   CHECK_FALSE(fetch(addressOf(disk / L"none.htm"), bytes));
+}
+
+TEST_CASE("a page of a server is fetched and an answer of another kind is none") {
+  const HttpServer server({{"/a.htm", HttpServer::ok("content")}});
+  std::string bytes;
+  CHECK(fetch(server.url(L"/a.htm"), bytes));
+  CHECK(bytes == "content");
+  CHECK_FALSE(fetch(server.url(L"/none.htm"), bytes));
+  CHECK(bytes.empty());
 }
 
 TEST_CASE("a page is read in the encoding that it names") {
