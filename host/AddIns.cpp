@@ -9,7 +9,6 @@
 namespace standin {
 namespace {
 
-constexpr wchar_t addInsKey[] = L"Software\\Microsoft\\Office\\FrontPage\\Addins";
 constexpr long connectedAtStart = 3;
 constexpr long afterFailure = 2;
 
@@ -120,11 +119,16 @@ ComPtr<Extensibility> createAddIn(const std::wstring& progId, HRESULT& result) {
   return addIn;
 }
 
-// The outcome of a guarded call into an add-in; E_UNEXPECTED when the call did not come back.
-HRESULT attempted(const std::function<HRESULT()>& call) {
+// The outcome of a guarded call into an add-in.
+struct Attempt {
   HRESULT result = E_UNEXPECTED;
-  if (!guarded([&] { result = call(); })) return E_UNEXPECTED;
-  return result;
+  bool cameBack = false;
+};
+
+Attempt attempted(const std::function<HRESULT()>& call) {
+  Attempt attempt;
+  attempt.cameBack = guarded([&] { attempt.result = call(); });
+  return attempt;
 }
 
 std::wstring failureText(HRESULT result) {
@@ -147,8 +151,13 @@ com::Variant AddInEntry::getDescription(const Arguments&) { return description_;
 AddIns::AddIns(SharedSession session, IDispatch* application, bool byDispatch)
     : session_(std::move(session)), application_(application), byDispatch_(byDispatch) {}
 
+std::wstring AddIns::key() const {
+  return std::wstring(L"Software\\Microsoft\\Office\\") +
+         (session_->options.addInsOfVersion ? L"11.0\\" : L"") + L"FrontPage\\Addins";
+}
+
 void AddIns::find() {
-  const Key all(HKEY_CURRENT_USER, addInsKey, KEY_READ);
+  const Key all(HKEY_CURRENT_USER, key(), KEY_READ);
   for (const auto& progId : all.subKeys()) {
     if (named(progId)) continue;
     const Key key(all.get(), progId, KEY_READ);
@@ -161,16 +170,18 @@ void AddIns::find() {
   }
 }
 
+// Calls may run a message loop in which the user finds more add-ins or closes the host.
 void AddIns::connectAtStart() {
-  for (AddIn& addIn : list_)
-    if ((addIn.loadBehavior & connectedAtStart) == connectedAtStart)
-      connect(addIn, ConnectMode::connectAtStartup);
-  for (AddIn& addIn : list_) notify(addIn, memberOnStartupComplete);
+  for (std::size_t i = 0; i < list_.size() && !shutDown_; ++i)
+    if ((list_[i].loadBehavior & connectedAtStart) == connectedAtStart)
+      connect(list_[i], ConnectMode::connectAtStartup);
+  for (std::size_t i = 0; i < list_.size(); ++i) notify(list_[i], memberOnStartupComplete);
 }
 
 void AddIns::shutDown() {
-  for (AddIn& addIn : list_) notify(addIn, memberOnBeginShutdown);
-  for (AddIn& addIn : list_) disconnect(addIn, disconnectHostShutdown);
+  shutDown_ = true;
+  for (std::size_t i = 0; i < list_.size(); ++i) notify(list_[i], memberOnBeginShutdown);
+  for (std::size_t i = 0; i < list_.size(); ++i) disconnect(list_[i], disconnectHostShutdown);
 }
 
 bool AddIns::load(std::wstring_view progId) {
@@ -198,7 +209,7 @@ AddIn* AddIns::named(std::wstring_view progId) {
 bool AddIns::connect(AddIn& addIn, ConnectMode mode) {
   ComPtr<Extensibility> created;
   const auto entry = make<AddInEntry>(session_, addIn.progId, addIn.description);
-  const HRESULT result = attempted([&] {
+  const Attempt attempt = attempted([&] {
     HRESULT creation = S_OK;
     created = createAddIn(addIn.progId, creation);
     if (!created) return creation;
@@ -209,23 +220,26 @@ bool AddIns::connect(AddIn& addIn, ConnectMode mode) {
                      custom.asVariant()});
     return created->OnConnection(application_, mode, entry.get(), custom.get());
   });
-  if (FAILED(result)) {
-    addIn.failure = failureText(result);
+  if (FAILED(attempt.result)) {
+    addIn.failure = failureText(attempt.result);
     addIn.loadBehavior = afterFailure;
-    const Key key(HKEY_CURRENT_USER, std::wstring(addInsKey) + L"\\" + addIn.progId, KEY_WRITE);
+    const Key key(HKEY_CURRENT_USER, this->key() + L"\\" + addIn.progId, KEY_WRITE);
     key.setNumber(L"LoadBehavior", afterFailure);
     // A component that did not come back from a call is not to be trusted with its release either.
-    if (result == E_UNEXPECTED) (void)created.release();
+    if (!attempt.cameBack) (void)created.release();
     return false;
   }
   addIn.failure.clear();
   addIn.connected = std::move(created);
-  return true;
+  if (!shutDown_) return true;
+  notify(addIn, memberOnBeginShutdown);
+  disconnect(addIn, disconnectHostShutdown);
+  return false;
 }
 
 bool AddIns::disconnect(AddIn& addIn, DisconnectMode mode) const {
   if (!addIn.connected) return false;
-  const HRESULT result = attempted([&] {
+  const Attempt attempt = attempted([&] {
     CustomData custom;
     if (byDispatch_)
       return invoke(addIn.connected.get(), memberOnDisconnection,
@@ -233,7 +247,7 @@ bool AddIns::disconnect(AddIn& addIn, DisconnectMode mode) const {
     return addIn.connected->OnDisconnection(mode, custom.get());
   });
   ComPtr<Extensibility> last = std::move(addIn.connected);
-  if (result == E_UNEXPECTED)
+  if (!attempt.cameBack)
     (void)last.release();
   else
     guarded([&] { last.reset(); });
@@ -258,8 +272,8 @@ void AddIns::notify(const AddIn& addIn, ExtensibilityMember member) const {
 }
 
 void AddIns::notifyOthers(const AddIn& changed) const {
-  for (const AddIn& addIn : list_)
-    if (&addIn != &changed) notify(addIn, memberOnAddInsUpdate);
+  for (std::size_t i = 0; i < list_.size(); ++i)
+    if (&list_[i] != &changed) notify(list_[i], memberOnAddInsUpdate);
 }
 
 }  // namespace standin

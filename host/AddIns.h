@@ -1,9 +1,9 @@
 // The add-ins that are registered with the host: finding, connecting and disconnecting them.
 #pragma once
 
+#include <deque>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "common/com.h"
 #include "host/extensibility.h"
@@ -41,18 +41,21 @@ class AddIns {
   // By dispatch: calls go through Invoke instead of the interface's own slots.
   AddIns(SharedSession session, IDispatch* application, bool byDispatch);
 
-  // Reads the list below HKCU\Software\Microsoft\Office\FrontPage\Addins.
+  // Reads the list below HKCU\Software\Microsoft\Office\FrontPage\Addins, or the one of the
+  // Office version, by the host's options.
   void find();
   void connectAtStart();
+  // Also from inside a call into an add-in: one that is just being connected goes as it has come.
   void shutDown();
 
   // As the user does it from the list of add-ins; false when that fails or there is nothing to do.
   bool load(std::wstring_view progId);
   bool unload(std::wstring_view progId);
 
-  const std::vector<AddIn>& list() const noexcept { return list_; }
+  const std::deque<AddIn>& list() const noexcept { return list_; }
 
  private:
+  std::wstring key() const;
   AddIn* named(std::wstring_view progId);
   bool connect(AddIn& addIn, ConnectMode mode);
   bool disconnect(AddIn& addIn, DisconnectMode mode) const;
@@ -63,7 +66,8 @@ class AddIns {
   SharedSession session_;
   IDispatch* application_;
   bool byDispatch_;
-  std::vector<AddIn> list_;
+  std::deque<AddIn> list_;  // an add-in keeps its place while others are found
+  bool shutDown_ = false;
 };
 
 }  // namespace standin

@@ -1,6 +1,7 @@
 #include "host/model/Application.h"
 
-#include "common/text.h"
+#include "common/Dispatch.h"
+#include "common/errors.h"
 #include "host/model/Themes.h"
 #include "host/model/Web.h"
 #include "host/model/WebPaths.h"
@@ -23,6 +24,15 @@ const MemberTable applicationMembers(
                       Kind::method,
                       {{L"UrlBase", Takes::textOrObject}, {L"Url", Takes::text}},
                       call<&Application::makeAbs>}});
+
+// By its name: the object may be somebody else's.
+std::wstring addressOf(const ComPtr<IDispatch>& object) {
+  try {
+    return com::Dispatch(object).value(L"Url").text();
+  } catch (const Error&) {
+    throw Refusal{E_INVALIDARG, L"The object has no address."};
+  }
+}
 
 }  // namespace
 
@@ -68,7 +78,7 @@ com::Variant Application::makeAbs(const Arguments& arguments) {
   const std::wstring url = arguments.text(1);
   if (isAbsoluteUrl(url)) return url;
   const std::wstring base =
-      arguments.isText(0) ? arguments.text(0) : addressOf(arguments.object(0).get());
+      arguments.isText(0) ? arguments.text(0) : addressOf(arguments.object(0));
   return absoluteUrl(*session(), base, url);
 }
 

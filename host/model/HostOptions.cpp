@@ -30,6 +30,7 @@ const Row rows[] = {
     {L"beforePastEndRefused", &HostOptions::beforePastEndRefused},
     {L"explorerObject", &HostOptions::explorerObject},
     {L"importMilliseconds", &HostOptions::importMilliseconds},
+    {L"addInsOfVersion", &HostOptions::addInsOfVersion},
     {L"menuBar", &HostOptions::menuBar},
     {L"menuBarType", &HostOptions::menuBarType},
     {L"templatesMenu", &HostOptions::templatesMenu},

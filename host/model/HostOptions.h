@@ -55,6 +55,10 @@ struct HostOptions {
   // How long Files.Add takes, in milliseconds: a server's web is slower than a disk.
   long importMilliseconds = 0;
 
+  // The list of add-ins stands in the registry's key of all versions (false) or in that of
+  // Office 11.
+  bool addInsOfVersion = false;
+
   // --- The shape of the menus; read when the host is made. ---
   bool menuBar = true;          // false: ActiveMenuBar is Nothing
   long menuBarType = 1;         // 0 normal, 1 menu bar, 2 pop-up

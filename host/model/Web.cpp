@@ -130,11 +130,6 @@ void WebObject::requireOpen() const {
     throw Refusal{E_FAIL, L"The web is no longer open."};
 }
 
-std::wstring addressOf(IDispatch* object) {
-  if (const auto* addressed = dynamic_cast<Addressed*>(object)) return addressed->address();
-  throw Refusal{E_INVALIDARG, L"The object has no address."};
-}
-
 // --- Web
 
 const MemberTable& Web::members() const { return webMembers; }

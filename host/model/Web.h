@@ -22,22 +22,11 @@ class WebObject : public AutomationObject {
   long generation_;
 };
 
-// Something with an address: what MakeAbs takes in place of a text.
-class Addressed {
- public:
-  virtual std::wstring address() const = 0;
-
- protected:
-  ~Addressed() = default;
-};
-// The address behind one of this host's objects; a Refusal for any other.
-std::wstring addressOf(IDispatch* object);
-
-class Web : public WebObject, public Addressed {
+class Web : public WebObject {
  public:
   explicit Web(SharedSession session) : WebObject(std::move(session)) {}
 
-  std::wstring address() const override;
+  std::wstring address() const;
 
   com::Variant getUrl(const Arguments&) const;
   com::Variant getTitle(const Arguments&);
@@ -52,11 +41,11 @@ class Web : public WebObject, public Addressed {
   const MemberTable& members() const override;
 };
 
-class WebFolder : public WebObject, public Addressed {
+class WebFolder : public WebObject {
  public:
   WebFolder(SharedSession session, std::wstring relative);
 
-  std::wstring address() const override;
+  std::wstring address() const;
 
   com::Variant getName(const Arguments&);
   com::Variant getUrl(const Arguments&) const;
@@ -94,11 +83,11 @@ class WebFolders : public WebObject {
   bool all_;
 };
 
-class WebFile : public WebObject, public Addressed {
+class WebFile : public WebObject {
  public:
   WebFile(SharedSession session, std::wstring relative);
 
-  std::wstring address() const override;
+  std::wstring address() const;
 
   com::Variant getName(const Arguments&);
   com::Variant getExtension(const Arguments&);

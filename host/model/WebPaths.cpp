@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <vector>
 
 #include "common/text.h"
 #include "host/model/AutomationObject.h"

@@ -1,7 +1,5 @@
 #include "host/script/ScriptRunner.h"
 
-#include <commctrl.h>
-
 #include <algorithm>
 #include <stdexcept>
 

@@ -1,4 +1,7 @@
+#include <functional>
 #include <new>
+#include <string>
+#include <utility>
 
 #include "host/AddIns.h"
 #include "host/guarded.h"
@@ -25,12 +28,13 @@ void writeToNowhere() {
 
 [[noreturn]] void throwSomething() { throw 1; }
 
-enum class Manner { good, fails, throws, faults };
+enum class Manner { good, fails, isUnexpected, throws, faults };
 
 // Writes down how the host calls it.
 class RecordingAddIn final : public standin::Extensibility {
  public:
-  RecordingAddIn(Calls& calls, Manner manner) : calls_(calls), manner_(manner) {}
+  RecordingAddIn(Calls& calls, Manner manner, std::function<void()> onConnection)
+      : calls_(calls), manner_(manner), onConnection_(std::move(onConnection)) {}
 
   STDMETHOD(QueryInterface)(REFIID iid, void** object) override {
     *object = nullptr;
@@ -65,7 +69,9 @@ class RecordingAddIn final : public standin::Extensibility {
     calls_.push_back(L"OnConnection " + std::to_wstring(mode));
     if (!application || !custom) return E_POINTER;
     calls_.push_back(LateBound(addIn).text(L"ProgId"));
+    onConnection_();
     if (manner_ == Manner::fails) return E_FAIL;
+    if (manner_ == Manner::isUnexpected) return E_UNEXPECTED;
     if (manner_ == Manner::throws) throwSomething();
     if (manner_ == Manner::faults) writeToNowhere();
     return S_OK;
@@ -90,6 +96,7 @@ class RecordingAddIn final : public standin::Extensibility {
  private:
   Calls& calls_;
   Manner manner_;
+  std::function<void()> onConnection_;
   ULONG references_ = 0;
 };
 
@@ -97,6 +104,7 @@ class Factory : public IClassFactory {
  public:
   Calls calls;
   Manner manner = Manner::good;
+  std::function<void()> onConnection = [] {};  // what else happens during each connection
 
   STDMETHOD(QueryInterface)(REFIID iid, void** object) override {
     *object = nullptr;
@@ -107,7 +115,7 @@ class Factory : public IClassFactory {
   STDMETHOD_(ULONG, AddRef)() override { return 1; }
   STDMETHOD_(ULONG, Release)() override { return 1; }
   STDMETHOD(CreateInstance)(IUnknown*, REFIID iid, void** object) override {
-    auto* made = new (std::nothrow) RecordingAddIn(calls, manner);
+    auto* made = new (std::nothrow) RecordingAddIn(calls, manner, onConnection);
     return made ? ComPtr<RecordingAddIn>(made)->QueryInterface(iid, object) : E_OUTOFMEMORY;
   }
   STDMETHOD(LockServer)(BOOL) override { return S_OK; }
@@ -213,6 +221,64 @@ TEST_CASE("a failed connection is remembered and leaves load behaviour 2") {
   CHECK(addIns.list().front().failure == L"Not loaded: it failed with 0x80004005.");
   CHECK(offered.loadBehavior() == 2);
   CHECK(offered.factory.calls == Calls{L"OnConnection 1", progId, L"released"});
+}
+
+TEST_CASE("an add-in that fails with the result of a lost call is released all the same") {
+  OfferedAddIn offered;
+  offered.factory.manner = Manner::isUnexpected;
+  AddIns addIns = offered.started();
+  CHECK(addIns.list().front().failure == L"Not loaded: it failed with 0x8000FFFF.");
+  CHECK(offered.factory.calls == Calls{L"OnConnection 1", progId, L"released"});
+}
+
+TEST_CASE("an add-in keeps its place while others are found during its connection") {
+  OfferedAddIn offered;
+  AddIns addIns(offered.host.sharedSession(), offered.host.application(), false);
+  addIns.find();
+  offered.factory.onConnection = [&] {
+    for (int number = 0; number < 40; ++number)
+      offered.registry.setNumber(
+          HKEY_CURRENT_USER,
+          L"Software\\Microsoft\\Office\\FrontPage\\Addins\\Late." + std::to_wstring(number),
+          L"LoadBehavior", 0);
+    addIns.find();
+  };
+  addIns.connectAtStart();
+  CHECK(addIns.list().size() == 41);
+  CHECK(addIns.list().front().progId == progId);
+  CHECK(addIns.list().front().connected);
+  addIns.shutDown();
+}
+
+TEST_CASE("an add-in during whose connection the host is closed is disconnected") {
+  OfferedAddIn offered;
+  AddIns addIns(offered.host.sharedSession(), offered.host.application(), false);
+  addIns.find();
+  offered.factory.onConnection = [&] { addIns.shutDown(); };
+  addIns.connectAtStart();
+  CHECK_FALSE(addIns.list().front().connected);
+  CHECK(offered.loadBehavior() == 3);
+  CHECK(offered.factory.calls ==
+        Calls{L"OnConnection 1", progId, L"OnBeginShutdown", L"OnDisconnection 0", L"released"});
+}
+
+TEST_CASE("a host with the add-ins of its version finds none among those of all versions") {
+  standin::HostOptions options;
+  options.addInsOfVersion = true;
+  const Host host(options);
+  OfferedAddIn offered;
+  AddIns addIns(host.sharedSession(), host.application(), false);
+  addIns.find();
+  CHECK(addIns.list().empty());
+  offered.registry.setNumber(
+      HKEY_CURRENT_USER,
+      std::wstring(L"Software\\Microsoft\\Office\\11.0\\FrontPage\\Addins\\") + progId,
+      L"LoadBehavior", 3);
+  addIns.find();
+  addIns.connectAtStart();
+  REQUIRE(addIns.list().size() == 1);
+  CHECK(addIns.list().front().connected);
+  addIns.shutDown();
 }
 
 TEST_CASE("an add-in whose class is not registered fails to load") {

@@ -104,6 +104,37 @@ TEST_CASE("MakeAbs takes an object with an address as its base") {
   CHECK(application.call(L"MakeAbs", {host.application(), L"a"}).result == DISP_E_EXCEPTION);
 }
 
+// Somebody else's object with a "Url".
+class ForeignPage final : public IDispatch {
+ public:
+  STDMETHOD(QueryInterface)(REFIID, void** object) override {
+    *object = this;
+    return S_OK;
+  }
+  STDMETHOD_(ULONG, AddRef)() override { return 1; }
+  STDMETHOD_(ULONG, Release)() override { return 1; }
+  STDMETHOD(GetTypeInfoCount)(UINT*) override { return E_NOTIMPL; }
+  STDMETHOD(GetTypeInfo)(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  STDMETHOD(GetIDsOfNames)(REFIID, LPOLESTR* names, UINT, LCID, DISPID* id) override {
+    *id = 1;
+    return std::wstring_view(*names) == L"Url" ? S_OK : DISP_E_UNKNOWNNAME;
+  }
+  STDMETHOD(Invoke)
+  (DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) override {
+    result->vt = VT_BSTR;
+    result->bstrVal = SysAllocString(L"http://other/page");
+    return S_OK;
+  }
+};
+
+TEST_CASE("MakeAbs takes an object of another maker as its base") {
+  const Host host;
+  ForeignPage page;
+  CHECK(LateBound(host.application())
+            .call(L"MakeAbs", {static_cast<IDispatch*>(&page), L"a"})
+            .value.text() == L"http://other/page/a");
+}
+
 TEST_CASE("a leading slash means the base or the server for MakeAbs") {
   const Host host;
   const LateBound application(host.application());
