@@ -4,23 +4,9 @@
 #include <vector>
 
 #include "tests/catalogue/frmQuillet_support.h"
+#include "tests/support/Frame.h"
 
 namespace {
-
-// A visible window that stands for the host's frame.
-class Frame {
- public:
-  Frame()
-      : window_(CreateWindowW(L"Static", L"frame", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 30, 20, 900,
-                              700, nullptr, nullptr, nullptr, nullptr)) {}
-  ~Frame() { DestroyWindow(window_); }
-  Frame(const Frame&) = delete;
-  Frame& operator=(const Frame&) = delete;
-  HWND get() const { return window_; }
-
- private:
-  HWND window_;
-};
 
 RECT placeOf(HWND window) {
   RECT place = {};
@@ -35,7 +21,7 @@ std::optional<std::vector<BYTE>> placementRecord(const BrowserWindow& browser) {
 }  // namespace
 
 TEST_CASE("the browser first opens centred on the frame and leaves its place when it closes") {
-  const Frame frame;
+  const Frame frame(30, 20, 900, 700);
   BrowserWindow browser;
   browser.owner = frame.get();
   RECT place = {};
@@ -119,7 +105,7 @@ TEST_CASE("a browser that was left on a monitor that has gone opens in view") {
 }
 
 TEST_CASE("the frame owns the browser and is disabled under it and active after it") {
-  const Frame frame;
+  const Frame frame(30, 20, 900, 700);
   SetActiveWindow(frame.get());
   BrowserWindow browser;
   browser.owner = frame.get();
@@ -132,7 +118,7 @@ TEST_CASE("the frame owns the browser and is disabled under it and active after 
 }
 
 TEST_CASE("the frame is active again after a copy") {
-  const Frame frame;
+  const Frame frame(30, 20, 900, 700);
   SetActiveWindow(frame.get());
   BrowserWindow browser;
   browser.addTemplate(L"home");

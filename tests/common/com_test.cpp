@@ -1,6 +1,7 @@
 #include "common/com.h"
 
 #include "common/errors.h"
+#include "tests/support/error_number.h"
 #include "tests/support/text_output.h"
 
 namespace {
@@ -26,16 +27,6 @@ class Counted : public IDispatch {
     return E_NOTIMPL;
   }
 };
-
-template <class Body>
-long numberOf(Body body) {
-  try {
-    body();
-    return 0;
-  } catch (const Error& error) {
-    return error.number();
-  }
-}
 
 }  // namespace
 

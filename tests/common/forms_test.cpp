@@ -8,6 +8,7 @@
 #include "common/forms/controls.h"
 #include "common/forms/resource.h"
 #include "tests/support/DialogResource.h"
+#include "tests/support/Frame.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/text_output.h"
 
@@ -40,21 +41,6 @@ class ProbeForm : public forms::Form {
     activate(*this);
   }
   void Form_Unload() override { events.emplace_back(L"unload"); }
-};
-
-// A visible window that stands for the host's frame.
-class Frame {
- public:
-  Frame()
-      : window_(CreateWindowW(L"Static", L"frame", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 100, 100, 600,
-                              400, nullptr, nullptr, nullptr, nullptr)) {}
-  ~Frame() { DestroyWindow(window_); }
-  Frame(const Frame&) = delete;
-  Frame& operator=(const Frame&) = delete;
-  HWND get() const { return window_; }
-
- private:
-  HWND window_;
 };
 
 // A dialog resource as a window that nobody sees.

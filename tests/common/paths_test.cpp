@@ -24,6 +24,31 @@ BOOL WINAPI refuseToMake(LPCWSTR, LPSECURITY_ATTRIBUTES) {
   return FALSE;
 }
 
+std::vector<std::wstring> madeFolders;
+decltype(&CreateDirectoryW) realCreateDirectory = nullptr;
+
+BOOL WINAPI recordFolder(LPCWSTR name, LPSECURITY_ATTRIBUTES security) {
+  madeFolders.emplace_back(name);
+  return realCreateDirectory(name, security);
+}
+
+// What the shell was asked for.
+struct Launch {
+  HWND owner;
+  std::wstring verb;
+  std::wstring file;
+  std::wstring parameters;
+  std::wstring folder;
+  int show;
+};
+std::vector<Launch> launches;
+
+HINSTANCE WINAPI recordLaunch(HWND owner, LPCWSTR verb, LPCWSTR file, LPCWSTR parameters,
+                              LPCWSTR folder, INT show) {
+  launches.push_back({owner, verb, file, parameters, folder, show});
+  return reinterpret_cast<HINSTANCE>(INT_PTR{33});
+}
+
 HANDLE WINAPI refuseToOpen(LPCWSTR, DWORD, DWORD, LPSECURITY_ATTRIBUTES, DWORD, DWORD, HANDLE) {
   SetLastError(refusal);
   return INVALID_HANDLE_VALUE;
@@ -130,6 +155,18 @@ TEST_CASE("a folder path with several missing levels is made whole") {
   CHECK(CreateFolderPath(scratch / L"one\\two words\\dr\u00e4\u0416"));
   CHECK(scratch.tree() == std::vector<std::wstring>{L"one\\", L"one\\two words\\",
                                                     L"one\\two words\\dr\u00e4\u0416\\"});
+}
+
+TEST_CASE("the missing levels of a folder path are made outermost first") {
+  ScratchFolder scratch;
+  scratch.makeFolder(L"one");
+  madeFolders.clear();
+  const ImportPatch patch(nullptr, "kernel32.dll", "CreateDirectoryW", recordFolder);
+  realCreateDirectory = patch.original<BOOL WINAPI(LPCWSTR, LPSECURITY_ATTRIBUTES)>();
+  CHECK(CreateFolderPath(scratch / L"one\\two\\three\\four"));
+  CHECK(madeFolders == std::vector<std::wstring>{scratch / L"one\\two\\",
+                                                 scratch / L"one\\two\\three\\",
+                                                 scratch / L"one\\two\\three\\four"});
 }
 
 TEST_CASE("a folder path with a trailing backslash is made whole") {
@@ -385,6 +422,19 @@ TEST_CASE("a wild card is no name of a file or folder") {
   CHECK_FALSE(fileExists(scratch / L"*.txt"));
   CHECK_FALSE(fileExists(scratch / L"file.???"));
   CHECK_FALSE(folderExists(scratch / L"f*"));
+}
+
+TEST_CASE("the shell opens a file with its parameters without an owner and shows it normally") {
+  launches.clear();
+  const ImportPatch patch(nullptr, "shell32.dll", "ShellExecuteW", recordLaunch);
+  CHECK(ShellOpen(L"C:\\a b\\viewer.exe", L"\"one\" two") == 33);
+  REQUIRE(launches.size() == 1);
+  CHECK(launches[0].owner == nullptr);
+  CHECK(launches[0].verb == L"open");
+  CHECK(launches[0].file == L"C:\\a b\\viewer.exe");
+  CHECK(launches[0].parameters == L"\"one\" two");
+  CHECK(launches[0].folder == L"");
+  CHECK(launches[0].show == 1);
 }
 
 TEST_CASE("opening a missing file answers with a number below 33 and changes no folder") {

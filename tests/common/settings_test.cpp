@@ -5,6 +5,7 @@
 #include "common/errors.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/ScratchRegistry.h"
+#include "tests/support/error_number.h"
 #include "tests/support/text_output.h"
 
 namespace {
@@ -18,16 +19,6 @@ constexpr wchar_t folderKey[] =
 LSTATUS WINAPI refuseToCreate(HKEY, LPCSTR, PHKEY) { return ERROR_ACCESS_DENIED; }
 LSTATUS WINAPI refuseToDelete(HKEY, LPCSTR) { return ERROR_ACCESS_DENIED; }
 LSTATUS WINAPI refuseToDeleteValue(HKEY, LPCSTR, LPCSTR) { return ERROR_ACCESS_DENIED; }
-
-template <class Body>
-long numberOf(Body body) {
-  try {
-    body();
-    return 0;
-  } catch (const Error& error) {
-    return error.number();
-  }
-}
 
 }  // namespace
 

@@ -62,7 +62,7 @@ class OnlineWindow {
   }
 
   HostApplication application() const {
-    return HostApplication(host::Dispatch(ComPtr<IDispatch>(host_.application())));
+    return HostApplication(com::Dispatch(ComPtr<IDispatch>(host_.application())));
   }
   standin::Faults& hostFaults() const { return host_.faults(); }
   standin::Host& host() { return host_; }

@@ -42,7 +42,7 @@ class DownloadDialog {
   DownloadDialog& operator=(const DownloadDialog&) = delete;
 
   HostApplication application() const {
-    return HostApplication(host::Dispatch(ComPtr<IDispatch>(host_.application())));
+    return HostApplication(com::Dispatch(ComPtr<IDispatch>(host_.application())));
   }
   bool run(const std::wstring& query, const wchar_t* tag = L"U") {
     driver.onDialog(L"Downloading...", [this](HWND dialog) {
