@@ -1,7 +1,5 @@
 #include "addin/ClickSink.h"
 
-#include <iterator>
-
 namespace {
 
 constexpr GUID commandBarButtonEvents = {

@@ -128,7 +128,7 @@ HRESULT DWTemplate::OnBeginShutdown(SAFEARRAY**) {
 
 void DWTemplate::IDTExtensibility2_OnConnection(IDispatch* Application) noexcept {
   quietly(L"IDTExtensibility2_OnConnection", [&] {
-    hostApplication() = HostApplication(host::Dispatch(ComPtr<IDispatch>(Application)));
+    hostApplication() = HostApplication(com::Dispatch(ComPtr<IDispatch>(Application)));
     m_btnCopyToWeb = {};
     m_btnDWTOnline = {};
 

@@ -8,7 +8,7 @@
 
 #include "addin/ClickSink.h"
 #include "addin/ConnectionObject.h"
-#include "addin/host/HostApplication.h"
+#include "addin/host/HostCommandBars.h"
 #include "common/com.h"
 
 // A menu entry that is ours and its connected click event.

@@ -3,13 +3,11 @@
 #include <iterator>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <objbase.h>
 
 #include "addin/identity.h"
-#include "common/errors.h"
 #include "common/handles.h"
 #include "common/module.h"
 #include "common/text.h"

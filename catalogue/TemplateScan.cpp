@@ -1,7 +1,9 @@
 #include "catalogue/TemplateScan.h"
 
+#include "catalogue/TemplateFolderList.h"
 #include "catalogue/TemplateInfo.h"
 #include "common/FileSearch.h"
+#include "common/errors.h"
 #include "common/letter_case.h"
 #include "common/log.h"
 #include "common/paths.h"
@@ -12,13 +14,6 @@ namespace {
 
 // What the host's private folders begin with.
 constexpr wchar_t privateFolder[] = L"_vti";
-
-std::wstring systemText(DWORD code) {
-  wchar_t buffer[2048] = {};
-  FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0,
-                 buffer, 2048, nullptr);
-  return buffer;
-}
 
 void logUnopened(const std::wstring& path) {
   modCommon::WriteLog(text::replaceAll(L"Could not open \" %s \"", L"%s", path));
@@ -83,7 +78,7 @@ void TemplateScan::scanEntry(const std::wstring& folder, const FileEntry& entry)
 
 void TemplateScan::reportUnreadable(const std::wstring& folder, unsigned long code) {
   if (code == ERROR_NOT_READY)
-    view_.showNotReady(L"Could not access " + folder + L".\r\n" + systemText(code));
+    view_.showNotReady(L"Could not access " + folder + L".\r\n" + errors::systemMessage(code));
   logUnopened(folder);
 }
 

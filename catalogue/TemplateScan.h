@@ -7,7 +7,6 @@
 #include <string>
 #include <string_view>
 
-#include "catalogue/TemplateFolderList.h"
 #include "common/KeepGoing.h"
 
 struct FileEntry;

@@ -36,13 +36,6 @@ std::wstring versionText() {
          std::to_wstring(minor) + L"." + std::to_wstring(QUILLET_VERSION_REVISION);
 }
 
-bool isEmptyFile(const std::wstring& path) {
-  WIN32_FILE_ATTRIBUTE_DATA data = {};
-  if (!GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data))
-    throw errors::fromLastError();
-  return data.nFileSizeHigh == 0 && data.nFileSizeLow < 1;
-}
-
 // Whoever cancels knows it: that is no error, and the list tells what was found until then.
 template <class Scan>
 void unlessCancelled(Scan&& scan) {
@@ -346,7 +339,7 @@ void frmQuillet::showPicture(const std::wstring& file) {
 }
 
 void frmQuillet::showPage(const std::wstring& file) {
-  navigate(isEmptyFile(file) ? forms::WebBrowser::blankPage : file);
+  navigate(modCommon::fileSize(file) == 0 ? forms::WebBrowser::blankPage : file);
   showPlace(false);
   cbZoom.setEnabled(false);
 }

@@ -3,23 +3,14 @@
 #include <new>
 
 #include "common/ansi.h"
-#include "common/text.h"
+#include "common/errors.h"
 
 namespace {
 
-constexpr DWORD messageLength = 2048;
 constexpr DWORD nameLength = 2048;
 
 bool isStringType(DWORD type) {
   return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_LINK || type == REG_MULTI_SZ;
-}
-
-std::wstring systemMessage(long code) {
-  char buffer[messageLength] = {};
-  FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-                 static_cast<DWORD>(code), MAKELANGID(LANG_NEUTRAL, SUBLANG_NEUTRAL), buffer,
-                 messageLength, nullptr);
-  return text::fromAnsi(buffer);
 }
 
 // For an empty name the plain open call hands back the caller's own handle, which is not ours to
@@ -159,11 +150,11 @@ std::wstring RegKey::GetErrorDescription() const {
     case wrongDataType:
       return L"Internal error: Data type supplied is invalid.";
     case previousKeyNotClosed:
-      return L"Internal error: Failed to close previous key.\r\n" + systemMessage(system_);
+      return L"Internal error: Failed to close previous key.\r\n" + errors::systemMessage(system_);
     case noKeyOpen:
       return L"Internal error: Registry operation without opening a key.";
     case none:
-      return systemMessage(system_);
+      return errors::systemMessage(system_);
     default:
       return {};
   }

@@ -99,6 +99,13 @@ long numberFromSystemCode(unsigned long code, long fallback) {
   return fallback;
 }
 
+std::wstring systemMessage(unsigned long code) {
+  wchar_t buffer[2048] = {};
+  FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code,
+                 MAKELANGID(LANG_NEUTRAL, SUBLANG_NEUTRAL), buffer, 2048, nullptr);
+  return buffer;
+}
+
 Error fromSystemCode(unsigned long code) { return Error(numberFromSystemCode(code)); }
 
 Error fromLastError() { return fromSystemCode(GetLastError()); }

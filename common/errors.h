@@ -67,6 +67,9 @@ std::wstring_view descriptionOf(long number) noexcept;
 // The run-time number of a Win32 code. `fallback` is the answer for a code outside the table.
 long numberFromSystemCode(unsigned long code, long fallback = pathFileAccess);
 
+// What the system says about a Win32 code, with its line break; empty for an unknown one.
+std::wstring systemMessage(unsigned long code);
+
 // The error that a Win32 code (by default the thread's last one) stands for.
 Error fromSystemCode(unsigned long code);
 Error fromLastError();

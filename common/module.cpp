@@ -1,7 +1,5 @@
 #include "common/module.h"
 
-#include "common/text.h"
-
 namespace module {
 namespace {
 

@@ -10,7 +10,6 @@
 #include "common/errors.h"
 #include "common/handles.h"
 #include "common/message.h"
-#include "common/module.h"
 #include "common/text.h"
 
 namespace modCommon {
@@ -94,8 +93,7 @@ std::wstring failureText(std::wstring_view path, const Error& error) {
     case errors::diskNotReady:
       return L"The disk not ready or the path does not exist.";
     case errors::pathFileAccess:
-      return std::wstring(path) +
-             L"\r\nInvalid file path or you do not have write permission to this location.";
+      return noPermissionText(path);
     case errors::pathNotFound:
       return L"The path could not be found.";
     default:
@@ -143,6 +141,19 @@ void makeFolder(std::wstring_view path) {
   const long number = errors::numberFromSystemCode(GetLastError());
   const bool refused = number == errors::fileAlreadyExists || number == errors::permissionDenied;
   throw Error(refused ? errors::pathFileAccess : number);
+}
+
+std::wstring noPermissionText(std::wstring_view path) {
+  return text::join(
+      {path, L"\r\nInvalid file path or you do not have write permission to this location."});
+}
+
+unsigned long long fileSize(std::wstring_view path) {
+  const NoSystemBoxes quiet;
+  WIN32_FILE_ATTRIBUTE_DATA data = {};
+  if (!GetFileAttributesExW(std::wstring(path).c_str(), GetFileExInfoStandard, &data))
+    throw errors::fromLastError();
+  return static_cast<unsigned long long>(data.nFileSizeHigh) << 32 | data.nFileSizeLow;
 }
 
 std::wstring withBackslash(std::wstring_view path) { return text::withEnding(path, L'\\'); }

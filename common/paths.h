@@ -24,12 +24,18 @@ bool CreateFolderPath(std::wstring_view path, HWND owner = nullptr);
 bool CanWriteToFolder(std::wstring_view folder, HWND owner = nullptr,
                       std::wstring_view title = module::title);
 
+// What the user is told of a folder that cannot be made or written to.
+std::wstring noPermissionText(std::wstring_view path);
+
 // The shell's "open" verb; a result above 32 means success.
 int ShellOpen(std::wstring_view file, std::wstring_view parameters);
 
 // Makes one folder; raises an Error. A folder that is there already, and any refusal without a
 // number of its own, is 75.
 void makeFolder(std::wstring_view path);
+
+// In bytes; raises an Error.
+unsigned long long fileSize(std::wstring_view path);
 
 // The path with a backslash at its end.
 std::wstring withBackslash(std::wstring_view path);

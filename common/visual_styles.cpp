@@ -1,5 +1,7 @@
 #include "common/visual_styles.h"
 
+#include <string>
+
 #include "common/module.h"
 
 namespace {
@@ -7,13 +9,17 @@ namespace {
 // The module's activation context, made at the first use and kept until the process ends: windows
 // created under it refer to it for as long as they live.
 HANDLE activationContext() noexcept {
-  static const HANDLE context = [] {
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(module::instance(), path, MAX_PATH);
+  static const HANDLE context = []() -> HANDLE {
+    std::wstring path;
+    try {
+      path = module::path();
+    } catch (...) {
+      return INVALID_HANDLE_VALUE;
+    }
     ACTCTXW request = {};
     request.cbSize = sizeof request;
     request.dwFlags = ACTCTX_FLAG_RESOURCE_NAME_VALID | ACTCTX_FLAG_HMODULE_VALID;
-    request.lpSource = path;
+    request.lpSource = path.c_str();
     request.lpResourceName = MAKEINTRESOURCEW(2);
     request.hModule = module::instance();
     return CreateActCtxW(&request);

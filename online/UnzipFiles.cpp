@@ -5,16 +5,14 @@
 #include "common/letter_case.h"
 #include "common/log.h"
 #include "common/message.h"
+#include "common/paths.h"
 #include "common/report.h"
-#include "common/text.h"
 #include "online/CUnzip.h"
 #include "online/UnzipRecords.h"
 
 namespace modCommon {
 namespace {
 
-constexpr wchar_t cannotWriteText[] =
-    L"Invalid file path or you do not have write permission to this location.";
 constexpr wchar_t notAnArchiveText[] =
     L"Cannot unzip file: \" %s \".\r\nIt does not appear to be a valid archive. If you downloaded "
     L"this file, try downloading the file again.";
@@ -29,7 +27,7 @@ void showResult(long result, const std::wstring& archivePath, const std::wstring
                 HWND owner) {
   switch (result) {
     case unzip::cannotCreate:
-      showMessage(owner, text::join({extractDir, L"\r\n", cannotWriteText}), MB_ICONHAND);
+      showMessage(owner, noPermissionText(extractDir), MB_ICONHAND);
       break;
     case unzip::notAnArchive:
       showMessage(owner, text::replaceIgnoringCase(notAnArchiveText, L"%s", archivePath),

@@ -3,9 +3,11 @@
 #include <limits>
 #include <utility>
 
+#include "common/FileSearch.h"
 #include "common/IniFile.h"
 #include "common/NameSet.h"
 #include "common/description_file.h"
+#include "common/errors.h"
 #include "common/letter_case.h"
 #include "common/log.h"
 #include "common/paths.h"

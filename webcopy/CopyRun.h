@@ -7,9 +7,7 @@
 #include <vector>
 
 #include "addin/host/HostApplication.h"
-#include "common/FileSearch.h"
 #include "common/KeepGoing.h"
-#include "common/errors.h"
 
 // The row of the browser's list that is copied.
 struct SourceItem {

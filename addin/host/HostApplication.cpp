@@ -5,13 +5,13 @@ std::wstring HostApplication::name() const { return object_.value(L"Name").text(
 std::wstring HostApplication::version() const { return object_.value(L"Version").text(); }
 
 std::optional<HostWeb> HostApplication::activeWeb() const {
-  const host::Dispatch web = object_.lookUp(L"ActiveWeb");
+  const com::Dispatch web = object_.lookUp(L"ActiveWeb");
   if (!web) return std::nullopt;
   return HostWeb(web);
 }
 
 std::vector<std::wstring> HostApplication::themeNames() const {
-  const host::Dispatch themes = object_.object(L"Themes");
+  const com::Dispatch themes = object_.object(L"Themes");
   const long count = themes.value(L"Count").number();
   std::vector<std::wstring> names;
   for (long index = 0; index < count; ++index)

@@ -5,15 +5,15 @@
 #include <string>
 #include <vector>
 
-#include "addin/host/Dispatch.h"
 #include "addin/host/HostCommandBars.h"
 #include "addin/host/HostWeb.h"
+#include "common/Dispatch.h"
 
 // A thin value over the host's application object.
 class HostApplication {
  public:
   HostApplication() noexcept = default;
-  explicit HostApplication(host::Dispatch object) noexcept : object_(std::move(object)) {}
+  explicit HostApplication(com::Dispatch object) noexcept : object_(std::move(object)) {}
 
   explicit operator bool() const noexcept { return static_cast<bool>(object_); }
 
@@ -29,7 +29,7 @@ class HostApplication {
   HostCommandBars commandBars() const;
 
  private:
-  host::Dispatch object_;
+  com::Dispatch object_;
 };
 
 // The application that the add-in is connected to; every window reaches the open web through it.

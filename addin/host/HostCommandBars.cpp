@@ -4,7 +4,7 @@ using com::Variant;
 
 namespace {
 
-std::optional<HostControl> asControl(const host::Dispatch& object) {
+std::optional<HostControl> asControl(const com::Dispatch& object) {
   if (!object) return std::nullopt;
   return HostControl(object);
 }
@@ -26,7 +26,7 @@ void HostControl::pasteFace() const { object_.call(L"PasteFace"); }
 void HostControl::remove() const { object_.call(L"Delete"); }
 
 void HostControl::visitControls(const std::function<bool(const HostControl&)>& visit) const {
-  const host::Dispatch collection = object_.object(L"Controls");
+  const com::Dispatch collection = object_.object(L"Controls");
   const long count = collection.value(L"Count").number();
   for (long index = 1; index <= count; ++index)
     if (!visit(HostControl(collection.object(L"Item", {index})))) return;
@@ -34,13 +34,13 @@ void HostControl::visitControls(const std::function<bool(const HostControl&)>& v
 
 std::optional<HostControl> HostControl::add(long type, const std::wstring& parameter,
                                             long position) const {
-  const host::Dispatch collection = object_.object(L"Controls");
+  const com::Dispatch collection = object_.object(L"Controls");
   // Behind the last control there is none to stand before: leaving the place out appends.
   const bool appends = position > collection.value(L"Count").number();
   const Variant before = appends ? Variant::missing() : Variant(position);
   const Variant added =
       collection.call(L"Add", {type, Variant::missing(), parameter, before, /*temporary=*/true});
-  return asControl(host::Dispatch(added.object()));
+  return asControl(com::Dispatch(added.object()));
 }
 
 long HostCommandBar::type() const { return object_.value(L"Type").number(); }
@@ -53,7 +53,7 @@ std::optional<HostControl> HostCommandBar::find(const ControlKey& key) const {
 }
 
 std::optional<HostCommandBar> HostCommandBars::activeMenuBar() const {
-  const host::Dispatch bar = object_.lookUp(L"ActiveMenuBar");
+  const com::Dispatch bar = object_.lookUp(L"ActiveMenuBar");
   if (!bar) return std::nullopt;
   return HostCommandBar(bar);
 }

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "addin/host/Dispatch.h"
+#include "common/Dispatch.h"
 
 // The numbers of the Office library that the program uses.
 enum class HostControlType : long {
@@ -17,7 +17,7 @@ enum class HostControlType : long {
 
 class HostControl {
  public:
-  explicit HostControl(host::Dispatch object) noexcept : object_(std::move(object)) {}
+  explicit HostControl(com::Dispatch object) noexcept : object_(std::move(object)) {}
 
   long type() const;
   long id() const;
@@ -36,10 +36,10 @@ class HostControl {
   // A temporary control before the 1-based `position`; nothing when the host gives nothing back.
   std::optional<HostControl> add(long type, const std::wstring& parameter, long position) const;
 
-  const host::Dispatch& object() const noexcept { return object_; }
+  const com::Dispatch& object() const noexcept { return object_; }
 
  private:
-  host::Dispatch object_;
+  com::Dispatch object_;
 };
 
 // A key of a control: its identifier or its tag.
@@ -53,24 +53,24 @@ struct ControlKey {
 
 class HostCommandBar {
  public:
-  explicit HostCommandBar(host::Dispatch object) noexcept : object_(std::move(object)) {}
+  explicit HostCommandBar(com::Dispatch object) noexcept : object_(std::move(object)) {}
 
   long type() const;  // 0 normal, 1 menu bar, 2 pop-up
   // Searches the bar and its pop-ups.
   std::optional<HostControl> find(const ControlKey& key) const;
 
  private:
-  host::Dispatch object_;
+  com::Dispatch object_;
 };
 
 class HostCommandBars {
  public:
-  explicit HostCommandBars(host::Dispatch object) noexcept : object_(std::move(object)) {}
+  explicit HostCommandBars(com::Dispatch object) noexcept : object_(std::move(object)) {}
 
   std::optional<HostCommandBar> activeMenuBar() const;
   // Searches every bar.
   std::optional<HostControl> findByTag(const std::wstring& tag) const;
 
  private:
-  host::Dispatch object_;
+  com::Dispatch object_;
 };

@@ -10,7 +10,7 @@ using com::Variant;
 namespace {
 
 template <class Item>
-std::vector<Item> itemsOf(const host::Dispatch& collection) {
+std::vector<Item> itemsOf(const com::Dispatch& collection) {
   // Some of the host's counts come as a VARIANT inside a VARIANT, so they are converted.
   const long count = collection.value(L"Count").number();
   std::vector<Item> items;
@@ -21,8 +21,8 @@ std::vector<Item> itemsOf(const host::Dispatch& collection) {
 
 // What Add gave back or, where the host made the item but gave nothing back, the item of that name.
 template <class Item>
-Item added(const host::Dispatch& collection, const Variant& answer, std::wstring_view name) {
-  if (host::Dispatch object(answer.object()); object) return Item(object);
+Item added(const com::Dispatch& collection, const Variant& answer, std::wstring_view name) {
+  if (com::Dispatch object(answer.object()); object) return Item(object);
   for (auto& item : itemsOf<Item>(collection))
     if (text::equalIgnoringCase(item.name(), name)) return item;
   throw Error(errors::objectNotSet);
@@ -60,12 +60,12 @@ bool HostFolder::hasFolders() const {
 }
 
 HostFolder HostFolder::addFolder(const std::wstring& name) const {
-  const host::Dispatch folders = object_.object(L"Folders");
+  const com::Dispatch folders = object_.object(L"Folders");
   return added<HostFolder>(folders, folders.call(L"Add", {name}), name);
 }
 
 HostFile HostFolder::importFile(const std::wstring& localPath) const {
-  const host::Dispatch files = object_.object(L"Files");
+  const com::Dispatch files = object_.object(L"Files");
   const Variant answer = files.call(L"Add", {localPath, /*overwrite=*/false});
   return added<HostFile>(files, answer, text::afterLast(localPath, L'\\'));
 }
@@ -81,7 +81,7 @@ HostFolder HostWeb::rootFolder() const { return HostFolder(object_.object(L"Root
 std::optional<HostFolder> HostWeb::locateFolder(std::wstring_view path) const {
   const std::wstring place = relative(path);
   if (place.empty()) return rootFolder();
-  const host::Dispatch folder = object_.lookUp(L"LocateFolder", {place});
+  const com::Dispatch folder = object_.lookUp(L"LocateFolder", {place});
   if (!folder) return std::nullopt;
   return HostFolder(folder);
 }
@@ -89,7 +89,7 @@ std::optional<HostFolder> HostWeb::locateFolder(std::wstring_view path) const {
 std::optional<HostFile> HostWeb::locateFile(std::wstring_view path) const {
   const std::wstring place = relative(path);
   if (place.empty()) return std::nullopt;
-  const host::Dispatch file = object_.lookUp(L"LocateFile", {place});
+  const com::Dispatch file = object_.lookUp(L"LocateFile", {place});
   if (!file) return std::nullopt;
   return HostFile(file);
 }

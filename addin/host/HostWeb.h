@@ -10,11 +10,11 @@
 #include <string_view>
 #include <vector>
 
-#include "addin/host/Dispatch.h"
+#include "common/Dispatch.h"
 
 class HostFile {
  public:
-  explicit HostFile(host::Dispatch object) noexcept : object_(std::move(object)) {}
+  explicit HostFile(com::Dispatch object) noexcept : object_(std::move(object)) {}
 
   std::wstring name() const;
   std::wstring extension() const;  // without its point
@@ -23,14 +23,14 @@ class HostFile {
   void applyTheme(const std::wstring& theme, long properties) const;
 
  private:
-  host::Dispatch object_;
+  com::Dispatch object_;
 };
 
 class HostWeb;
 
 class HostFolder {
  public:
-  explicit HostFolder(host::Dispatch object) noexcept : object_(std::move(object)) {}
+  explicit HostFolder(com::Dispatch object) noexcept : object_(std::move(object)) {}
 
   std::wstring name() const;
   std::wstring url() const;  // absolute
@@ -46,12 +46,12 @@ class HostFolder {
   HostFile importFile(const std::wstring& localPath) const;
 
  private:
-  host::Dispatch object_;
+  com::Dispatch object_;
 };
 
 class HostWeb {
  public:
-  explicit HostWeb(host::Dispatch object) noexcept : object_(std::move(object)) {}
+  explicit HostWeb(com::Dispatch object) noexcept : object_(std::move(object)) {}
 
   std::wstring url() const;  // absolute, without a "/" at its end
   HostFolder rootFolder() const;
@@ -69,5 +69,5 @@ class HostWeb {
   HostFolder subfolder(const HostFolder& parent, const std::wstring& name,
                        const std::wstring& path) const;
 
-  host::Dispatch object_;
+  com::Dispatch object_;
 };

@@ -2,7 +2,7 @@
 
 #include <objbase.h>
 
-#include "addin/host/Dispatch.h"
+#include "common/Dispatch.h"
 #include "common/RegKey.h"
 #include "common/ansi.h"
 #include "common/com.h"
@@ -103,16 +103,16 @@ std::wstring& hostProgID() {
 
 // The host's automation object from the process we are in, else from a program that is running: a
 // plain creation might start a second host.
-host::Dispatch runningHost() {
+com::Dispatch runningHost() {
   CLSID type;
   if (FAILED(CLSIDFromProgID(hostProgID().c_str(), &type))) return {};
   ComPtr<IDispatch> object;
   if (SUCCEEDED(CoCreateInstance(type, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
                                  reinterpret_cast<void**>(object.put()))))
-    return host::Dispatch(object);
+    return com::Dispatch(object);
   ComPtr<IUnknown> running;
   if (FAILED(GetActiveObject(type, nullptr, running.put()))) return {};
-  return host::Dispatch(running.as<IDispatch>());
+  return com::Dispatch(running.as<IDispatch>());
 }
 
 // Launches a viewer and shows `complaint` when that fails.
@@ -205,7 +205,7 @@ void SetHostProgID(std::wstring_view hostVersion) noexcept {
 
 void BringHostToTop() noexcept {
   handle(L"BringHostToTop", [] {
-    if (const host::Dispatch host = runningHost()) host.call(L"vtiBringToTop");
+    if (const com::Dispatch host = runningHost()) host.call(L"vtiBringToTop");
   });
 }
 

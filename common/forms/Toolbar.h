@@ -1,7 +1,6 @@
 // A toolbar whose buttons are told apart by a key.
 #pragma once
 
-#include <memory>
 #include <vector>
 
 #include "common/forms/controls.h"

@@ -2,38 +2,13 @@
 
 #include <oleidl.h>
 
+#include "common/Dispatch.h"
 #include "common/errors.h"
 #include "common/forms/WebBrowserSite.h"
 #include "common/handles.h"
 
 namespace forms {
 namespace {
-
-DISPID memberOf(IDispatch& object, const wchar_t* name) {
-  auto* text = const_cast<wchar_t*>(name);
-  DISPID id = DISPID_UNKNOWN;
-  const HRESULT result = object.GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id);
-  if (FAILED(result)) throw errors::fromHResult(result);
-  return id;
-}
-
-ComPtr<IDispatch> objectOf(IDispatch& object, const wchar_t* name) {
-  DISPPARAMS none = {};
-  com::Variant value;
-  const HRESULT result = object.Invoke(memberOf(object, name), IID_NULL, LOCALE_USER_DEFAULT,
-                                       DISPATCH_PROPERTYGET, &none, value.put(), nullptr, nullptr);
-  if (FAILED(result)) throw errors::fromHResult(result);
-  return value.object();
-}
-
-void putText(IDispatch& object, const wchar_t* name, const std::wstring& value) {
-  com::Variant text(value);
-  DISPID put = DISPID_PROPERTYPUT;
-  DISPPARAMS arguments = {const_cast<VARIANT*>(&text.get()), &put, 1, 1};
-  const HRESULT result = object.Invoke(memberOf(object, name), IID_NULL, LOCALE_USER_DEFAULT,
-                                       DISPATCH_PROPERTYPUT, &arguments, nullptr, nullptr, nullptr);
-  if (FAILED(result)) throw errors::fromHResult(result);
-}
 
 void check(HRESULT result) {
   if (FAILED(result)) throw errors::fromHResult(result);
@@ -139,11 +114,9 @@ bool WebBrowser::busy() const noexcept {
 }
 
 std::wstring WebBrowser::address() const {
-  BSTR url = nullptr;
-  if (!browser_ || FAILED(browser_->get_LocationURL(&url))) return {};
-  std::wstring value(url ? url : L"", SysStringLen(url));
-  SysFreeString(url);
-  return value;
+  com::Bstr url;
+  if (!browser_ || FAILED(browser_->get_LocationURL(url.put()))) return {};
+  return url.text();
 }
 
 void WebBrowser::setBodyHtml(const std::wstring& html, const std::wstring& text) {
@@ -158,9 +131,7 @@ bool WebBrowser::replaceBody(const std::wstring& html) {
   ComPtr<IDispatch> document;
   if (!browser_ || FAILED(browser_->get_Document(document.put())) || !document) return false;
   try {
-    const auto body = objectOf(*document.get(), L"body");
-    if (!body) return false;
-    putText(*body.get(), L"innerHTML", html);
+    com::Dispatch(document).object(L"body").put(L"innerHTML", html);
     return true;
   } catch (const Error&) {
     return false;  // a document of another kind than a page

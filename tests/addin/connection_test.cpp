@@ -2,7 +2,7 @@
 #include <windows.h>
 #include <commctrl.h>
 
-#include "addin/host/Dispatch.h"
+#include "common/Dispatch.h"
 #include "host/model/Host.h"
 #include "online/resource.h"
 #include "tests/addin/ShippedModule.h"
@@ -569,7 +569,7 @@ TEST_SUITE("connection to the host") {
     standin::Host host;
     ShippedModule module;
     const auto addIn = module.connection();
-    const host::Dispatch byName(ComPtr<IDispatch>(addIn.get()));
+    const com::Dispatch byName(ComPtr<IDispatch>(addIn.get()));
 
     SAFEARRAY* custom = SafeArrayCreateVector(VT_VARIANT, 1, 0);
     com::Variant array;

@@ -12,7 +12,7 @@ namespace {
 
 struct OpenWeb {
   explicit OpenWeb(standin::HostOptions options = {}) : host(std::move(options), folder.path()) {
-    application = HostApplication(host::Dispatch(ComPtr<IDispatch>(host.application())));
+    application = HostApplication(com::Dispatch(ComPtr<IDispatch>(host.application())));
   }
   HostWeb web() const { return application.activeWeb().value(); }
 
@@ -68,7 +68,7 @@ class Failing final : public IDispatch {
     return invoke(result, exception);
   }
 
-  host::Dispatch dispatch() { return host::Dispatch(ComPtr<IDispatch>(this)); }
+  com::Dispatch dispatch() { return com::Dispatch(ComPtr<IDispatch>(this)); }
 };
 
 HRESULT WINAPI fillIn(EXCEPINFO* exception) {
@@ -144,9 +144,9 @@ TEST_SUITE("calls by name") {
   }
 
   TEST_CASE("A call on nothing is error 91") {
-    CHECK(errorOf([] { host::Dispatch().value(L"Name"); }).number() == 91);
-    CHECK(errorOf([] { host::Dispatch().put(L"Name", 1L); }).number() == 91);
-    CHECK_FALSE(host::Dispatch().lookUp(L"Name"));
+    CHECK(errorOf([] { com::Dispatch().value(L"Name"); }).number() == 91);
+    CHECK(errorOf([] { com::Dispatch().put(L"Name", 1L); }).number() == 91);
+    CHECK_FALSE(com::Dispatch().lookUp(L"Name"));
   }
 
   TEST_CASE("Nothing where an object is due is error 91 and in a look-up no object") {
@@ -220,7 +220,7 @@ TEST_SUITE("open web") {
         options.noWebIsError = error;
         options.nothingIsEmpty = empty;
         const standin::Host host(options);
-        const HostApplication application(host::Dispatch(ComPtr<IDispatch>(host.application())));
+        const HostApplication application(com::Dispatch(ComPtr<IDispatch>(host.application())));
         CHECK_FALSE(application.activeWeb());
       }
     }
@@ -406,7 +406,7 @@ TEST_SUITE("open web") {
     themes.writeFile(L"arctic\\arctic.inf", "[info]\r\ntitle=Arctic\r\n");
     themes.writeFile(L"arctic\\arctic.elm");
     const standin::Host host({}, {}, themes.path());
-    const HostApplication application(host::Dispatch(ComPtr<IDispatch>(host.application())));
+    const HostApplication application(com::Dispatch(ComPtr<IDispatch>(host.application())));
     CHECK(application.themeNames() == std::vector<std::wstring>{L"arctic", L"blends"});
   }
 }

@@ -1,5 +1,7 @@
 // The operations of the connection class, one by one.
 #include "addin/DWTemplate.h"
+
+#include "addin/host/HostApplication.h"
 #include "addin/resource.h"
 #include "common/handles.h"
 #include "common/module.h"
@@ -11,7 +13,7 @@ namespace {
 
 struct Menu {
   explicit Menu(standin::HostOptions options = {}) : host(std::move(options)) {
-    application = HostApplication(host::Dispatch(ComPtr<IDispatch>(host.application())));
+    application = HostApplication(com::Dispatch(ComPtr<IDispatch>(host.application())));
     hostApplication() = application;
   }
 

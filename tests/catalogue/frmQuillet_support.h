@@ -74,7 +74,7 @@ class BrowserWindow {
  public:
   explicit BrowserWindow(const standin::HostOptions& options = {})
       : host(options, web.path(), themes.path()), former_(hostApplication()) {
-    hostApplication() = HostApplication(host::Dispatch(ComPtr<IDispatch>(host.application())));
+    hostApplication() = HostApplication(com::Dispatch(ComPtr<IDispatch>(host.application())));
     registry.setString(HKEY_CURRENT_USER, browserSettings, L"Logging", L"1");
   }
   ~BrowserWindow() {

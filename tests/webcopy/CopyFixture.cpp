@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "common/errors.h"
+
 std::vector<std::wstring> RecordingView::of(const std::wstring& kind) const {
   std::vector<std::wstring> found;
   for (const auto& event : events)
@@ -68,7 +70,7 @@ void CopyFixture::installTheme(const std::wstring& name) const {
 }
 
 HostApplication CopyFixture::application() const {
-  return HostApplication(host::Dispatch(ComPtr<IDispatch>(host.application())));
+  return HostApplication(com::Dispatch(ComPtr<IDispatch>(host.application())));
 }
 
 RunResult runCopy(CopyFixture& fixture, RecordingView& view, const std::wstring& destination,

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "common/errors.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/text_output.h"
 #include "tests/webcopy/CopyFixture.h"

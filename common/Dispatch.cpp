@@ -1,4 +1,4 @@
-#include "addin/host/Dispatch.h"
+#include "common/Dispatch.h"
 
 #include <algorithm>
 #include <string>
@@ -7,10 +7,10 @@
 #include "common/errors.h"
 #include "common/visual_styles.h"
 
-namespace host {
+namespace com {
 namespace {
 
-// The host's member names are English, whatever its user speaks.
+// Names of members are English, whatever its user speaks.
 constexpr LCID memberLocale = MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), SORT_DEFAULT);
 
 // What the callee says about its own failure. Owns the record's texts.
@@ -60,9 +60,9 @@ DISPID idOf(IDispatch* object, std::wstring_view member) {
 }
 
 // A callee may hand back a reference to its own variable: what it holds now is what counts.
-com::Variant withoutReference(com::Variant value) {
+Variant withoutReference(Variant value) {
   if ((value.type() & VT_BYREF) == 0) return value;
-  com::Variant result;
+  Variant result;
   const HRESULT copied = VariantCopyInd(result.put(), const_cast<VARIANT*>(&value.get()));
   if (FAILED(copied)) throw errors::fromHResult(copied);
   return result;
@@ -70,8 +70,8 @@ com::Variant withoutReference(com::Variant value) {
 
 }  // namespace
 
-com::Variant Dispatch::invoke(std::wstring_view member, WORD flags,
-                              std::initializer_list<com::Variant> arguments) const {
+Variant Dispatch::invoke(std::wstring_view member, WORD flags,
+                         std::initializer_list<Variant> arguments) const {
   // A callee may run a message loop in which the last other reference goes.
   const ComPtr<IDispatch> object = object_;
   if (!object) throw Error(errors::objectNotSet);
@@ -92,7 +92,7 @@ com::Variant Dispatch::invoke(std::wstring_view member, WORD flags,
     parameters.cNamedArgs = 1;
   }
 
-  com::Variant result;
+  Variant result;
   Exception exception;
   UINT badArgument = 0;
   const HRESULT outcome =
@@ -105,29 +105,28 @@ com::Variant Dispatch::invoke(std::wstring_view member, WORD flags,
 
 // Property and method at once, as scripts call: some members are published as the one and answer as
 // the other.
-com::Variant Dispatch::value(std::wstring_view property,
-                             std::initializer_list<com::Variant> arguments) const {
+Variant Dispatch::value(std::wstring_view property,
+                        std::initializer_list<Variant> arguments) const {
   return invoke(property, DISPATCH_PROPERTYGET | DISPATCH_METHOD, arguments);
 }
 
-void Dispatch::put(std::wstring_view property, const com::Variant& value) const {
+void Dispatch::put(std::wstring_view property, const Variant& value) const {
   invoke(property, DISPATCH_PROPERTYPUT, {value});
 }
 
-com::Variant Dispatch::call(std::wstring_view method,
-                            std::initializer_list<com::Variant> arguments) const {
+Variant Dispatch::call(std::wstring_view method, std::initializer_list<Variant> arguments) const {
   return invoke(method, DISPATCH_METHOD, arguments);
 }
 
 Dispatch Dispatch::object(std::wstring_view member,
-                          std::initializer_list<com::Variant> arguments) const {
+                          std::initializer_list<Variant> arguments) const {
   Dispatch result(value(member, arguments).object());
   if (!result) throw Error(errors::objectNotSet);
   return result;
 }
 
 Dispatch Dispatch::lookUp(std::wstring_view member,
-                          std::initializer_list<com::Variant> arguments) const noexcept {
+                          std::initializer_list<Variant> arguments) const noexcept {
   try {
     return Dispatch(value(member, arguments).object());
   } catch (...) {
@@ -135,4 +134,4 @@ Dispatch Dispatch::lookUp(std::wstring_view member,
   }
 }
 
-}  // namespace host
+}  // namespace com
