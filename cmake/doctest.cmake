@@ -17,10 +17,14 @@ include(${DOCTEST_DISCOVERY})
 # needs a desktop, clipboard and registry for itself: as many run at once as there are Wine prefixes
 # in the resource file that CTest is given. Without one, CTest must run them one after another.
 function(quillet_tests name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "COST" "SOURCES;LIBRARIES")
+  if(NOT arg_COST)
+    set(arg_COST 0)
+  endif()
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE quillet-flags test-support ${arg_LIBRARIES})
   # What is tested is built as it ships; the tests themselves only have to be built quickly.
   target_compile_options(${name} PRIVATE -O0)
-  doctest_discover_tests(${name} PROPERTIES TIMEOUT 60 RESOURCE_GROUPS wine:1)
+  doctest_discover_tests(${name} PROPERTIES TIMEOUT 60 COST ${arg_COST}
+                         RESOURCE_GROUPS wine:1)
 endfunction()

@@ -58,18 +58,30 @@ clone_prefix() {
   cp -al "$WINEPREFIX" "$1" && cp --remove-destination "$WINEPREFIX"/*.reg "$1/"
 }
 
-# A program under Wine waits more than it works, so there are more prefixes for tests than cores.
-# CTest hands them out as the resources that this file names.
+# The numbers of the processor cores that this process may run on, one a line.
+usable_cores() {
+  local range
+  for range in $(taskset -cp $$ | sed 's/.*: //; s/,/ /g'); do
+    seq "${range%-*}" "${range#*-}"
+  done
+}
+
+# A program under Wine waits more than it works, so there are more prefixes for tests than cores. A
+# prefix stays on one core: its programs and its server talk all the time, and across cores every
+# word of theirs wakes a sleeping core, which takes three times as long. CTest hands the prefixes out
+# as the resources that this file names: the prefix's number and its core.
 make_test_prefixes() {
-  local id separator=
-  test_prefixes=$((2 * $(nproc)))
+  local id core separator= cores
+  mapfile -t cores < <(usable_cores)
+  test_prefixes=$((2 * ${#cores[@]}))
   ((test_prefixes <= 8)) || test_prefixes=8
   {
     printf '{ "version": { "major": 1, "minor": 0 }, "local": [ { "wine": ['
     for ((id = 1; id <= test_prefixes; id++)); do
+      core=${cores[id % ${#cores[@]}]}
       clone_prefix "$WINEPREFIX-$id"
-      WINEPREFIX=$WINEPREFIX-$id wineserver -p >/dev/null 2>&1 </dev/null || true
-      printf '%s\n  { "id": "%d" }' "$separator" "$id"
+      WINEPREFIX=$WINEPREFIX-$id taskset -c "$core" wineserver -p >/dev/null 2>&1 </dev/null || true
+      printf '%s\n  { "id": "%d_%d" }' "$separator" "$id" "$core"
       separator=,
     done
     printf ' ] } ] }\n'
