@@ -1,6 +1,5 @@
 #include "addin/DWTemplate.h"
 
-#include <algorithm>
 #include <vector>
 
 #include "addin/ClipboardKeeper.h"
@@ -99,29 +98,29 @@ DWTemplate::~DWTemplate() {
 
 ComPtr<DWTemplate> DWTemplate::make() { return ComPtr<DWTemplate>::adopt(new DWTemplate); }
 
-HRESULT DWTemplate::OnConnection(IDispatch* Application, long, IDispatch*, SAFEARRAY**) {
+HRESULT DWTemplate::OnConnection(IDispatch* Application, long, IDispatch*, SAFEARRAY**) noexcept {
   const ComPtr<DWTemplate> self(this);
   IDTExtensibility2_OnConnection(Application);
   return S_OK;
 }
 
-HRESULT DWTemplate::OnDisconnection(long RemoveMode, SAFEARRAY**) {
+HRESULT DWTemplate::OnDisconnection(long RemoveMode, SAFEARRAY**) noexcept {
   const ComPtr<DWTemplate> self(this);
   IDTExtensibility2_OnDisconnection(RemoveMode);
   return S_OK;
 }
 
-HRESULT DWTemplate::OnAddInsUpdate(SAFEARRAY**) {
+HRESULT DWTemplate::OnAddInsUpdate(SAFEARRAY**) noexcept {
   IDTExtensibility2_OnAddInsUpdate();
   return S_OK;
 }
 
-HRESULT DWTemplate::OnStartupComplete(SAFEARRAY**) {
+HRESULT DWTemplate::OnStartupComplete(SAFEARRAY**) noexcept {
   IDTExtensibility2_OnStartupComplete();
   return S_OK;
 }
 
-HRESULT DWTemplate::OnBeginShutdown(SAFEARRAY**) {
+HRESULT DWTemplate::OnBeginShutdown(SAFEARRAY**) noexcept {
   IDTExtensibility2_OnBeginShutdown();
   return S_OK;
 }
@@ -164,12 +163,12 @@ void DWTemplate::IDTExtensibility2_OnDisconnection(long RemoveMode) noexcept {
   const MenuButton onlineButton = std::move(m_btnDWTOnline);
   m_btnCopyToWeb = {};
   m_btnDWTOnline = {};
-  quietly(L"IDTExtensibility2_OnDisconnection", [&] {
-    for (const MenuButton* button : {&copyButton, &onlineButton}) {
+  // An entry that cannot even tell its tag must not keep the other one in the menu.
+  for (const MenuButton* button : {&copyButton, &onlineButton})
+    quietly(L"IDTExtensibility2_OnDisconnection", [&] {
       if (!button->control) throw Error(errors::objectNotSet);
       RemoveAddInCommandBarButton(RemoveMode, button->control->tag());
-    }
-  });
+    });
 }
 
 std::optional<HostControl> DWTemplate::CreateFPMenuItem(
@@ -246,8 +245,8 @@ bool DWTemplate::RemoveAddInCommandBarButton(long RemoveMode,
   bool handled = false;
   quietly(L"RemoveAddInCommandBarButton", [&] {
     // This generation forgets temporary entries by itself, and is past being asked.
-    const bool forgets = text::beginsIgnoringCase(hostApplication().version(), L"6.");
-    if (forgets && RemoveMode == hostShutsDown) return;
+    if (RemoveMode == hostShutsDown && text::beginsIgnoringCase(hostApplication().version(), L"6."))
+      return;
     if (const auto control = hostApplication().commandBars().findByTag(ctl_key)) control->remove();
     handled = true;
   });

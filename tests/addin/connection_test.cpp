@@ -316,6 +316,22 @@ TEST_SUITE("connection to the host") {
     }
   }
 
+  TEST_CASE("Unloading by the user deletes the entries of a host that refuses its version") {
+    Connected connected;
+    connected.host.faults().refuse(L"Application.Version", L"No.");
+    connected.disconnect(userClosed);
+    CHECK(connected.entries() == 0);
+  }
+
+  TEST_CASE("Unloading by the user deletes the second entry when the first is gone already") {
+    Connected connected;
+    standin::CommandBarButton* first = connected.host.button(copyToWeb);
+    REQUIRE(first);
+    first->bar->erase(first);
+    connected.disconnect(userClosed);
+    CHECK(connected.entries() == 0);
+  }
+
   TEST_CASE("At shutdown a host of version 6 keeps its temporary entries") {
     for (const wchar_t* version : {L"6.0", L"6.0.6356", L"6."}) {
       Connected connected(withVersion(version));
@@ -433,6 +449,22 @@ TEST_SUITE("connection to the host") {
     REQUIRE(connected.modal.boxes().size() == 1);
     CHECK(connected.modal.boxes()[0].text == missing);
     CHECK(connected.modal.dialogs().empty());
+  }
+
+  TEST_CASE("What a host refuses is one line of the log with its number text and place") {
+    ScratchFolder web;
+    Connected connected({}, web.path());
+    connected.registry.setString(HKEY_CURRENT_USER,
+                                 L"Software\\VB and VBA Program Settings\\Quillet Viewer\\Settings",
+                                 L"Logging", L"1");
+    connected.host.click(dwtOnline);  // a window looks whether there is to be a log
+    const DebugOutput output;
+    connected.host.faults().refuse(L"CommandBarControl.Delete", L"This menu is locked.", 1004);
+    connected.disconnect(userClosed);
+    const std::wstring line =
+        L"Error 1004 (This menu is locked.) in procedure RemoveAddInCommandBarButton of Module "
+        L"DWTemplate";
+    CHECK(output.messages() == std::vector<std::wstring>{line, line});  // one for each entry
   }
 
   TEST_CASE("The online catalogue's own button goes on to the browser and its close box does not") {
