@@ -4,10 +4,15 @@
 demo_folder=$PWD/build/demo
 demo_prefix=$demo_folder/wine
 
-# usage: demo [--tour]
+# usage: demo [--tour]; without a display it is always the tour
 demo() {
   case ${1:-} in
-    '') [[ -n ${DISPLAY:-} ]] || die "There is no display here; ./dev demo --tour needs none." ;;
+    '')
+      if [[ -z ${DISPLAY:-} ]]; then
+        say "There is no display here, so the demo takes the tour by itself."
+        set -- --tour
+      fi
+      ;;
     --tour) ;;
     *) die "The demo knows no other word than --tour." ;;
   esac

@@ -51,7 +51,7 @@ install_packages() {
   if ((EUID != 0)); then
     command -v sudo >/dev/null || die "Setting up needs root and there is no sudo: as root, $by_hand"
     as_root=(sudo)
-    sudo -v || die "Setting up needs root and sudo refused: as root, $by_hand"
+    sudo true || die "Setting up needs root and sudo refused: as root, $by_hand"
   fi
   mkdir -p build/log
   setup_log=build/log/setup.txt
