@@ -1,6 +1,5 @@
 #include "addin/ClipboardKeeper.h"
 
-#include <algorithm>
 #include <cstring>
 #include <iterator>
 #include <optional>

@@ -24,11 +24,12 @@ class DWTemplate final : public ConnectionObject {
   static ComPtr<DWTemplate> make();
 
   HRESULT STDMETHODCALLTYPE OnConnection(IDispatch* Application, long ConnectMode,
-                                         IDispatch* AddInInst, SAFEARRAY** custom) override;
-  HRESULT STDMETHODCALLTYPE OnDisconnection(long RemoveMode, SAFEARRAY** custom) override;
-  HRESULT STDMETHODCALLTYPE OnAddInsUpdate(SAFEARRAY** custom) override;
-  HRESULT STDMETHODCALLTYPE OnStartupComplete(SAFEARRAY** custom) override;
-  HRESULT STDMETHODCALLTYPE OnBeginShutdown(SAFEARRAY** custom) override;
+                                         IDispatch* AddInInst,
+                                         SAFEARRAY** custom) noexcept override;
+  HRESULT STDMETHODCALLTYPE OnDisconnection(long RemoveMode, SAFEARRAY** custom) noexcept override;
+  HRESULT STDMETHODCALLTYPE OnAddInsUpdate(SAFEARRAY** custom) noexcept override;
+  HRESULT STDMETHODCALLTYPE OnStartupComplete(SAFEARRAY** custom) noexcept override;
+  HRESULT STDMETHODCALLTYPE OnBeginShutdown(SAFEARRAY** custom) noexcept override;
 
   // The entry of that tag: the one that is there already, otherwise a new one in the pop-up
   // `cbpval`, behind its entry `cbcval` (each an identifier or a tag, as the flag behind it says).

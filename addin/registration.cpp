@@ -16,12 +16,7 @@ namespace registration {
 namespace {
 
 // A module's path may hold characters that the code page lacks, so all of this is wide.
-struct KeyTraits {
-  using type = HKEY;
-  static type none() noexcept { return nullptr; }
-  static void close(type key) noexcept { RegCloseKey(key); }
-};
-using Key = handles::Unique<KeyTraits>;
+using Key = handles::Registry;
 
 // A key and what stands in it.
 struct Data {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <initializer_list>
 
+#include "common/handles.h"
 #include "host/guarded.h"
 
 namespace standin {
@@ -19,20 +20,16 @@ const MemberTable entryMembers(
 class Key {
  public:
   Key(HKEY parent, const std::wstring& path, REGSAM access) {
-    if (RegOpenKeyExW(parent, path.c_str(), 0, access, &key_) != ERROR_SUCCESS) key_ = nullptr;
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(parent, path.c_str(), 0, access, &key) == ERROR_SUCCESS) key_.reset(key);
   }
-  ~Key() {
-    if (key_) RegCloseKey(key_);
-  }
-  Key(const Key&) = delete;
-  Key& operator=(const Key&) = delete;
 
-  HKEY get() const { return key_; }
+  HKEY get() const { return key_.get(); }
 
   std::vector<std::wstring> subKeys() const {
     std::vector<std::wstring> result;
     wchar_t name[256];
-    for (DWORD i = 0; key_ && RegEnumKeyW(key_, i, name, 256) == ERROR_SUCCESS; ++i)
+    for (DWORD i = 0; key_.get() && RegEnumKeyW(key_.get(), i, name, 256) == ERROR_SUCCESS; ++i)
       result.emplace_back(name);
     return result;
   }
@@ -42,7 +39,7 @@ class Key {
     DWORD size = sizeof value - sizeof(wchar_t);
     DWORD type = 0;
     const LONG result =
-        RegQueryValueExW(key_, name, nullptr, &type, reinterpret_cast<BYTE*>(value), &size);
+        RegQueryValueExW(key_.get(), name, nullptr, &type, reinterpret_cast<BYTE*>(value), &size);
     return result == ERROR_SUCCESS && type == REG_SZ ? value : L"";
   }
 
@@ -51,17 +48,26 @@ class Key {
     DWORD size = sizeof value;
     DWORD type = 0;
     const LONG result =
-        RegQueryValueExW(key_, name, nullptr, &type, reinterpret_cast<BYTE*>(&value), &size);
+        RegQueryValueExW(key_.get(), name, nullptr, &type, reinterpret_cast<BYTE*>(&value), &size);
     return result == ERROR_SUCCESS && type == REG_DWORD ? static_cast<long>(value) : 0;
   }
 
   void setNumber(const wchar_t* name, DWORD value) const {
-    RegSetValueExW(key_, name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&value), sizeof value);
+    RegSetValueExW(key_.get(), name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&value),
+                   sizeof value);
   }
 
  private:
-  HKEY key_ = nullptr;
+  handles::Registry key_;
 };
+
+// Calls into an add-in may run a message loop in which the user finds more of them or closes the
+// host, so the list may grow under way.
+template <class List, class Action>
+void forEach(List& list, Action action) {
+  std::size_t next = 0;
+  while (next < list.size()) action(list[next++]);
+}
 
 // The host's own data for add-ins: an empty list of values.
 class CustomData {
@@ -170,18 +176,18 @@ void AddIns::find() {
   }
 }
 
-// Calls may run a message loop in which the user finds more add-ins or closes the host.
 void AddIns::connectAtStart() {
-  for (std::size_t i = 0; i < list_.size() && !shutDown_; ++i)
-    if ((list_[i].loadBehavior & connectedAtStart) == connectedAtStart)
-      connect(list_[i], ConnectMode::connectAtStartup);
-  for (std::size_t i = 0; i < list_.size(); ++i) notify(list_[i], memberOnStartupComplete);
+  forEach(list_, [&](AddIn& addIn) {
+    if (!shutDown_ && (addIn.loadBehavior & connectedAtStart) == connectedAtStart)
+      connect(addIn, ConnectMode::connectAtStartup);
+  });
+  forEach(list_, [&](const AddIn& addIn) { notify(addIn, memberOnStartupComplete); });
 }
 
 void AddIns::shutDown() {
   shutDown_ = true;
-  for (std::size_t i = 0; i < list_.size(); ++i) notify(list_[i], memberOnBeginShutdown);
-  for (std::size_t i = 0; i < list_.size(); ++i) disconnect(list_[i], disconnectHostShutdown);
+  forEach(list_, [&](const AddIn& addIn) { notify(addIn, memberOnBeginShutdown); });
+  forEach(list_, [&](AddIn& addIn) { disconnect(addIn, disconnectHostShutdown); });
 }
 
 bool AddIns::load(std::wstring_view progId) {
@@ -272,8 +278,9 @@ void AddIns::notify(const AddIn& addIn, ExtensibilityMember member) const {
 }
 
 void AddIns::notifyOthers(const AddIn& changed) const {
-  for (std::size_t i = 0; i < list_.size(); ++i)
-    if (&list_[i] != &changed) notify(list_[i], memberOnAddInsUpdate);
+  forEach(list_, [&](const AddIn& addIn) {
+    if (&addIn != &changed) notify(addIn, memberOnAddInsUpdate);
+  });
 }
 
 }  // namespace standin

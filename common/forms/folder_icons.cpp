@@ -1,6 +1,6 @@
 #include "common/forms/folder_icons.h"
 
-#include <ranges>
+#include <algorithm>
 #include <span>
 #include <vector>
 
@@ -84,9 +84,9 @@ bool isInside(std::span<const Point> outline, float x, float y) {
 }
 
 const Shape* shapeAt(Drawing drawing, float x, float y) {
-  for (const Shape& shape : drawing | std::views::reverse)
-    if (isInside(shape.outline, x, y)) return &shape;
-  return nullptr;
+  const auto shape = std::find_if(drawing.rbegin(), drawing.rend(),
+                                  [&](const Shape& each) { return isInside(each.outline, x, y); });
+  return shape == drawing.rend() ? nullptr : &*shape;
 }
 
 // One pixel with its coverage as alpha; the colours are multiplied by it, as image lists want them.

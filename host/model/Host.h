@@ -1,10 +1,14 @@
 // A running host in one object, for programs and tests:
 //
-//   standin::Host host({}, web.path(), themes.path());   // folders on disk; empty web: none is
-//   open addin->OnConnection(host.application(), ...); host.faults().refuse(L"WebFiles.Add",
-//   L"No.");       // see Faults.h host.options().absentFileIsError = true;             // see
-//   HostOptions.h; at once host.click(L"Dynamic Web Templates Online...");      // fires the
-//   entry's event
+//   standin::Host host({}, web.path(), themes.path());
+//   addin->OnConnection(host.application(), ...);
+//   host.faults().refuse(L"WebFiles.Add", L"No.");
+//   host.options().absentFileIsError = true;
+//   host.click(L"Dynamic Web Templates Online...");
+//
+// The web and the themes are folders on disk; without one for the web none is open. Faults.h tells
+// what calls can be made to fail, HostOptions.h what can be switched at any time. A click fires the
+// entry's event.
 //
 // It lives on one thread, the one that made it. Its objects may outlive it; their menus are then
 // empty and no web is open.

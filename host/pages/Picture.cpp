@@ -16,7 +16,7 @@ Picture::Picture(const std::string& bytes) {
   if (FAILED(CreateStreamOnHGlobal(nullptr, TRUE, stream.put()))) return;
   stream->Write(bytes.data(), static_cast<ULONG>(bytes.size()), nullptr);
   stream->Seek({}, STREAM_SEEK_SET, nullptr);
-  OleLoadPicture(stream.get(), static_cast<LONG>(bytes.size()), FALSE, __uuidof(IPicture),
+  OleLoadPicture(stream.get(), static_cast<LONG>(bytes.size()), FALSE, IID_IPicture,
                  reinterpret_cast<void**>(picture_.put()));
 }
 
