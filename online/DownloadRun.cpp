@@ -22,6 +22,10 @@ constexpr wchar_t restartText[] =
     L"One or more DWTs that were installed use FrontPage theme.\r\n"
     L"You must restart FrontPage before you copy these DWTs to the web.";
 
+constexpr wchar_t noApplicationDataText[] =
+    L"The folder for application data could not be found. Without it there is no place to download "
+    L"to.";
+
 // What a file that cannot be written is to the user.
 std::wstring failureText(const Error& error) {
   switch (error.number()) {
@@ -90,7 +94,7 @@ void DownloadRun::openInternet() {
   WriteLog(L"Handle to the internet opened successfully.");
 }
 
-// A destination that cannot be made or written has been shown; no file is worth downloading then.
+// A folder that cannot be made or written has been shown; no file is worth downloading then.
 void DownloadRun::makeFolders() {
   std::wstring applicationData;
   modCommon::SystemFolders wanted;
@@ -104,6 +108,7 @@ void DownloadRun::makeFolders() {
     throw HandledError(text::join({destination, L" could not be written."}));
 
   stagingFolder_ = text::join({modCommon::withBackslash(applicationData), L"Korvel Software"});
+  if (applicationData.empty()) view_.fail(noApplicationDataText);
   if (applicationData.empty() || !modCommon::CreateFolderPath(stagingFolder_, owner))
     throw Error(errors::cancelled, text::join({stagingFolder_, L" could not be created."}));
 }

@@ -395,6 +395,8 @@ void frmDWTOnline::runDownload(const std::wstring& address, const std::wstring& 
   handle(L"wbDWTOnline_BeforeNavigate2", [&] { addToUserFolders(folder); });
   handle(L"wbDWTOnline_BeforeNavigate2",
          [&] { settings::SaveSetting(settings::general, settings::downloadFolder, folder); });
+  // The owner may have gone, and this window with it, under the download's last message.
+  if (isUnloaded()) return;
   if (const auto success = successAddress(extraInformation))
     showSuccessPage(*success);
   else

@@ -84,7 +84,8 @@ bool frmDownloadProgress::ask(const std::wstring& text) {
   return showMessage(messageOwner(), text, MB_YESNO, Form::caption()) == IDYES;
 }
 
-// A run may have something to say after its window has gone: over the window's owner then.
+// A run may have something to say before its window has come or after it has gone: over the
+// window's owner then.
 HWND frmDownloadProgress::messageOwner() const {
-  return isUnloaded() ? GetWindow(hwnd(), GW_OWNER) : hwnd();
+  return isUnloaded() ? GetWindow(hwnd(), GW_OWNER) : boxOwner();
 }

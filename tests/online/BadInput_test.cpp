@@ -185,6 +185,9 @@ TEST_CASE("a read-only destination ends the run before anything is downloaded") 
   CHECK(download.driver.boxes()[0].text ==
         download.request.destinationFolder +
             L"\r\nInvalid file path or you do not have write permission to this location.");
+  CHECK(download.output.has(L"Handled Error : " + download.request.destinationFolder +
+                            L" could not be written. in procedure Form_Load of Form "
+                            L"frmDownloadProgress"));
   CHECK(server.requests().empty());
 }
 

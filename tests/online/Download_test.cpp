@@ -162,6 +162,9 @@ TEST_CASE("a destination that cannot be made ends the run before anything is dow
   download.scratch.writeFile(L"templates", "a file in the way");
   CHECK_FALSE(download.run(L"?dwt1=" + server.url(L"/d.zip")));
   CHECK(download.driver.boxes().size() == 1);
+  CHECK(download.output.has(L"Handled Error : " + download.request.destinationFolder +
+                            L" could not be written. in procedure Form_Load of Form "
+                            L"frmDownloadProgress"));
   CHECK(server.requests().empty());
 }
 

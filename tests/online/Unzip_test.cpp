@@ -364,6 +364,8 @@ TEST_CASE("an archive in a folder whose name holds a bracket is found") {
 }
 
 TEST_CASE("a missing library is a clear message and no harm") {
+  const Logging logging;
+  const DebugOutput output;
   const OwnModule own;
   ModalDriver driver;
   const Unpacking unpacking(onePage());
@@ -373,6 +375,8 @@ TEST_CASE("a missing library is a clear message and no harm") {
                                       L" \" could not be loaded. The product may have to be "
                                       L"reinstalled.");
   CHECK(driver.boxes()[0].icon == MB_ICONHAND);
+  CHECK(output.messages() == std::vector{L"Error 53 (" + driver.boxes()[0].text +
+                                         L") in procedure UnzipFiles of Module modCommon"});
   CHECK(unpacking.untouched());
 }
 

@@ -2,6 +2,7 @@
 #include "online/UrlValidation.h"
 
 #include "tests/online/DownloadFixture.h"
+#include "tests/online/Internet.h"
 #include "tests/online/LoopbackServer.h"
 
 namespace {
@@ -60,4 +61,16 @@ TEST_CASE("a file that cannot be reached has size 0 and has moved its bar once")
   CHECK(files.view.currentValue == 1);
   REQUIRE(files.view.failures.size() == 1);
   CHECK(files.view.failures[0].first == connectFailed);
+}
+
+TEST_CASE("an error that is no cancel is logged and shown with its own description") {
+  InternetPatch internet;
+  Validation files(L"?dwt1=http://127.0.0.1/d.zip");
+  internet.missing("InternetCrackUrlA");
+  CHECK_FALSE(files.run());
+  CHECK(files.machine.output.has(
+      L"Error 53 (File not found) in procedure GetTotalDownloadSize of Form frmDownloadProgress"));
+  REQUIRE(files.view.failures.size() == 1);
+  CHECK(files.view.failures[0].first == L"File not found");
+  CHECK(files.view.failures[0].second == L"Quillet Viewer");
 }

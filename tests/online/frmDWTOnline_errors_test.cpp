@@ -205,6 +205,32 @@ TEST_CASE("without a folder for application data nothing is made and the window 
   CHECK(online.driver.boxes()[1].icon == MB_ICONASTERISK);
 }
 
+TEST_CASE("without a folder for application data a download into a chosen folder says why not") {
+  const HttpServer server({{"/d.zip", HttpServer::ok(archive())}});
+  OnlineWindow online;
+  online.saveIn(online.disk.makeFolder(L"chosen"));
+  online.registry.setString(
+      HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders",
+      L"AppData", L"");
+  const short reason = online.show([&] {
+    CHECK_FALSE(online.page.follow(downloadPage(L"?dwt1=" + server.url(L"/d.zip"))));
+    CHECK(online.open());
+    CHECK(IsWindowEnabled(online.dialog));
+  });
+  CHECK(reason == 0);
+  REQUIRE(online.driver.boxes().size() == 1);
+  CHECK(online.driver.boxes()[0].text ==
+        L"The folder for application data could not be found. Without it there is no place to "
+        L"download to.");
+  CHECK(online.driver.boxes()[0].title == L"Quillet Viewer");
+  CHECK(online.driver.boxes()[0].icon == MB_ICONHAND);
+  CHECK(online.driver.boxes()[0].owner == online.dialog);
+  CHECK(online.log.has(
+      L"Handled Error : \\Korvel Software could not be created. in procedure Form_Load of Form "
+      L"frmDownloadProgress"));
+  CHECK(server.requests().empty());
+}
+
 // The destination
 
 TEST_CASE("a drop-down menu that takes no entries is logged and not shown") {
@@ -231,7 +257,53 @@ TEST_CASE("a browsed folder that cannot be written to is not chosen") {
   CHECK(online.driver.boxes()[0].title == L"DWT Online");
 }
 
+namespace {
+
+// The restart message, under which the window's owner goes.
+class OwnerGoes {
+ public:
+  explicit OwnerGoes(HWND owner) {
+    owner_ = owner;
+    shown = 0;
+  }
+
+  static inline int shown = 0;
+
+ private:
+  static int WINAPI show(HWND, LPCWSTR text, LPCWSTR, UINT) {
+    if (std::wstring(text).starts_with(L"One or more DWTs that were installed")) ++shown;
+    DestroyWindow(owner_);
+    return IDOK;
+  }
+  static inline HWND owner_ = nullptr;
+  ImportPatch patch_{nullptr, "user32.dll", "MessageBoxW", show};
+};
+
+}  // namespace
+
 // The download
+
+TEST_CASE("a window whose owner goes under the restart message neither browses nor waits") {
+  const HttpServer server(
+      {{"/t.zip", HttpServer::ok(ZipMaker().add("blue/x.inf", "blue").bytes())}});
+  for (const wchar_t* success : {L"", L"&success=http://127.0.0.1/done.htm"}) {
+    OnlineWindow online;
+    online.host().options().version = L"6.0";
+    const Frame frame;
+    online.owner = frame.window();
+    const UnloadTimer timer;
+    const OwnerGoes message(frame.window());
+    const short reason = online.show([&] {
+      CHECK_FALSE(online.page.follow(downloadPage(L"?theme1=" + server.url(L"/t.zip") + success)));
+      CHECK_FALSE(IsWindow(online.dialog));
+    });
+    CHECK(message.shown == 1);
+    CHECK(reason == 1);
+    CHECK(online.page.navigations() == Lines{startPage});
+    CHECK(timer.intervals().empty());
+    CHECK_FALSE(online.saved(L"DWTDownloadDir").empty());
+  }
+}
 
 TEST_CASE("the window is switched off before the destination is remembered") {
   const HttpServer server({{"/d.zip", HttpServer::ok(archive())}});

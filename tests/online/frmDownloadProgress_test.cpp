@@ -14,6 +14,7 @@
 #include "tests/online/LoopbackServer.h"
 #include "tests/online/ZipMaker.h"
 #include "tests/support/DebugOutput.h"
+#include "tests/support/Frame.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/ScratchRegistry.h"
@@ -50,7 +51,6 @@ class DownloadDialog {
       if (shown) shown();
     });
     frmDownloadProgress dialog(application());
-    std::wstring destination;
     return dialog.RunModal(destination, completed,
                            {.pageAddress = L"http://h/DWTOnlineDownload.htm" + query,
                             .applicationData = {},
@@ -76,6 +76,7 @@ class DownloadDialog {
   HWND owner = nullptr;
   HWND window = nullptr;
   bool completed = false;
+  std::wstring destination;  // as the dialog gave it back
 
  private:
   ScratchFolder web_;
@@ -116,9 +117,25 @@ TEST_CASE("the download dialog does its run when it is shown and closes itself")
   DownloadDialog dialog;
   CHECK(dialog.run(L"?dwt1=" + server.url(L"/d.zip")));
   CHECK(dialog.completed);
+  CHECK(dialog.destination == dialog.scratch / L"templates");
   CHECK(dialog.scratch.readFile(L"templates\\page.dwt") == "a page");
   CHECK(dialog.driver.boxes().empty());
   CHECK_FALSE(IsWindow(dialog.window));
+}
+
+TEST_CASE("the download dialog's labels and button say what they are for") {
+  const HttpServer server({{"/d.zip", HttpServer::ok(page("a page"))}});
+  DownloadDialog dialog;
+  Texts labels;
+  dialog.shown = [&] {
+    for (HWND child = GetWindow(dialog.window, GW_CHILD); child;
+         child = GetWindow(child, GW_HWNDNEXT))
+      if (static_cast<short>(GetDlgCtrlID(child)) == -1) labels.push_back(windowText(child));
+    CHECK(dialog.text(IDCANCEL) == L"Cancel");
+    CHECK(toolTip(dialog.window, IDCANCEL) == L"Stop the download");
+  };
+  CHECK(dialog.run(L"?dwt1=" + server.url(L"/d.zip")));
+  CHECK(labels == Texts{L"Current file:", L"Overall progress:"});
 }
 
 TEST_CASE("an address that asks for nothing is a message without a download dialog") {
@@ -209,10 +226,30 @@ TEST_CASE("the close box of the download dialog cancels it") {
 }
 
 TEST_CASE("a download that cannot begin shows why and no dialog") {
+  const Frame frame;
   DownloadDialog dialog;
+  dialog.owner = frame.get();
   dialog.scratch.writeFile(L"templates", "a file in the way");
   CHECK_FALSE(dialog.run(L"?dwt1=http://127.0.0.1:1/d.zip"));
-  CHECK(dialog.driver.boxes().size() == 1);
+  REQUIRE(dialog.driver.boxes().size() == 1);
+  CHECK(dialog.driver.boxes()[0].text ==
+        (dialog.scratch / L"templates") +
+            L"\r\nInvalid file path or you do not have write permission to this location.");
+  CHECK(dialog.driver.boxes()[0].owner == frame.get());
+  CHECK(dialog.driver.dialogs().empty());
+}
+
+TEST_CASE("a download that cannot open the internet says so over the window it was asked for in") {
+  const Frame frame;
+  InternetPatch internet;
+  internet.noSession(12029);  // a number without a text
+  DownloadDialog dialog;
+  dialog.owner = frame.get();
+  CHECK_FALSE(dialog.run(L"?dwt1=http://127.0.0.1:1/d.zip"));
+  REQUIRE(dialog.driver.boxes().size() == 1);
+  CHECK(dialog.driver.boxes()[0].text == L"Could not open a connection to the internet.");
+  CHECK(dialog.driver.boxes()[0].icon == MB_ICONHAND);
+  CHECK(dialog.driver.boxes()[0].owner == frame.get());
   CHECK(dialog.driver.dialogs().empty());
 }
 

@@ -59,12 +59,36 @@ TEST_CASE("errors of the internet functions and bad arguments have no text") {
 
 namespace {
 
+DWORD asked = 0;
+DWORD room = 0;
+DWORD WINAPI longText(DWORD, LPCVOID, DWORD code, DWORD, LPSTR buffer, DWORD size, va_list*) {
+  asked = code;
+  room = size;
+  const std::string text(size - 1, 'x');
+  lstrcpyA(buffer, text.c_str());
+  return size - 1;
+}
+
 DWORD WINAPI successText(DWORD, LPCVOID, DWORD, DWORD, LPSTR buffer, DWORD, va_list*) {
   lstrcpyA(buffer, "The OPERATION completed successfully.\r\n");
   return static_cast<DWORD>(lstrlenA(buffer));
 }
 
 }  // namespace
+
+TEST_CASE("the numbers beside those of the internet functions have the texts of the system") {
+  const ImportPatch patch(nullptr, "KERNEL32.dll", "FormatMessageA", longText);
+  for (const unsigned long code : {12000UL, 12172UL, 86UL, 88UL}) {
+    CHECK_FALSE(ErrorText(code).empty());
+    CHECK(asked == code);
+  }
+}
+
+TEST_CASE("an error text is taken into 256 characters with its end") {
+  const ImportPatch patch(nullptr, "KERNEL32.dll", "FormatMessageA", longText);
+  CHECK(ErrorText(ERROR_ACCESS_DENIED) == std::wstring(255, L'x'));
+  CHECK(room == 256);
+}
 
 TEST_CASE("the text of success is no error text") {
   const ImportPatch patch(nullptr, "KERNEL32.dll", "FormatMessageA", successText);
