@@ -8,8 +8,6 @@
 namespace {
 
 constexpr wchar_t pickerPrompt[] = L"Select a folder that contains Dynamic Web Templates";
-constexpr wchar_t invalidPath[] =
-    L"Invalid path. Please select a valid file system path to search for DWT's.";
 constexpr wchar_t alreadyListed[] = L"Path already exists in the list.";
 
 // The place of a tag's icon in the image list.
@@ -104,7 +102,7 @@ void frmManageDWTFolders::cmdAdd_Click() {
     std::wstring path = selectedPath();
     if (!pickFolder(path)) return;
     if (path.empty()) {
-      message(invalidPath, MB_ICONINFORMATION);
+      message(modBrowseForFolder::invalidPath, MB_ICONINFORMATION);
       return;
     }
     if (edit_.Add(path)) lvSelectedFolders.autoSizeColumn();
@@ -123,8 +121,8 @@ void frmManageDWTFolders::cmdEdit_Click() {
     modCommon::WriteLog({L"Path Name : ", path});
     if (!pickFolder(path)) return;
     if (path.empty()) {
-      message(invalidPath, MB_ICONINFORMATION);
-      modCommon::WriteLog(invalidPath);
+      message(modBrowseForFolder::invalidPath, MB_ICONINFORMATION);
+      modCommon::WriteLog(modBrowseForFolder::invalidPath);
       return;
     }
     accept(path);

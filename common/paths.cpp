@@ -7,7 +7,6 @@
 
 #include "common/NoSystemBoxes.h"
 #include "common/ansi.h"
-#include "common/errors.h"
 #include "common/handles.h"
 #include "common/message.h"
 #include "common/text.h"
@@ -50,11 +49,6 @@ std::wstring randomDigits() {
   std::wstring digits;
   for (int i = 0; i < 5; ++i) digits += static_cast<wchar_t>(L'0' + digit(generator));
   return digits;
-}
-
-// A read-only medium refuses to open a file as a folder without permission does.
-Error openingError(DWORD code) {
-  return code == ERROR_WRITE_PROTECT ? Error(errors::pathFileAccess) : errors::fromSystemCode(code);
 }
 
 // A new file: one that happens to bear the name is the user's.
@@ -146,6 +140,10 @@ void makeFolder(std::wstring_view path) {
 std::wstring noPermissionText(std::wstring_view path) {
   return text::join(
       {path, L"\r\nInvalid file path or you do not have write permission to this location."});
+}
+
+Error openingError(DWORD code) {
+  return code == ERROR_WRITE_PROTECT ? Error(errors::pathFileAccess) : errors::fromSystemCode(code);
 }
 
 unsigned long long fileSize(std::wstring_view path) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "common/errors.h"
 #include "common/module.h"
 
 namespace modCommon {
@@ -33,6 +34,10 @@ int ShellOpen(std::wstring_view file, std::wstring_view parameters);
 // Makes one folder; raises an Error. A folder that is there already, and any refusal without a
 // number of its own, is 75.
 void makeFolder(std::wstring_view path);
+
+// The error of a file that the system does not open for writing: a read-only medium refuses as a
+// folder without permission does.
+Error openingError(DWORD code);
 
 // In bytes; raises an Error.
 unsigned long long fileSize(std::wstring_view path);

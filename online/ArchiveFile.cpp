@@ -7,29 +7,23 @@
 
 #include "common/NoSystemBoxes.h"
 #include "common/handles.h"
+#include "common/paths.h"
 
 namespace archive {
 namespace {
 
 constexpr std::string_view closingRecord("PK\5\6", 4);
 constexpr std::size_t closingRecordSize = 22;
-constexpr LONG searched = 66000;
+constexpr unsigned long long searched = 66000;
 
 }  // namespace
-
-double fileSize(const std::wstring& path) {
-  const NoSystemBoxes quiet;
-  WIN32_FILE_ATTRIBUTE_DATA data = {};
-  if (!GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data)) return 0;
-  return data.nFileSizeHigh * 4294967296.0 + data.nFileSizeLow;
-}
 
 bool hasDirectory(const std::wstring& path) {
   const NoSystemBoxes quiet;
   const handles::File file(
       CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
   if (!file) return false;
-  const auto wanted = static_cast<LONG>(std::min<double>(fileSize(path), searched));
+  const auto wanted = static_cast<LONG>(std::min(modCommon::fileSize(path), searched));
   std::string tail(static_cast<std::size_t>(wanted), '\0');
   DWORD read = 0;
   SetFilePointer(file.get(), -wanted, nullptr, FILE_END);

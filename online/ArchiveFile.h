@@ -5,9 +5,6 @@
 
 namespace archive {
 
-// Its size in bytes; 0 when there is no such file.
-double fileSize(const std::wstring& path);
-
 // True when the file can be read and holds the record that closes an archive's directory, no
 // farther from its end than the unzip library looks for it.
 bool hasDirectory(const std::wstring& path);

@@ -16,15 +16,12 @@ namespace {
 
 constexpr DWORD readSize = 255;
 
-// A read-only medium refuses to open a file as a folder without permission does.
 handles::File openForWriting(const std::wstring& path) {
   const NoSystemBoxes quiet;
   handles::File file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
                                  CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (file) return file;
-  const DWORD code = GetLastError();
-  if (code == ERROR_WRITE_PROTECT) throw Error(errors::pathFileAccess);
-  throw errors::fromSystemCode(code);
+  if (!file) throw modCommon::openingError(GetLastError());
+  return file;
 }
 
 void write(const handles::File& file, const char* bytes, DWORD count) {

@@ -7,8 +7,6 @@ using modCommon::WriteLog;
 
 namespace {
 
-constexpr char agent[] = "Vessari Systems Pvt. Ltd";
-
 constexpr DWORD connectFlags = INTERNET_FLAG_EXISTING_CONNECT | INTERNET_FLAG_PASSIVE;
 constexpr DWORD urlFlags = INTERNET_FLAG_RELOAD | INTERNET_FLAG_RAW_DATA |
                            INTERNET_FLAG_NO_CACHE_WRITE | INTERNET_FLAG_TRANSFER_BINARY;
@@ -30,7 +28,9 @@ handles::Internet InternetSession::taken(HINTERNET handle) {
 
 bool InternetSession::open() {
   functions_.emplace();
-  session_ = taken(functions_->open(agent, INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0));
+  const std::string name = text::toAnsi(agent);
+  session_ =
+      taken(functions_->open(name.c_str(), INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0));
   return static_cast<bool>(session_);
 }
 

@@ -11,6 +11,9 @@ class InternetSession {
   // The system's proxy setting, by its numbers.
   enum Access : DWORD { direct = 1, throughProxy = 3 };
 
+  // What it tells servers that it is.
+  static constexpr wchar_t agent[] = L"Vessari Systems Pvt. Ltd";
+
   // Opens the session. False when the system refuses.
   bool open();
   void close() noexcept;

@@ -12,6 +12,7 @@
 #include "common/settings.h"
 #include "common/text.h"
 #include "online/DownloadPage.h"
+#include "online/InternetSession.h"
 #include "online/frmDownloadProgress.h"
 #include "online/modWINInetURL.h"
 #include "online/resource.h"
@@ -19,12 +20,9 @@
 
 namespace {
 
-constexpr wchar_t agent[] = L"Vessari Systems Pvt. Ltd";
 constexpr wchar_t startPageValue[] = L"DWTOnline";
 constexpr wchar_t destinationKey[] = L"DestPath";
 constexpr wchar_t noDestination[] = L" ";  // a button with no text at all would not show one later
-constexpr wchar_t invalidPath[] =
-    L"Invalid path. Please select a valid file system path to search for DWT's.";
 constexpr long settingsMissing = 513;
 
 // The browser's numbers for its two navigation commands.
@@ -350,7 +348,7 @@ void frmDWTOnline::browseForDestination() {
           hwnd(), L"Select the folder where downloaded DWTs will be stored.", path))
     return;
   if (path.empty())
-    message(invalidPath, MB_ICONASTERISK);
+    message(modBrowseForFolder::invalidPath, MB_ICONASTERISK);
   else if (modCommon::CanWriteToFolder(path, hwnd(), caption()))
     setDestination(path, {});
 }
@@ -410,14 +408,14 @@ bool frmDWTOnline::downloadTo(std::wstring& folder, const std::wstring& address)
     bool& flag_;
   } const running(inDownload_);
   if (folder.empty()) {
-    message(invalidPath, MB_ICONASTERISK);
+    message(modBrowseForFolder::invalidPath, MB_ICONASTERISK);
     return false;
   }
   const frmDownloadProgress::Request request = {.pageAddress = address,
                                                 .applicationData = readApplicationData(),
                                                 .destinationFolder = folder,
                                                 .destinationTag = tbDestPath.tag,
-                                                .agent = agent};
+                                                .agent = InternetSession::agent};
   return frmDownloadProgress(host_).RunModal(folder, DownloadCompleted_, request, hwnd());
 }
 

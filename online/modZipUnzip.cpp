@@ -7,6 +7,7 @@
 #include "common/NoSystemBoxes.h"
 #include "common/ansi.h"
 #include "common/errors.h"
+#include "common/forms/InputBox.h"
 #include "common/message.h"
 #include "common/paths.h"
 #include "common/text.h"
@@ -14,7 +15,6 @@
 #include "online/ArchiveNames.h"
 #include "online/ByteSize.h"
 #include "online/UnzipLibrary.h"
-#include "online/frmInputBox.h"
 
 namespace modZipUnzip {
 namespace {
@@ -139,7 +139,7 @@ int Listener::replace(const std::wstring& name) const {
 // A user who cancels is not asked again for each file of the archive.
 int Listener::password(char* buffer, int size) const {
   if (size <= 0) return unzip::passwordCancelAll;
-  const auto typed = frmInputBox().Ask(L"Please Enter The Password!", size - 1, owner_);
+  const auto typed = forms::askForText(L"Please Enter The Password!", size - 1, owner_);
   if (!typed) return unzip::passwordCancelAll;
   const std::string bytes = text::toAnsi(*typed).substr(0, static_cast<std::size_t>(size) - 1);
   std::memcpy(buffer, bytes.c_str(), bytes.size() + 1);
@@ -321,8 +321,10 @@ Error refusal(const Options& options, long number, const std::wstring& why) {
 }
 
 void checkSize(const Options& options, double unpackedSize) {
+  if (unpackedSize == 0) return;  // nothing was listed; there may be no such file
   const NoSystemBoxes quiet;
-  if (archive::isBomb(unpackedSize, archive::fileSize(options.ZipFileName)))
+  const auto archiveSize = static_cast<double>(modCommon::fileSize(options.ZipFileName));
+  if (archive::isBomb(unpackedSize, archiveSize))
     throw refusal(options, errors::diskFull,
                   text::join({L"It claims to hold ", online::byteSizeText(unpackedSize),
                               L", which is out of all proportion to its own size."}));

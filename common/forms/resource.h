@@ -8,5 +8,9 @@
 #define IDC_ABOUT_TEXT 1013
 #define IDC_ABOUT_LOGGING 1014
 
+#define IDD_INPUTBOX 1100
+#define IDC_INPUTBOX_LBLPROMPT 1110
+#define IDC_INPUTBOX_TXTINPUT 1111
+
 // The program's own icon.
 #define IDI_QUILLET 100

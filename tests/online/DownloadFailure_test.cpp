@@ -1,6 +1,7 @@
 // Downloads that go wrong after their addresses have been found good.
 #include <optional>
 
+#include "common/forms/resource.h"
 #include "common/handles.h"
 #include "online/modZipUnzip.h"
 #include "tests/online/DownloadFixture.h"
@@ -196,7 +197,7 @@ TEST_CASE("only while a theme is unpacked is the unpacking in theme mode") {
   for (int i = 0; i < 2; ++i)
     download.driver.onDialog(L"Quillet Viewer", [&](HWND box) {
       modes.push_back(modZipUnzip::ThemeMode::isOn());
-      SetDlgItemTextW(box, 4211, L"sesame");
+      SetDlgItemTextW(box, IDC_INPUTBOX_TXTINPUT, L"sesame");
       press(box, IDOK);
     });
   CHECK(download.run(L"?theme1=" + server.url(L"/t.zip") + L"&dwt1=" + server.url(L"/d.zip")));

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "common/forms/resource.h"
 #include "common/log.h"
 #include "online/UnzipFiles.h"
 #include "tests/online/ZipMaker.h"
@@ -44,8 +45,8 @@ inline ZipMaker onePage() { return ZipMaker().add("page.htm", "new page"); }
 // The answer to the next question for a password.
 inline void typePassword(ModalDriver& driver, const std::wstring& password, int button = IDOK) {
   driver.onDialog(L"Quillet Viewer", [=](HWND dialog) {
-    CHECK(windowText(dialog, 4210) == L"Please Enter The Password!");
-    SetDlgItemTextW(dialog, 4211, password.c_str());
+    CHECK(windowText(dialog, IDC_INPUTBOX_LBLPROMPT) == L"Please Enter The Password!");
+    SetDlgItemTextW(dialog, IDC_INPUTBOX_TXTINPUT, password.c_str());
     press(dialog, button);
   });
 }

@@ -336,8 +336,9 @@ TEST_CASE("a password that is cancelled is not asked for again and nothing is un
 TEST_CASE("a password longer than the library takes is cut by the input box") {
   ModalDriver driver;
   driver.onDialog(L"Quillet Viewer", [](HWND dialog) {
-    for (int i = 0; i < 200; ++i) SendDlgItemMessageW(dialog, 4211, WM_CHAR, L'x', 0);
-    CHECK(windowText(dialog, 4211).size() < 200);
+    for (int i = 0; i < 200; ++i)
+      SendDlgItemMessageW(dialog, IDC_INPUTBOX_TXTINPUT, WM_CHAR, L'x', 0);
+    CHECK(windowText(dialog, IDC_INPUTBOX_TXTINPUT).size() < 200);
     press(dialog, IDCANCEL);
   });
   ZipMaker::Extras extras;

@@ -5,6 +5,7 @@
 
 #include <functional>
 
+#include "common/forms/resource.h"
 #include "common/handles.h"
 #include "common/log.h"
 #include "host/model/Host.h"
@@ -347,7 +348,7 @@ TEST_CASE("while archives are unpacked the download dialog cannot be cancelled")
     // Neither by its button nor by its close box.
     SendMessageW(dialog.window, WM_CLOSE, 0, 0);
     CHECK(IsWindowVisible(dialog.window));
-    SetDlgItemTextW(box, 4211, L"sesame");
+    SetDlgItemTextW(box, IDC_INPUTBOX_TXTINPUT, L"sesame");
     press(box, IDOK);
   });
   CHECK(dialog.run(L"?dwt1=" + server.url(L"/d.zip")));
