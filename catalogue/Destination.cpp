@@ -1,28 +1,14 @@
 #include "catalogue/Destination.h"
 
-#include <windows.h>
-#include <shlwapi.h>
-
 #include "common/letter_case.h"
+#include "common/paths.h"
 #include "common/text.h"
-
-namespace {
-
-// Empty for an address that is no file URL, or whose path is too long for the system.
-std::wstring localPathOf(const std::wstring& address) {
-  wchar_t path[MAX_PATH] = {};
-  DWORD length = MAX_PATH;
-  if (FAILED(PathCreateFromUrlW(address.c_str(), path, &length, 0))) return {};
-  return text::trimBlanks(text::cutAtNul({path, MAX_PATH}));
-}
-
-}  // namespace
 
 std::wstring defaultDestination(const std::wstring& webUrl) { return webUrl + defaultWebFolder; }
 
 bool isSamePlace(std::wstring_view templateFolder, const std::wstring& destination) {
   const std::wstring name = text::withEnding(text::afterLast(templateFolder, L'\\'), L'/');
-  return text::equalIgnoringCase(localPathOf(destination + name), templateFolder);
+  return text::equalIgnoringCase(modCommon::localPathOf(destination + name), templateFolder);
 }
 
 std::wstring samePlaceMessage(std::wstring_view templateFolder) {

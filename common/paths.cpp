@@ -8,6 +8,7 @@
 #include "common/NoSystemBoxes.h"
 #include "common/ansi.h"
 #include "common/handles.h"
+#include "common/letter_case.h"
 #include "common/message.h"
 #include "common/text.h"
 
@@ -107,6 +108,44 @@ bool shown(std::wstring_view path, HWND owner, std::wstring_view title, Body bod
   }
 }
 
+// From the drive or share on, without a backslash at its end; empty when the system has none.
+std::wstring fullPath(const std::wstring& path) {
+  std::wstring full(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
+  full.resize(
+      GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+  while (!full.empty() && full.back() == L'\\') full.pop_back();
+  return full;
+}
+
+// Empty for a drive.
+std::wstring folderAbove(const std::wstring& path) {
+  const auto slash = path.rfind(L'\\');
+  return path.substr(0, slash == path.npos ? 0 : slash);
+}
+
+// What is the same under all names of a folder.
+struct FolderIdentity {
+  DWORD volume = 0;
+  DWORD indexHigh = 0;
+  DWORD indexLow = 0;
+
+  bool operator==(const FolderIdentity&) const = default;
+};
+
+// All zero for a folder that is not there, or whose file system does not tell.
+FolderIdentity identityOf(const std::wstring& folder) {
+  if (folder.empty()) return {};
+  const NoSystemBoxes quiet;
+  // The backslash makes the root of "C:", which alone would be the drive's current folder.
+  const handles::File file(CreateFileW(
+      withBackslash(folder).c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+      nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  BY_HANDLE_FILE_INFORMATION data = {};
+  if (!file || !GetFileInformationByHandle(file.get(), &data)) return {};
+  if (data.nFileIndexHigh == 0 && data.nFileIndexLow == 0) return {};
+  return {data.dwVolumeSerialNumber, data.nFileIndexHigh, data.nFileIndexLow};
+}
+
 }  // namespace
 
 bool IsValidFileName(std::wstring_view name) {
@@ -164,6 +203,23 @@ bool fileExists(std::wstring_view path) {
 bool folderExists(std::wstring_view path) {
   const DWORD attributes = attributesOf(path);
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+std::wstring localPathOf(const std::wstring& address) {
+  wchar_t path[MAX_PATH] = {};
+  DWORD length = MAX_PATH;
+  if (FAILED(PathCreateFromUrlW(address.c_str(), path, &length, 0))) return {};
+  return text::trimBlanks(text::cutAtNul({path, MAX_PATH}));
+}
+
+bool liesWithin(const std::wstring& path, const std::wstring& folder) {
+  const std::wstring place = fullPath(folder);
+  const FolderIdentity wanted = identityOf(place);
+  for (std::wstring level = fullPath(path); !level.empty(); level = folderAbove(level)) {
+    if (text::equalIgnoringCase(level, place)) return true;
+    if (wanted != FolderIdentity{} && identityOf(level) == wanted) return true;
+  }
+  return false;
 }
 
 }  // namespace modCommon

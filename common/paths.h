@@ -50,4 +50,12 @@ std::wstring withBackslash(std::wstring_view path);
 bool fileExists(std::wstring_view path);
 bool folderExists(std::wstring_view path);
 
+// The path that a file URL stands for, by the system's conversion. Empty for another address, or
+// one whose path is too long for the system.
+std::wstring localPathOf(const std::wstring& address);
+
+// True when `path`, which need not exist, is `folder` or lies below it, however the two are
+// written: letter case, short names, links and other names of a drive make no difference.
+bool liesWithin(const std::wstring& path, const std::wstring& folder);
+
 }  // namespace modCommon

@@ -1,13 +1,17 @@
 #include "webcopy/CopyRun.h"
 
+#include <windows.h>
+
 #include <limits>
 #include <utility>
 
+#include "addin/host/web_path.h"
 #include "common/FileSearch.h"
 #include "common/IniFile.h"
 #include "common/NameSet.h"
 #include "common/description_file.h"
 #include "common/errors.h"
+#include "common/handles.h"
 #include "common/letter_case.h"
 #include "common/log.h"
 #include "common/paths.h"
@@ -56,6 +60,14 @@ std::wstring baseNameOf(const HostFile& file) {
   const std::size_t behindBase = file.extension().size() + 1;
   if (behindBase > name.size()) throw Error(errors::invalidArgument);
   return name.substr(0, name.size() - behindBase);
+}
+
+// While it is held, nobody can delete the file.
+handles::File holdFile(const std::wstring& path) {
+  handles::File file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                 nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!file) throw errors::fromLastError();
+  return file;
 }
 
 }  // namespace
@@ -178,8 +190,7 @@ void CopyRun::copy() {
     if (!OverwriteChosen_) return;
   }
   WriteLog(L"Copying files and folders to the web.");
-  WriteLog({L"Creating folder : ", host_.makeAbsolute(web().url(), targetPath_)});
-  const HostFolder folder = web().createFolder(targetPath_);
+  const HostFolder folder = createFolder(targetPath_);
   check();
   LogIndent(true);
   CopyFolderTree(SourcePath_, folder.url());
@@ -250,6 +261,26 @@ void CopyRun::countEntries(const std::wstring& folder) {
   } while (search.next());
 }
 
+HostFolder CopyRun::createFolder(const std::wstring& path) {
+  WriteLog({L"Creating folder : ", host_.makeAbsolute(web().url(), path)});
+  spareTemplate(path);
+  return web().createFolder(path);
+}
+
+// A folder of the web that is the template's own, or lies in it, is none to copy to: the web's
+// file would be deleted to make room for itself, and the walk would never leave what it makes.
+void CopyRun::spareTemplate(const std::wstring& path) const {
+  const std::wstring address =
+      webpath::isAbsolute(path) ? path : text::join({web().url(), L"/", webpath::normal(path)});
+  // Whether a host escapes its addresses is its own affair, so each is read in both ways.
+  const std::wstring escaped =
+      text::replaceAll(text::replaceAll(address, L"%", L"%25"), L"#", L"%23");
+  const auto isOwn = [this](const std::wstring& url) {
+    return modCommon::liesWithin(modCommon::localPathOf(url), SourcePath_);
+  };
+  if (isOwn(address) || (escaped != address && isOwn(escaped))) throw Error(errors::pathFileAccess);
+}
+
 // An error other than a cancel leaves the whole walk without a message; the run still comes to its
 // end, and its result tells.
 void CopyRun::CopyFolderTree(const std::wstring& sourceFolder, const std::wstring& webFolder) {
@@ -292,8 +323,7 @@ void CopyRun::copyFolder(const std::wstring& source, const std::wstring& target,
                          const std::wstring& name) {
   check();
   LogIndent(false);
-  WriteLog({L"Creating folder : ", host_.makeAbsolute(web().url(), target + name)});
-  web().createFolder(target + name);
+  createFolder(target + name);
   view_.showCurrentStatus(name);
   copyEntries(source + name, target + name);
   view_.stepCurrent();
@@ -315,7 +345,11 @@ void CopyRun::importFile(const std::wstring& source, const std::wstring& webFold
   const auto old = web().locateFile(webFolder + name);
   // One that has gone meanwhile, or whose name the code page lacks, must not cost its namesake.
   if (!modCommon::fileExists(source)) throw Error(errors::fileNotFound);
-  if (old) old->remove();
+  if (old) {
+    // The web's file may be the source itself under a name that does not tell, as on a server.
+    const handles::File held = holdFile(source);
+    old->remove();
+  }
   const auto folder = web().locateFolder(webFolder);
   if (!folder) throw Error(errors::objectNotSet);
   HostFile imported = folder->importFile(source);

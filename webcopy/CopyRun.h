@@ -71,6 +71,8 @@ class CopyRun {
 
   void CountFilesAndFolders(const std::wstring& folder);
   void countEntries(const std::wstring& folder);
+  HostFolder createFolder(const std::wstring& path);
+  void spareTemplate(const std::wstring& path) const;
   void CopyFolderTree(const std::wstring& sourceFolder, const std::wstring& webFolder);
   void copyEntries(const std::wstring& sourceFolder, const std::wstring& webFolder);
   void copyFolder(const std::wstring& source, const std::wstring& target, const std::wstring& name);

@@ -8,6 +8,10 @@ bool AskNewFolderName(const HostFolder& parent, std::wstring& name, HWND owner) 
   return frmNewFolder().AskNewFolderName(parent, name, owner);
 }
 
+void showFolderRefused(HWND owner, std::wstring_view text) noexcept {
+  showMessage(owner, text, MB_OK | MB_ICONERROR, L"Create Web Folder");
+}
+
 frmNewFolder::frmNewFolder()
     : Form(L"frmNewFolder", IDD_NEWFOLDER),
       lblMsg1(*this, IDC_NEWFOLDER_LBLMSG1),
@@ -54,7 +58,7 @@ void frmNewFolder::btnOK_Click() {
 }
 
 void frmNewFolder::refuse(const wchar_t* text) {
-  showMessage(hwnd(), text, MB_OK | MB_ICONERROR, L"Create Web Folder");
+  showFolderRefused(hwnd(), text);
   txtFolderName.focus();
 }
 

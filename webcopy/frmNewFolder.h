@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "addin/host/HostWeb.h"
 #include "common/forms/controls.h"
@@ -11,6 +12,9 @@
 // sub-folder of `parent` bears. Nothing is created yet. Raises an Error (429) when there can be no
 // window.
 bool AskNewFolderName(const HostFolder& parent, std::wstring& name, HWND owner);
+
+// Why there can be no such folder, over the window that was to make it.
+void showFolderRefused(HWND owner, std::wstring_view text) noexcept;
 
 class frmNewFolder final : public forms::Form {
  public:

@@ -154,10 +154,8 @@ void frmSelectWebFolder::createFolder(Node node, const HostFolder& parent,
     // Names that the check lets pass may still be none for the web's disk or server.
     const Error error = errors::current();
     modCommon::reportFormError(L"btnNewFolder_Click", this->name(), error);
-    showMessage(
-        hwnd(),
-        text::join({L"The folder \"", name, L"\" could not be created.\r\n", error.description()}),
-        MB_OK | MB_ICONERROR, L"Create Web Folder");
+    showFolderRefused(hwnd(), text::join({L"The folder \"", name, L"\" could not be created.\r\n",
+                                          error.description()}));
   }
 }
 

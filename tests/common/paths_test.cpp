@@ -5,6 +5,7 @@
 
 #include "common/errors.h"
 #include "common/handles.h"
+#include "common/text.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"
@@ -446,4 +447,107 @@ TEST_CASE("opening a missing file answers with a number below 33 and changes no 
   GetCurrentDirectoryW(MAX_PATH, after);
   CHECK(result == ERROR_FILE_NOT_FOUND);
   CHECK(std::wstring(before) == after);
+}
+
+TEST_CASE("a file URL gives its local path and no other address does") {
+  CHECK(localPathOf(L"file:///C:/My%20Webs/site") == L"C:\\My Webs\\site");
+  CHECK(localPathOf(L"file:///C:/My Webs/site/") == L"C:\\My Webs\\site\\");
+  CHECK(localPathOf(L"file://server/share/site") == L"\\\\server\\share\\site");
+  CHECK(localPathOf(L"file:///C:/50%2520off/C%231") == L"C:\\50%20off\\C#1");
+  CHECK(localPathOf(L"http://server/sub").empty());
+  CHECK(localPathOf(L"C:\\folder").empty());
+  CHECK(localPathOf(L"").empty());
+  CHECK(localPathOf(L"file:///C:/" + std::wstring(MAX_PATH, L'n')).empty());
+}
+
+TEST_CASE("a folder and what is below it lies within it and nothing else does") {
+  ScratchFolder disk;
+  const std::wstring folder = disk.makeFolder(L"web\\Blue");
+  disk.makeFolder(L"web\\Blue2");
+  disk.makeFolder(L"web\\Blue\\images");
+  CHECK(liesWithin(folder, folder));
+  CHECK(liesWithin(folder + L"\\", folder));
+  CHECK(liesWithin(folder, folder + L"\\"));
+  CHECK(liesWithin(folder + L"\\images", folder));
+  CHECK(liesWithin(folder + L"\\new\\deep\\er", folder));
+  CHECK(liesWithin(folder + L"\\x\\..\\images", folder));
+  CHECK(liesWithin(text::replaceAll(folder, L"\\", L"/"), folder));
+  CHECK_FALSE(liesWithin(disk / L"web\\Blue2", folder));
+  CHECK_FALSE(liesWithin(disk / L"web\\Blue2\\new", folder));
+  CHECK_FALSE(liesWithin(disk / L"web", folder));
+  CHECK_FALSE(liesWithin(folder + L"\\..\\Red", folder));
+  CHECK_FALSE(liesWithin(L"Q:\\gone", folder));
+}
+
+TEST_CASE("what has no path lies nowhere and holds nothing") {
+  ScratchFolder disk;
+  CHECK_FALSE(liesWithin(L"", disk.path()));
+  CHECK_FALSE(liesWithin(disk.path(), L""));
+  CHECK_FALSE(liesWithin(L"", L""));
+  CHECK_FALSE(liesWithin(disk.path(), disk / L"gone"));
+}
+
+TEST_CASE("a folder is known in any letter case and by its short name") {
+  ScratchFolder disk;
+  const std::wstring folder = disk.makeFolder(L"A folder with a long name");
+  std::wstring upper = folder;
+  CharUpperW(upper.data());
+  wchar_t shortName[MAX_PATH] = {};
+  GetShortPathNameW(folder.c_str(), shortName, MAX_PATH);
+  REQUIRE(std::wstring(shortName).find(L'~') != std::wstring::npos);
+  CHECK(liesWithin(upper + L"\\new", folder));
+  CHECK(liesWithin(folder + L"\\new", upper));
+  CHECK(liesWithin(std::wstring(shortName) + L"\\new", folder));
+  CHECK(liesWithin(folder + L"\\new", shortName));
+}
+
+TEST_CASE("a folder is known under a name of another kind") {
+  ScratchFolder disk;
+  const std::wstring folder = disk.makeFolder(L"Blue");
+  disk.makeFolder(L"Red");
+  const std::wstring other = L"\\\\?\\" + folder;
+  CHECK(liesWithin(other, folder));
+  CHECK(liesWithin(other + L"\\new\\deep", folder));
+  CHECK(liesWithin(folder + L"\\new", other));
+  CHECK_FALSE(liesWithin(L"\\\\?\\" + disk / L"Red", folder));
+}
+
+TEST_CASE("the current folder does not stand for its whole drive") {
+  ScratchFolder disk;
+  wchar_t before[MAX_PATH] = {};
+  GetCurrentDirectoryW(MAX_PATH, before);
+  const std::wstring folder = disk.makeFolder(L"Blue");
+  const std::wstring outside = disk.makeFolder(L"Red");
+  SetCurrentDirectoryW(folder.c_str());
+  CHECK_FALSE(liesWithin(outside, folder));
+  CHECK(liesWithin(folder, folder.substr(0, 3)));
+  SetCurrentDirectoryW(before);
+}
+
+namespace {
+
+BOOL WINAPI tellNothing(HANDLE, BY_HANDLE_FILE_INFORMATION* data) {
+  *data = {};
+  return TRUE;
+}
+
+BOOL WINAPI refuseToTell(HANDLE, BY_HANDLE_FILE_INFORMATION*) {
+  SetLastError(ERROR_NOT_SUPPORTED);
+  return FALSE;
+}
+
+}  // namespace
+
+TEST_CASE("a file system that cannot tell its folders apart leaves their names to do so") {
+  ScratchFolder disk;
+  const std::wstring folder = disk.makeFolder(L"Blue");
+  disk.makeFolder(L"Red");
+  std::wstring upper = folder;
+  CharUpperW(upper.data());
+  for (auto* answer : {tellNothing, refuseToTell}) {
+    const ImportPatch patch(nullptr, "kernel32.dll", "GetFileInformationByHandle", answer);
+    CHECK(liesWithin(upper + L"\\new", folder));
+    CHECK_FALSE(liesWithin(disk / L"Red", folder));
+    CHECK_FALSE(liesWithin(disk.path(), folder));
+  }
 }

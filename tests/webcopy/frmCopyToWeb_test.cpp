@@ -320,6 +320,21 @@ TEST_CASE("an error of the copy is shown and closes the copy dialog") {
   CHECK(box.owner == session.dialog);
 }
 
+TEST_CASE("a template that is its own copy is refused with a message and keeps its files") {
+  CopySession session;
+  session.fixture.disk.writeFile(L"webs\\site\\dwts\\Blue\\home.dwt", "mine");
+  session.driver.answer(IDYES);
+  CHECK_FALSE(session.run(session.fixture.disk / L"webs\\site\\dwts\\Blue"));
+  REQUIRE(session.driver.boxes().size() == 2);
+  CHECK(session.driver.boxes()[0].icon == MB_ICONQUESTION);
+  const ShownBox& box = session.driver.boxes()[1];
+  CHECK(box.text == L"An error was encountered while copying the DWT's.");
+  CHECK(box.title == dialogCaption);
+  CHECK(box.icon == MB_ICONHAND);
+  CHECK(session.fixture.disk.readFile(L"webs\\site\\dwts\\Blue\\home.dwt") == "mine");
+  CHECK_FALSE(IsWindow(session.dialog));
+}
+
 TEST_CASE("a refused import closes the copy dialog without a message") {
   CopySession session;
   session.fixture.host.faults().refuse(L"WebFiles.Add", L"No.");
