@@ -426,34 +426,52 @@ INT_PTR Form::onNotify(NMHDR& header) {
 }
 
 void Form::keep(const Control& target, unsigned edges) {
-  RECT rect;
-  GetWindowRect(target.window_, &rect);
-  MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&rect), 2);
-  anchors_.push_back({target.window_, edges, rect});
+  anchors_.push_back({&target, edges, placeOf(target.window_)});
 }
 
-void Form::layOut() {
+// In the client area of its parent.
+RECT Form::placeOf(HWND control) noexcept {
+  RECT place;
+  GetWindowRect(control, &place);
+  MapWindowPoints(nullptr, GetParent(control), reinterpret_cast<POINT*>(&place), 2);
+  return place;
+}
+
+// The place of a control in a form that is so much wider and taller than designed.
+RECT Form::placeOf(const Anchor& anchor, LONG wider, LONG taller) noexcept {
+  RECT place = anchor.designed;
+  if (anchor.edges & right) place.right += wider;
+  if ((anchor.edges & right) && !(anchor.edges & left)) place.left += wider;
+  if (anchor.edges & bottom) place.bottom += taller;
+  if ((anchor.edges & bottom) && !(anchor.edges & top)) place.top += taller;
+  return place;
+}
+
+void Form::layOut() noexcept {
   if (anchors_.empty()) return;
   RECT client;
   GetClientRect(window_, &client);
-  const int wider = client.right - designedClient_.cx;
-  const int taller = client.bottom - designedClient_.cy;
+  const LONG wider = client.right - designedClient_.cx;
+  const LONG taller = client.bottom - designedClient_.cy;
   HDWP batch = BeginDeferWindowPos(static_cast<int>(anchors_.size()));
-  for (const Anchor& anchor : anchors_) {
-    RECT place = anchor.designed;
-    if (anchor.edges & right) place.right += wider;
-    if ((anchor.edges & right) && !(anchor.edges & left)) place.left += wider;
-    if (anchor.edges & bottom) place.bottom += taller;
-    if ((anchor.edges & bottom) && !(anchor.edges & top)) place.top += taller;
+  for (Anchor& anchor : anchors_) {
+    const HWND window = anchor.control->window_;
+    const RECT former = placeOf(window);
+    const RECT place = placeOf(anchor, wider, taller);
+    if (EqualRect(&place, &former)) continue;
+    // The picture of a control that moves does not always move with it.
+    const bool moves = place.left != former.left || place.top != former.top;
+    anchor.isStale = moves || anchor.control->repaintsWhenSized();
     const SIZE size = sizeOf(place);
     if (batch)
-      batch = DeferWindowPos(batch, anchor.control, nullptr, place.left, place.top, size.cx,
-                             size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
+      batch = DeferWindowPos(batch, window, nullptr, place.left, place.top, size.cx, size.cy,
+                             SWP_NOZORDER | SWP_NOACTIVATE);
   }
   if (batch) EndDeferWindowPos(batch);
-  // A text that was cut or wrapped for the old width is painted anew; so is a control that moved,
-  // whose picture does not always move with it.
-  for (const Anchor& anchor : anchors_) InvalidateRect(anchor.control, nullptr, TRUE);
+  // Nothing else is painted anew: that would flicker.
+  for (Anchor& anchor : anchors_)
+    if (std::exchange(anchor.isStale, false))
+      InvalidateRect(anchor.control->window_, nullptr, TRUE);
 }
 
 // The designed size, or what the screen has room for where large letters make that less.

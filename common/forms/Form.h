@@ -104,9 +104,10 @@ class Form {
   friend void yieldToMessages();
 
   struct Anchor {
-    HWND control;
+    const Control* control;
     unsigned edges;
     RECT designed;
+    bool isStale = false;  // what it shows is of its former place
   };
 
   static INT_PTR CALLBACK dialogProcedure(HWND, UINT, WPARAM, LPARAM) noexcept;
@@ -119,7 +120,9 @@ class Form {
   void setIcons() noexcept;
   void attachControls();
   void addToolTips();
-  void layOut();
+  static RECT placeOf(HWND control) noexcept;
+  static RECT placeOf(const Anchor& anchor, LONG wider, LONG taller) noexcept;
+  void layOut() noexcept;
   void centreOn(HWND owner) noexcept;
   SIZE smallestSize() const noexcept;
   void fitScreen() noexcept;

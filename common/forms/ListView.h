@@ -46,6 +46,7 @@ class ListView : public Control {
 
  private:
   void onAttached() override;
+  bool repaintsWhenSized() const override { return false; }
   LRESULT onNotify(NMHDR& header) override;
   void onItemChanged(const NMLISTVIEW& change);
   void onClick(int index);

@@ -69,6 +69,8 @@ class TreeView : public Control {
   };
 
  private:
+  void onAttached() override;
+  bool repaintsWhenSized() const override { return false; }
   LRESULT onNotify(NMHDR& header) override;
   void showExpandedImage(Node node) noexcept;
   bool isOnButton() const noexcept;

@@ -20,10 +20,6 @@ void Control::setEnabled(bool enabled) noexcept {
   EnableWindow(window_, enabled);
 }
 
-bool Control::visible() const noexcept {
-  return (GetWindowLongPtrW(window_, GWL_STYLE) & WS_VISIBLE) != 0;
-}
-
 void Control::setVisible(bool visible) noexcept {
   ShowWindow(window_, visible ? SW_SHOWNA : SW_HIDE);
 }
@@ -31,10 +27,6 @@ void Control::setVisible(bool visible) noexcept {
 // By the dialog's own message, so that the default button follows.
 void Control::focus() noexcept {
   SendMessageW(form_.hwnd(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(window_), TRUE);
-}
-
-void Control::bringToFront() noexcept {
-  SetWindowPos(window_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 void Control::setToolTip(std::wstring_view value) { toolTip_ = value; }

@@ -29,10 +29,8 @@ class Control {
   bool enabled() const noexcept;
   // A control that has the focus hands it on before it is disabled.
   void setEnabled(bool enabled) noexcept;
-  bool visible() const noexcept;
   void setVisible(bool visible) noexcept;
   void focus() noexcept;
-  void bringToFront() noexcept;
   void setToolTip(std::wstring_view value);
 
   // A text that the program attaches to a control.
@@ -49,6 +47,8 @@ class Control {
   // A command of one of the control's own parts, a toolbar's button.
   virtual void onChildCommand(int /*command*/) {}
   virtual LRESULT onNotify(NMHDR& /*header*/) { return 0; }
+  // Whether its size decides how all of it looks, as the width does for a text that is cut.
+  virtual bool repaintsWhenSized() const { return true; }
   // A control of an owner-drawn style is to be painted.
   virtual void onDraw(HDC /*target*/, const RECT& /*place*/) {}
 

@@ -23,6 +23,10 @@ class ProbeForm : public forms::Form {
 
   void show(HWND owner) { showModal(owner); }
   void close() { unload(); }
+  void keepPlaces() {
+    keep(check, forms::left | forms::top);
+    keep(ok, forms::right | forms::bottom);
+  }
 
   std::function<void(ProbeForm&)> load = [](ProbeForm&) {};
   std::function<void(ProbeForm&)> activate = [](ProbeForm&) {};
@@ -174,6 +178,26 @@ TEST_CASE("Enter presses the default button and Escape closes") {
     form.show(nullptr);
     CHECK(form.events.back() == L"unload");
   }
+}
+
+TEST_CASE("sizing a form paints only those controls anew whose place changes") {
+  bool checkIsPainted = true;
+  bool okIsPainted = false;
+  ProbeForm form;
+  form.load = [](ProbeForm& self) { self.keepPlaces(); };
+  form.activate = [&](ProbeForm& self) {
+    RECT window;
+    GetWindowRect(self.hwnd(), &window);
+    RedrawWindow(self.hwnd(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    SetWindowPos(self.hwnd(), nullptr, 0, 0, window.right - window.left + 40,
+                 window.bottom - window.top + 40, SWP_NOMOVE | SWP_NOZORDER);
+    checkIsPainted = GetUpdateRect(self.check.hwnd(), nullptr, FALSE) != FALSE;
+    okIsPainted = GetUpdateRect(self.ok.hwnd(), nullptr, FALSE) != FALSE;
+    self.close();
+  };
+  form.show(nullptr);
+  CHECK_FALSE(checkIsPainted);
+  CHECK(okIsPainted);
 }
 
 TEST_CASE("yielding handles what is in the queue and returns") {

@@ -104,6 +104,7 @@ class ListForm : public forms::Form {
   }
 
   void Form_Load() override {
+    keep(list, forms::left | forms::top | forms::bottom);
     for (const auto& text : texts_) add(text);
     list.select(0);
   }
@@ -240,5 +241,21 @@ TEST_CASE("a tip that is longer than its place is cut there") {
 TEST_CASE("a list is drawn aside and shown in one piece") {
   ListForm({L"pear"}, [](ListForm& form) {
     CHECK((ListView_GetExtendedListViewStyle(form.list.hwnd()) & LVS_EX_DOUBLEBUFFER) != 0);
+  });
+}
+
+TEST_CASE("a list that grows paints only what has come to it") {
+  ListForm({L"pear"}, [](ListForm& form) {
+    RECT window;
+    GetWindowRect(form.hwnd(), &window);
+    RedrawWindow(form.hwnd(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    RECT before;
+    GetClientRect(form.list.hwnd(), &before);
+    SetWindowPos(form.hwnd(), nullptr, 0, 0, window.right - window.left,
+                 window.bottom - window.top + 40, SWP_NOMOVE | SWP_NOZORDER);
+    RECT stale = {};
+    GetUpdateRect(form.list.hwnd(), &stale, FALSE);
+    CHECK(stale.top == before.bottom);
+    CHECK(stale.bottom == before.bottom + 40);
   });
 }

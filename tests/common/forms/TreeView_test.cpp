@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tests/support/ImportPatch.h"
 #include "tests/support/text_output.h"
 #include "webcopy/resource.h"
 
@@ -15,7 +16,9 @@ constexpr forms::TreeView::Images folder = {2, 3};
 class TreeForm : public forms::Form {
  public:
   TreeForm()
-      : Form(L"frmTree", IDD_SELECTWEBFOLDER), tree(*this, IDC_SELECTWEBFOLDER_TVFOLDERS, L'/') {}
+      : Form(L"frmTree", IDD_SELECTWEBFOLDER),
+        tree(*this, IDC_SELECTWEBFOLDER_TVFOLDERS, L'/'),
+        ok(*this, IDOK) {}
 
   void run(std::function<void(forms::TreeView&)> script) {
     script_ = std::move(script);
@@ -24,8 +27,13 @@ class TreeForm : public forms::Form {
   }
 
   forms::TreeView tree;
+  forms::Button ok;
 
  private:
+  void Form_Load() override {
+    keep(tree, forms::left | forms::top | forms::right | forms::bottom);
+    keep(ok, forms::right | forms::bottom);
+  }
   void Form_Activate() override {
     script_(tree);
     ran_ = true;
@@ -34,6 +42,60 @@ class TreeForm : public forms::Form {
 
   std::function<void(forms::TreeView&)> script_;
   bool ran_ = false;
+};
+
+// Messages of one kind that this thread sends to its windows. Wine's tree does not tell by itself
+// which extended style it was given.
+class SentMessages {
+ public:
+  explicit SentMessages(UINT message) : message_(message) {
+    current_ = this;
+    hook_ = SetWindowsHookExW(WH_CALLWNDPROC, note, nullptr, GetCurrentThreadId());
+  }
+  ~SentMessages() {
+    UnhookWindowsHookEx(hook_);
+    current_ = nullptr;
+  }
+  SentMessages(const SentMessages&) = delete;
+  SentMessages& operator=(const SentMessages&) = delete;
+
+  const std::vector<CWPSTRUCT>& all() const { return all_; }
+
+ private:
+  static LRESULT CALLBACK note(int code, WPARAM wParam, LPARAM lParam) {
+    const auto& sent = *reinterpret_cast<const CWPSTRUCT*>(lParam);
+    if (code == HC_ACTION && sent.message == current_->message_) current_->all_.push_back(sent);
+    return CallNextHookEx(current_->hook_, code, wParam, lParam);
+  }
+
+  static inline SentMessages* current_ = nullptr;
+  UINT message_;
+  HHOOK hook_ = nullptr;
+  std::vector<CWPSTRUCT> all_;
+};
+
+// The windows that the program declares stale as a whole, while it lives. Wine's tree does that
+// itself with every new size, which the region to be painted cannot be told from.
+class InvalidatedWindows {
+ public:
+  InvalidatedWindows() { current_ = this; }
+  ~InvalidatedWindows() { current_ = nullptr; }
+  InvalidatedWindows(const InvalidatedWindows&) = delete;
+  InvalidatedWindows& operator=(const InvalidatedWindows&) = delete;
+
+  bool hold(HWND window) const {
+    return std::find(windows_.begin(), windows_.end(), window) != windows_.end();
+  }
+
+ private:
+  static BOOL WINAPI note(HWND window, const RECT*, BOOL) {
+    current_->windows_.push_back(window);
+    return TRUE;
+  }
+
+  static inline InvalidatedWindows* current_ = nullptr;
+  std::vector<HWND> windows_;
+  ImportPatch patch_{nullptr, "user32.dll", "InvalidateRect", note};
 };
 
 std::vector<std::wstring> children(const forms::TreeView& tree, Node node) {
@@ -152,6 +214,40 @@ TEST_CASE("a removed node is gone with all below it") {
     tree.remove(child);
     CHECK(tree.firstChild(root) == nullptr);
     CHECK(TreeView_GetCount(tree.hwnd()) == 1);
+  });
+}
+
+TEST_CASE("a tree is drawn aside and shown in one piece") {
+  constexpr UINT setExtendedStyle = 0x112C;
+  constexpr WPARAM doubleBuffer = 0x0004;
+  const SentMessages sent(setExtendedStyle);
+  TreeForm form;
+  form.run([&](forms::TreeView& tree) {
+    REQUIRE(sent.all().size() == 1);
+    CHECK(sent.all()[0].hwnd == tree.hwnd());
+    CHECK((sent.all()[0].wParam & doubleBuffer) != 0);
+    CHECK((static_cast<WPARAM>(sent.all()[0].lParam) & doubleBuffer) != 0);
+  });
+}
+
+TEST_CASE("a form leaves it to the tree what is painted anew when both are sized") {
+  TreeForm form;
+  form.run([](forms::TreeView& tree) {
+    const HWND dialog = GetParent(tree.hwnd());
+    RECT before;
+    GetWindowRect(tree.hwnd(), &before);
+    RECT window;
+    GetWindowRect(dialog, &window);
+    {
+      const InvalidatedWindows invalidated;
+      SetWindowPos(dialog, nullptr, 0, 0, window.right - window.left + 40,
+                   window.bottom - window.top + 40, SWP_NOMOVE | SWP_NOZORDER);
+      CHECK_FALSE(invalidated.hold(tree.hwnd()));
+      CHECK(invalidated.hold(GetDlgItem(dialog, IDOK)));
+    }
+    RECT after;
+    GetWindowRect(tree.hwnd(), &after);
+    CHECK(after.right == before.right + 40);
   });
 }
 
