@@ -142,8 +142,9 @@ void frmQuillet::connectEvents() {
   wbPreview.onNavigateError = [this](const std::wstring& address, bool topFrame, bool& cancel) {
     wbPreview_NavigateError(address, topFrame, cancel);
   };
-  wbPreview.onDocumentComplete = [this](const std::wstring&, bool topFrame) {
-    if (topFrame) pageLoaded_ = true;
+  // The event of a page that has been left may come after the next one was asked for.
+  wbPreview.onDocumentComplete = [this](const std::wstring& address, bool topFrame) {
+    if (topFrame && isSamePage(address, page_)) pageLoaded_ = true;
   };
 }
 

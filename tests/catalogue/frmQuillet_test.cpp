@@ -591,6 +591,22 @@ TEST_CASE("the preview follows no link and opens no window and downloads nothing
   });
 }
 
+TEST_CASE("a page that was left and completes late takes no frames from the next one") {
+  BrowserWindow browser;
+  const std::wstring left = browser.addTemplate(L"a");
+  const std::wstring shown = browser.addTemplate(L"b");
+  browser.show([&] {
+    browser.page.isSlow = true;
+    browser.selectRow(1);
+    for (const std::wstring& stray : {std::wstring(L"about:blank"), left}) {
+      browser.page.completeLate(stray);
+      CHECK(browser.page.followInFrame(L"http://example.invalid/frame.htm"));
+    }
+    browser.page.arrive(shown);
+    CHECK_FALSE(browser.page.followInFrame(L"http://example.invalid/frame.htm"));
+  });
+}
+
 TEST_CASE("previewed pages run no scripts and no components") {
   BrowserWindow browser;
   browser.addTemplate(L"home");

@@ -219,6 +219,10 @@ bool FakeWebBrowser::followInFrame(const std::wstring& address) {
 
 void FakeWebBrowser::arrive(const std::wstring& address) { newest_->arrive(address); }
 
+void FakeWebBrowser::completeLate(const std::wstring& address) {
+  newest_->fire(DISPID_DOCUMENTCOMPLETE, {newest_->self(), address});
+}
+
 bool FakeWebBrowser::openWindow() {
   VARIANT_BOOL cancel = VARIANT_FALSE;
   newest_->fire(DISPID_NEWWINDOW2, {com::Variant()}, &cancel);

@@ -44,6 +44,8 @@ class FakeWebBrowser {
   bool followInFrame(const std::wstring& address);  // a link in a frame
   bool openWindow();
   void arrive(const std::wstring& address);  // a page that nobody asked for
+  // Tells only now that a page is there which has been left already.
+  void completeLate(const std::wstring& address);
   bool download(bool isDocument);
   void setCommandState(long command, bool enabled);
 
