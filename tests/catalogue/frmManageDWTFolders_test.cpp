@@ -3,9 +3,9 @@
 #include "catalogue/resource.h"
 #include "common/errors.h"
 #include "common/forms/folder_icons.h"
-#include "tests/catalogue/FolderPicker.h"
 #include "tests/catalogue/catalogue_support.h"
 #include "tests/support/DebugOutput.h"
+#include "tests/support/FolderPicker.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"
@@ -726,16 +726,20 @@ TEST_CASE("nothing is stored before OK") {
 }
 
 TEST_CASE("cancel and the close box and Escape store nothing") {
-  const std::pair<UINT, WPARAM> ways[] = {
-      {WM_COMMAND, IDCANCEL}, {WM_CLOSE, 0}, {WM_SYSCOMMAND, SC_CLOSE}};
-  for (const auto& way : ways) {
+  using Way = void (*)(HWND dialog, HWND list);
+  const Way ways[] = {[](HWND dialog, HWND) { press(dialog, IDCANCEL); },
+                      [](HWND dialog, HWND) { SendMessageW(dialog, WM_CLOSE, 0, 0); },
+                      [](HWND dialog, HWND) { SendMessageW(dialog, WM_SYSCOMMAND, SC_CLOSE, 0); },
+                      [](HWND, HWND list) { PostMessageW(list, WM_KEYDOWN, VK_ESCAPE, 1); }};
+  for (const Way leave : ways) {
     FolderDialog session;
     listForUser(session.registry, L"C:\\User");
     session.driver.answer(IDYES);
-    CHECK_FALSE(session.show([&](HWND dialog, const ShownList&) {
+    CHECK_FALSE(session.show([&](HWND dialog, const ShownList& list) {
       press(dialog, IDC_FOLDERS_REMOVE);
-      SendMessageW(dialog, way.first, way.second, 0);
-      CHECK_FALSE(IsWindowVisible(dialog));
+      CHECK(list.count() == 0);
+      leave(dialog, list.hwnd());
+      PostMessageW(dialog, WM_COMMAND, IDOK, 0);  // a dialog that is still open stores the list
     }));
     CHECK(session.stored() == Lines{L"C:\\User"});
   }

@@ -3,6 +3,7 @@
 #include "common/forms/resource.h"
 #include "common/log.h"
 #include "common/settings.h"
+#include "common/version.h"
 #include "tests/support/DebugOutput.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/ModalDriver.h"
@@ -13,6 +14,10 @@ namespace {
 
 constexpr wchar_t settingsKey[] =
     L"Software\\VB and VBA Program Settings\\Quillet Viewer\\Settings";
+
+constexpr wchar_t purpose[] =
+    L"Browses Dynamic Web Templates and copies them, with their themes, into the web that is open "
+    L"in FrontPage.";
 
 // Opens the about box with the log on or off, sets the check box and presses OK.
 struct AboutSession {
@@ -36,6 +41,24 @@ struct AboutSession {
 };
 
 }  // namespace
+
+TEST_CASE("the about box says what it is about") {
+  const ScratchRegistry registry;
+  std::vector<std::wstring> texts;
+  ModalDriver driver;
+  driver.onDialog(L"About Quillet", [&](HWND dialog) {
+    for (const int id :
+         {IDC_ABOUT_TITLE, IDC_ABOUT_VERSION, IDC_ABOUT_TEXT, IDC_ABOUT_LOGGING, IDOK})
+      texts.push_back(windowText(dialog, id));
+    press(dialog, IDOK);
+  });
+  frmAbout().ShowAbout(nullptr);
+  CHECK(texts == std::vector<std::wstring>{L"Quillet Viewer",
+                                           L"Version " + std::to_wstring(QUILLET_VERSION_MAJOR) +
+                                               L"." + std::to_wstring(QUILLET_VERSION_MINOR) +
+                                               L"." + std::to_wstring(QUILLET_VERSION_REVISION),
+                                           purpose, L"Write a diagnostic &log", L"OK"});
+}
 
 TEST_CASE("the about box shows the state of the log") {
   CHECK(AboutSession(0, BST_UNCHECKED).shownAs == BST_UNCHECKED);

@@ -1,7 +1,7 @@
 #include "common/forms/BrowseForFolder.h"
 
 #include "common/FileSearch.h"
-#include "tests/catalogue/FolderPicker.h"
+#include "tests/support/FolderPicker.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/text_output.h"
