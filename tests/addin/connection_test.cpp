@@ -29,6 +29,12 @@ struct Connected {
     addIn->OnBeginShutdown(nullptr);
     CHECK(addIn->OnDisconnection(mode, nullptr) == S_OK);
   }
+  // From the next window on.
+  void switchLogOn() {
+    registry.setString(HKEY_CURRENT_USER,
+                       L"Software\\VB and VBA Program Settings\\Quillet Viewer\\Settings",
+                       L"Logging", L"1");
+  }
   std::size_t entries() const {
     return (host.button(copyToWeb) ? 1U : 0U) + (host.button(dwtOnline) ? 1U : 0U);
   }
@@ -437,9 +443,7 @@ TEST_SUITE("connection to the host") {
   TEST_CASE("With an open web the online entry says that the catalogue is not installed") {
     ScratchFolder web;
     Connected connected({}, web.path());
-    connected.registry.setString(HKEY_CURRENT_USER,
-                                 L"Software\\VB and VBA Program Settings\\Quillet Viewer\\Settings",
-                                 L"Logging", L"1");
+    connected.switchLogOn();
     const DebugOutput output;
     connected.host.click(dwtOnline);
     const std::wstring missing =
@@ -454,10 +458,8 @@ TEST_SUITE("connection to the host") {
   TEST_CASE("What a host refuses is one line of the log with its number text and place") {
     ScratchFolder web;
     Connected connected({}, web.path());
-    connected.registry.setString(HKEY_CURRENT_USER,
-                                 L"Software\\VB and VBA Program Settings\\Quillet Viewer\\Settings",
-                                 L"Logging", L"1");
-    connected.host.click(dwtOnline);  // a window looks whether there is to be a log
+    connected.switchLogOn();
+    connected.host.click(dwtOnline);
     const DebugOutput output;
     connected.host.faults().refuse(L"CommandBarControl.Delete", L"This menu is locked.", 1004);
     connected.disconnect(userClosed);

@@ -7,20 +7,10 @@
 #include "tests/support/DebugOutput.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/support/error_number.h"
 #include "tests/support/text_output.h"
 
 namespace {
-
-// The number of the error that `operation` raises; 0 when it raises none.
-template <class Operation>
-long errorOf(Operation operation) {
-  try {
-    operation();
-    return 0;
-  } catch (const Error& error) {
-    return error.number();
-  }
-}
 
 std::wstring systemText(DWORD code) {
   wchar_t buffer[2048] = {};
@@ -375,14 +365,14 @@ TEST_CASE("a cancellation inside a template folder is passed on and not logged")
   folder.list.onAsked = [] { return false; };
   const LoggingOn logging;
   const DebugOutput output;
-  CHECK(errorOf([&] { folder.scan.RecurseFiles(folder / L"T"); }) == 512);
+  CHECK(numberOf([&] { folder.scan.RecurseFiles(folder / L"T"); }) == 512);
   CHECK(output.messages() == Lines{});
 }
 
 TEST_CASE("a scan can be cancelled at its very first entry") {
   ScannedFolder folder;
   folder.list.onAsked = [] { return false; };
-  CHECK(errorOf([&] { folder.run(); }) == 512);
+  CHECK(numberOf([&] { folder.run(); }) == 512);
   CHECK(folder.list.asked == 1);
 }
 

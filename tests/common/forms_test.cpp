@@ -10,6 +10,7 @@
 #include "tests/support/DialogResource.h"
 #include "tests/support/Frame.h"
 #include "tests/support/ModalDriver.h"
+#include "tests/support/error_number.h"
 #include "tests/support/text_output.h"
 
 namespace {
@@ -241,13 +242,7 @@ TEST_CASE("a missing dialog is error 429") {
     Missing() : Form(L"frmMissing", 999) {}
     void show() { showModal(nullptr); }
   } form;
-  long number = 0;
-  try {
-    form.show();
-  } catch (const Error& error) {
-    number = error.number();
-  }
-  CHECK(number == 429);
+  CHECK(numberOf([&] { form.show(); }) == 429);
 }
 
 TEST_CASE("a control's tool tip comes from the string with its number") {
@@ -372,12 +367,6 @@ TEST_CASE("a form that lacks one of its controls is error 429") {
     forms::Button nowhere;
   } form;
   const Frame frame;
-  long number = 0;
-  try {
-    form.show();
-  } catch (const Error& error) {
-    number = error.number();
-  }
-  CHECK(number == 429);
+  CHECK(numberOf([&] { form.show(); }) == 429);
   CHECK(IsWindowEnabled(frame.get()));
 }

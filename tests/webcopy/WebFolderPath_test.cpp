@@ -1,6 +1,7 @@
 #include "webcopy/WebFolderPath.h"
 
 #include "common/errors.h"
+#include "tests/support/error_number.h"
 #include "tests/support/text_output.h"
 
 using Names = std::vector<std::wstring>;
@@ -100,10 +101,5 @@ TEST_CASE("the number of a new folder is a 16-bit number") {
     taken.push_back(L"New_Folder" + std::to_wstring(number));
   CHECK(webfolder::freeFolderName(taken) == L"New_Folder32767");
   taken.push_back(L"New_Folder32767");
-  try {
-    webfolder::freeFolderName(taken);
-    FAIL("there is no free name left");
-  } catch (const Error& error) {
-    CHECK(error.number() == errors::overflow);
-  }
+  CHECK(numberOf([&] { webfolder::freeFolderName(taken); }) == errors::overflow);
 }

@@ -3,6 +3,7 @@
 #include "catalogue/resource.h"
 #include "common/forms/WebBrowser.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/support/error_number.h"
 #include "tests/support/pictures.h"
 #include "tests/support/text_output.h"
 
@@ -31,12 +32,7 @@ class PictureForm : public forms::Form {
 };
 
 long loadError(forms::PictureBox& box, const std::wstring& path) {
-  try {
-    box.load(path);
-    return 0;
-  } catch (const Error& error) {
-    return error.number();
-  }
+  return numberOf([&] { box.load(path); });
 }
 
 bool hasBar(const forms::PictureBox& box, DWORD style) {
