@@ -3,6 +3,7 @@
 
 #include "common/errors.h"
 #include "tests/support/ImportPatch.h"
+#include "tests/support/MadeUpFolder.h"
 #include "tests/support/text_output.h"
 #include "tests/webcopy/CopyFixture.h"
 
@@ -531,57 +532,6 @@ TEST_CASE("a refused import leaves the walk without a message and the run comes 
 
 namespace {
 
-// A folder that never ends, in place of the real one: `files` files and `folders` empty folders.
-struct EndlessFolder {
-  int files;
-  int folders;
-};
-EndlessFolder endless;
-int given;
-decltype(FindFirstFileA)* realFindFirst;
-decltype(FindNextFileA)* realFindNext;
-decltype(FindClose)* realFindClose;
-
-const HANDLE endlessSearch = reinterpret_cast<HANDLE>(0x1234);
-
-bool giveEntry(WIN32_FIND_DATAA& data) {
-  if (given >= endless.files + endless.folders) return false;
-  data = {};
-  data.dwFileAttributes =
-      given < endless.folders ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_ARCHIVE;
-  wsprintfA(data.cFileName, "entry%d", given++);
-  return true;
-}
-
-HANDLE WINAPI findFirst(LPCSTR pattern, WIN32_FIND_DATAA* data) {
-  if (strstr(pattern, "entry") || !strstr(pattern, "Endless")) return realFindFirst(pattern, data);
-  given = 0;
-  return giveEntry(*data) ? endlessSearch : INVALID_HANDLE_VALUE;
-}
-
-BOOL WINAPI findNext(HANDLE search, WIN32_FIND_DATAA* data) {
-  return search == endlessSearch ? giveEntry(*data) : realFindNext(search, data);
-}
-
-BOOL WINAPI findClose(HANDLE search) {
-  return search == endlessSearch ? TRUE : realFindClose(search);
-}
-
-struct EndlessPatch {
-  explicit EndlessPatch(EndlessFolder folder)
-      : first(nullptr, "kernel32.dll", "FindFirstFileA", findFirst),
-        next(nullptr, "kernel32.dll", "FindNextFileA", findNext),
-        close(nullptr, "kernel32.dll", "FindClose", findClose) {
-    endless = folder;
-    realFindFirst = first.original<decltype(FindFirstFileA)>();
-    realFindNext = next.original<decltype(FindNextFileA)>();
-    realFindClose = close.original<decltype(FindClose)>();
-  }
-  ImportPatch first;
-  ImportPatch next;
-  ImportPatch close;
-};
-
 constexpr wchar_t countOverflow[] =
     L"  ERROR in procedure CountFilesAndFolders of Form frmCopyToWeb. Error : Overflow";
 constexpr wchar_t runOverflow[] =
@@ -591,7 +541,7 @@ constexpr wchar_t runOverflow[] =
 
 TEST_CASE("32767 files and folders are not too many") {
   CopyFixture fixture;
-  const EndlessPatch patch({32766, 1});
+  const MadeUpFolder<AnsiSearch> endless("Endless", 1, 32766);
   RecordingView view;
   // The walk meets files that are not there.
   CHECK_FALSE(runCopy(fixture, view, L"/dwts", fixture.templateFolder(L"Endless")).copied);
@@ -602,7 +552,7 @@ TEST_CASE("32767 files and folders are not too many") {
 
 TEST_CASE("a count past 32767 is logged as an overflow and ends the count") {
   CopyFixture fixture;
-  const EndlessPatch patch({40000, 0});
+  const MadeUpFolder<AnsiSearch> endless("Endless", 0, 40000);
   RecordingView view;
   CHECK_FALSE(runCopy(fixture, view, L"/dwts", fixture.templateFolder(L"Endless")).copied);
   CHECK(has(fixture.log.messages(), countOverflow));
@@ -611,7 +561,7 @@ TEST_CASE("a count past 32767 is logged as an overflow and ends the count") {
 
 TEST_CASE("files and folders that pass 32767 together end the run with a message") {
   CopyFixture fixture;
-  const EndlessPatch patch({32767, 1});
+  const MadeUpFolder<AnsiSearch> endless("Endless", 1, 32767);
   RecordingView view;
   const RunResult result = runCopy(fixture, view, L"/dwts", fixture.templateFolder(L"Endless"));
   CHECK_FALSE(result.copied);

@@ -1,6 +1,6 @@
 #include "webcopy/frmSelectWebFolder.h"
 
-#include "tests/support/ImportPatch.h"
+#include "tests/support/MadeUpFolder.h"
 #include "tests/support/text_output.h"
 #include "tests/webcopy/PickerSession.h"
 #include "webcopy/resource.h"
@@ -111,62 +111,14 @@ TEST_CASE("the picker reads no more than the first level of a web to open") {
   });
 }
 
-namespace {
-
-// 49 folders below each folder of the web's first level, without making them on the disk.
-constexpr int innerFolders = 49;
-int innerGiven;
-decltype(FindFirstFileW)* realFindFirst;
-decltype(FindNextFileW)* realFindNext;
-decltype(FindClose)* realFindClose;
-
-const HANDLE innerSearch = reinterpret_cast<HANDLE>(0x1234);
-
-bool giveInner(WIN32_FIND_DATAW& data) {
-  if (innerGiven == innerFolders) return false;
-  data = {};
-  data.dwFileAttributes = FILE_ATTRIBUTE_DIRECTORY;
-  wsprintfW(data.cFileName, L"inner%02d", innerGiven++);
-  return true;
-}
-
-HANDLE WINAPI findFirst(LPCWSTR pattern, WIN32_FIND_DATAW* data) {
-  if (!wcsstr(pattern, L"\\site\\outer")) return realFindFirst(pattern, data);
-  innerGiven = 0;
-  return giveInner(*data) ? innerSearch : INVALID_HANDLE_VALUE;
-}
-
-BOOL WINAPI findNext(HANDLE search, WIN32_FIND_DATAW* data) {
-  return search == innerSearch ? giveInner(*data) : realFindNext(search, data);
-}
-
-BOOL WINAPI findClose(HANDLE search) {
-  return search == innerSearch ? TRUE : realFindClose(search);
-}
-
-struct InnerFoldersPatch {
-  InnerFoldersPatch()
-      : first(nullptr, "kernel32.dll", "FindFirstFileW", findFirst),
-        next(nullptr, "kernel32.dll", "FindNextFileW", findNext),
-        close(nullptr, "kernel32.dll", "FindClose", findClose) {
-    realFindFirst = first.original<decltype(FindFirstFileW)>();
-    realFindNext = next.original<decltype(FindNextFileW)>();
-    realFindClose = close.original<decltype(FindClose)>();
-  }
-  ImportPatch first;
-  ImportPatch next;
-  ImportPatch close;
-};
-
-}  // namespace
-
 TEST_CASE("a web of 5000 folders opens without reading more than its first level") {
   PickerSession session;
   Lines folders;
   for (int number = 100; number < 200; ++number)
     folders.push_back(L"outer" + std::to_wstring(number));
   session.makeFolders(folders);
-  const InnerFoldersPatch patch;
+  constexpr int innerFolders = 49;
+  const MadeUpFolder<WideSearch> inner(L"\\site\\outer", innerFolders, 0);
   session.look([&](const FolderTree& tree) {
     CHECK(tree.children(tree.at({L"site"})).size() == 100);
     CHECK(session.calls(L"WebFolders.Item") == 100);
