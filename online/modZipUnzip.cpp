@@ -7,7 +7,7 @@
 #include "common/NoSystemBoxes.h"
 #include "common/ansi.h"
 #include "common/errors.h"
-#include "common/forms/InputBox.h"
+#include "common/forms/frmInputBox.h"
 #include "common/message.h"
 #include "common/paths.h"
 #include "common/text.h"

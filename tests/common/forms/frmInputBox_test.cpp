@@ -1,4 +1,4 @@
-#include "common/forms/InputBox.h"
+#include "common/forms/frmInputBox.h"
 
 #include "common/forms/resource.h"
 #include "tests/support/Frame.h"
