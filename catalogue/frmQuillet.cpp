@@ -2,10 +2,10 @@
 
 #include "addin/host/environment.h"
 #include "catalogue/Destination.h"
-#include "catalogue/PageAddress.h"
 #include "catalogue/TemplateInfo.h"
 #include "catalogue/frmManageDWTFolders.h"
 #include "catalogue/resource.h"
+#include "common/forms/PageAddress.h"
 #include "common/forms/frmAbout.h"
 #include "common/log.h"
 #include "common/module.h"
@@ -142,10 +142,6 @@ void frmQuillet::connectEvents() {
   wbPreview.onNavigateError = [this](const std::wstring& address, bool topFrame, bool& cancel) {
     wbPreview_NavigateError(address, topFrame, cancel);
   };
-  // The event of a page that has been left may come after the next one was asked for.
-  wbPreview.onDocumentComplete = [this](const std::wstring& address, bool topFrame) {
-    if (topFrame && isSamePage(address, page_)) pageLoaded_ = true;
-  };
 }
 
 void frmQuillet::keepEdges() {
@@ -179,7 +175,7 @@ void frmQuillet::start() {
   modCommon::InitLog();
   RestoreWindowPlacementSetting(hwnd(), module::title, settings::general, settings::placement);
   writeVersions();
-  navigate(forms::WebBrowser::blankPage);
+  wbPreview.navigate(forms::WebBrowser::blankPage);
   destination_.clear();
   cbZoom.select(2);
   // A scan may take long: it is watched, and can be cancelled, on the screen.
@@ -270,7 +266,7 @@ void frmQuillet::clearPreview() {
   }
   cmdDWTNotes.tag.clear();
   lblTitle.setText(emptyHeading);
-  navigate(forms::WebBrowser::blankPage);
+  wbPreview.navigate(forms::WebBrowser::blankPage);
 }
 
 void frmQuillet::enableTemplateButtons(bool enabled) {
@@ -340,7 +336,7 @@ void frmQuillet::showPicture(const std::wstring& file) {
 }
 
 void frmQuillet::showPage(const std::wstring& file) {
-  navigate(modCommon::fileSize(file) == 0 ? forms::WebBrowser::blankPage : file);
+  wbPreview.navigate(modCommon::fileSize(file) == 0 ? forms::WebBrowser::blankPage : file);
   showPlace(false);
   cbZoom.setEnabled(false);
 }
@@ -358,26 +354,24 @@ void frmQuillet::showPlace(bool picture) {
   wbPreview.setVisible(!picture);
 }
 
-void frmQuillet::navigate(const std::wstring& address) {
-  page_ = address;
-  pageLoaded_ = false;
-  wbPreview.navigate(address);
-}
-
 // The preview shows its template and nothing else: a link that is followed in it goes nowhere.
 // Frames may load what they belong to, until the page is there.
 void frmQuillet::wbPreview_BeforeNavigate2(const std::wstring& address, bool topFrame,
                                            bool& cancel) {
-  handle(L"wbPreview_BeforeNavigate2",
-         [&] { cancel = topFrame ? !isSamePage(address, page_) : pageLoaded_; });
+  handle(L"wbPreview_BeforeNavigate2", [&] {
+    cancel =
+        topFrame ? !forms::isSamePage(address, wbPreview.requested()) : !wbPreview.isOnItsWay();
+  });
 }
 
-// No page of the browser's own about the error: a blank one that says so.
+// No page of the browser's own about the error: a blank one that says so. What becomes of a page
+// that has been left no longer matters.
 void frmQuillet::wbPreview_NavigateError(const std::wstring& address, bool topFrame, bool& cancel) {
   handle(L"wbPreview_NavigateError", [&] {
-    if (!topFrame || isSamePage(address, forms::WebBrowser::blankPage)) return;
+    if (!topFrame || forms::isSamePage(address, forms::WebBrowser::blankPage)) return;
     cancel = true;
-    navigate(forms::WebBrowser::blankPage);
+    if (!forms::isSamePage(address, wbPreview.requested())) return;
+    wbPreview.navigate(forms::WebBrowser::blankPage);
     wbPreview.setBodyHtml(previewErrorPage, previewErrorText);
   });
 }

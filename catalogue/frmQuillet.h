@@ -74,7 +74,6 @@ class frmQuillet : public forms::Form, private TemplateScanView {
   void showPage(const std::wstring& file);
   void showPreviewError();
   void showPlace(bool picture);
-  void navigate(const std::wstring& address);
   void applyZoom();
 
   void offerDefaultFolder(const HostWeb& web);
@@ -87,8 +86,6 @@ class frmQuillet : public forms::Form, private TemplateScanView {
   bool cancelFlag_ = true;    // cleared, an enumeration stops at its next check
   bool scanning_ = false;
   std::optional<forms::WaitCursor> wait_;
-  std::wstring page_;  // what wbPreview was sent to
-  bool pageLoaded_ = false;
 
   forms::Label lblDWTs;
   forms::ListView lvDWTs;

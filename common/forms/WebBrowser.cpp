@@ -4,6 +4,7 @@
 
 #include "common/Dispatch.h"
 #include "common/errors.h"
+#include "common/forms/PageAddress.h"
 #include "common/forms/WebBrowserSite.h"
 #include "common/handles.h"
 
@@ -93,6 +94,7 @@ void WebBrowser::navigate(const std::wstring& address) {
   com::Variant url(address);
   com::Variant none = com::Variant::missing();
   auto* const left = const_cast<VARIANT*>(&none.get());
+  requested_ = address;
   onItsWay_ = true;  // it may arrive, or fail, inside the call
   const HRESULT result = target.Navigate2(const_cast<VARIANT*>(&url.get()), left, left, left, left);
   if (FAILED(result)) onItsWay_ = false;
@@ -138,9 +140,16 @@ bool WebBrowser::replaceBody(const std::wstring& html) {
   }
 }
 
+// True when an event is about the page that was asked for, which is no longer on its way then. The
+// events of a page that has been left may come after the next one was asked for.
+bool WebBrowser::settle(const std::wstring& address, bool topFrame) {
+  if (!topFrame || !isSamePage(address, requested_)) return false;
+  onItsWay_ = false;
+  return true;
+}
+
 void WebBrowser::documentComplete(const std::wstring& address, bool topFrame) {
-  if (topFrame) onItsWay_ = false;
-  if (topFrame && !pendingBody_.empty() && replaceBody(pendingBody_)) {
+  if (settle(address, topFrame) && !pendingBody_.empty() && replaceBody(pendingBody_)) {
     pendingBody_.clear();
     text_.clear();
     showObject(true);

@@ -42,6 +42,10 @@ class WebBrowser : public Control {
   void refresh();
   void print();  // as the user would, with the system's own dialog
 
+  // What navigate() was last given, and whether that page has neither arrived nor failed yet.
+  const std::wstring& requested() const noexcept { return requested_; }
+  bool isOnItsWay() const noexcept { return onItsWay_; }
+
   // Whether it is loading something, as far as it says.
   bool busy() const noexcept;
 
@@ -78,6 +82,7 @@ class WebBrowser : public Control {
   bool replaceBody(const std::wstring& html);
   IWebBrowser2& browser();
   bool isTopFrame(IDispatch* frame) const noexcept;
+  bool settle(const std::wstring& address, bool topFrame);
   void documentComplete(const std::wstring& address, bool topFrame);
   void leaveByTab(bool backwards) noexcept;
 
@@ -88,8 +93,9 @@ class WebBrowser : public Control {
   ComPtr<IConnectionPoint> events_;
   DWORD cookie_ = 0;
   bool passive_ = false;
-  bool onItsWay_ = false;     // a page that was asked for has not arrived yet
-  std::wstring pendingBody_;  // for the page that is on its way
+  std::wstring requested_;
+  bool onItsWay_ = false;
+  std::wstring pendingBody_;  // for the requested page
   std::wstring text_;         // shown while there is no page
 };
 

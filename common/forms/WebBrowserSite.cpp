@@ -217,12 +217,13 @@ void WebBrowser::Site::beforeNavigate(const DISPPARAMS& arguments) {
 }
 
 void WebBrowser::Site::navigateError(const DISPPARAMS& arguments) {
-  if (arguments.cArgs < 5 || !owner_->onNavigateError) return;
+  if (arguments.cArgs < 5) return;
   const auto frame = argument(arguments, 4).object();
   const bool top = owner_->isTopFrame(frame.get());
-  if (top) owner_->onItsWay_ = false;
+  const std::wstring address = argument(arguments, 3).text();
+  owner_->settle(address, top);
   bool cancel = false;
-  owner_->onNavigateError(argument(arguments, 3).text(), top, cancel);
+  if (owner_->onNavigateError) owner_->onNavigateError(address, top, cancel);
   answer(arguments, cancel);
 }
 

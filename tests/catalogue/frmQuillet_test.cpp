@@ -562,6 +562,34 @@ TEST_CASE("a page that cannot be loaded is replaced by a blank one with the erro
   });
 }
 
+TEST_CASE("the error of a page that was left does not replace the next one") {
+  BrowserWindow browser;
+  const std::wstring left = browser.addTemplate(L"a");
+  const std::wstring shown = browser.addTemplate(L"b");
+  browser.show([&] {
+    browser.selectRow(1);
+    browser.page.failLate(left);
+    CHECK(browser.page.address() == shown);
+    CHECK(browser.page.bodyHtml().empty());
+  });
+}
+
+TEST_CASE("a page that was left does not take the error of the next one") {
+  BrowserWindow browser;
+  const std::wstring left = browser.addTemplate(L"a");
+  const std::wstring broken = browser.addTemplate(L"b");
+  browser.page.unreachable = [&](const std::wstring& address) { return address == broken; };
+  browser.show([&] {
+    browser.page.isSlow = true;
+    browser.selectRow(1);
+    browser.page.arrive(broken);
+    browser.page.completeLate(left);
+    CHECK(browser.page.bodyHtml().empty());
+    browser.page.arrive(L"about:blank");
+    CHECK(browser.page.bodyHtml() == errorBody);
+  });
+}
+
 TEST_CASE("where no page can be rendered the window still works") {
   BrowserWindow browser;
   browser.addTemplate(L"a");

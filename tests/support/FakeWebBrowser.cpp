@@ -223,6 +223,11 @@ void FakeWebBrowser::completeLate(const std::wstring& address) {
   newest_->fire(DISPID_DOCUMENTCOMPLETE, {newest_->self(), address});
 }
 
+void FakeWebBrowser::failLate(const std::wstring& address) {
+  VARIANT_BOOL cancel = VARIANT_FALSE;
+  newest_->fire(DISPID_NAVIGATEERROR, {newest_->self(), address, L"", 404}, &cancel);
+}
+
 bool FakeWebBrowser::openWindow() {
   VARIANT_BOOL cancel = VARIANT_FALSE;
   newest_->fire(DISPID_NEWWINDOW2, {com::Variant()}, &cancel);

@@ -46,6 +46,7 @@ class FakeWebBrowser {
   void arrive(const std::wstring& address);  // a page that nobody asked for
   // Tells only now that a page is there which has been left already.
   void completeLate(const std::wstring& address);
+  void failLate(const std::wstring& address);  // the same of one that cannot be loaded
   bool download(bool isDocument);
   void setCommandState(long command, bool enabled);
 

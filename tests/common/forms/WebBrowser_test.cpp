@@ -200,7 +200,7 @@ TEST_CASE("a body that is set before there is a page is put into the next one") 
     form.page.navigate(L"http://one/");
     form.page.setBodyHtml(L"<p>instead</p>", L"instead");
     fake.hasDocument = true;
-    fake.arrive(L"about:blank");
+    fake.arrive(L"http://one/");
     CHECK(fake.bodyHtml() == L"<p>instead</p>");
   });
 }
@@ -219,6 +219,28 @@ TEST_CASE("a body that is set while a page is on its way is put into that page")
     form.page.navigate(L"http://three/");
     CHECK(fake.bodyHtml().empty());
   });
+}
+
+TEST_CASE("a page that was left takes no body from the one that is on its way") {
+  for (const bool fails : {false, true}) {
+    CAPTURE(fails);
+    FakeWebBrowser fake;
+    show([&](PageForm& form) {
+      form.page.navigate(L"http://one/");
+      fake.isSlow = true;
+      form.page.navigate(L"http://two/");
+      form.page.setBodyHtml(L"<p>instead</p>", L"instead");
+      if (fails)
+        fake.failLate(L"http://one/");
+      else
+        fake.completeLate(L"http://one/");
+      CHECK(fake.bodyHtml().empty());
+      form.page.setBodyHtml(L"<p>again</p>", L"again");
+      CHECK(fake.bodyHtml().empty());
+      fake.arrive(L"http://two/");
+      CHECK(fake.bodyHtml() == L"<p>again</p>");
+    });
+  }
 }
 
 TEST_CASE("the system's own browser component can be hosted and left") {

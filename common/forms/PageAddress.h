@@ -3,7 +3,11 @@
 
 #include <string>
 
+namespace forms {
+
 // Whether the address `reached`, as the browser reports it, is the page that was asked for as
 // `wanted`: a local path or a URL. The browser turns paths into file URLs; a place inside the page
 // ("#...") is still that page.
 bool isSamePage(const std::wstring& reached, const std::wstring& wanted);
+
+}  // namespace forms

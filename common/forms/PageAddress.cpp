@@ -1,4 +1,4 @@
-#include "catalogue/PageAddress.h"
+#include "common/forms/PageAddress.h"
 
 #include <windows.h>
 #include <shlwapi.h>
@@ -7,6 +7,7 @@
 
 #include "common/letter_case.h"
 
+namespace forms {
 namespace {
 
 // A file URL as the local path it stands for, everything else as it is.
@@ -27,3 +28,5 @@ bool isSamePage(const std::wstring& reached, const std::wstring& wanted) {
   return place != std::wstring::npos &&
          text::equalIgnoringCase(plain(reached.substr(0, place)), plain(wanted));
 }
+
+}  // namespace forms
