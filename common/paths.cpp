@@ -117,10 +117,12 @@ std::wstring fullPath(const std::wstring& path) {
   return full;
 }
 
-// Empty for a drive.
+// Empty for a drive or share.
 std::wstring folderAbove(const std::wstring& path) {
+  const bool onShare = text::beginsIgnoringCase(path, L"\\\\");
+  const auto shareName = onShare ? path.find(L'\\', 2) : 0;
   const auto slash = path.rfind(L'\\');
-  return path.substr(0, slash == path.npos ? 0 : slash);
+  return slash == path.npos || slash <= shareName ? std::wstring() : path.substr(0, slash);
 }
 
 // What is the same under all names of a folder.

@@ -9,6 +9,7 @@
 #include "common/FileSearch.h"
 #include "common/IniFile.h"
 #include "common/NameSet.h"
+#include "common/NoSystemBoxes.h"
 #include "common/description_file.h"
 #include "common/errors.h"
 #include "common/handles.h"
@@ -64,6 +65,7 @@ std::wstring baseNameOf(const HostFile& file) {
 
 // While it is held, nobody can delete the file.
 handles::File holdFile(const std::wstring& path) {
+  const NoSystemBoxes quiet;
   handles::File file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                  nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file) throw errors::fromLastError();
@@ -190,7 +192,7 @@ void CopyRun::copy() {
     if (!OverwriteChosen_) return;
   }
   WriteLog(L"Copying files and folders to the web.");
-  const HostFolder folder = createFolder(targetPath_);
+  const HostFolder folder = createFolder(targetPath_, {});
   check();
   LogIndent(true);
   CopyFolderTree(SourcePath_, folder.url());
@@ -261,24 +263,23 @@ void CopyRun::countEntries(const std::wstring& folder) {
   } while (search.next());
 }
 
-HostFolder CopyRun::createFolder(const std::wstring& path) {
+HostFolder CopyRun::createFolder(const std::wstring& path, const std::wstring& below) {
   WriteLog({L"Creating folder : ", host_.makeAbsolute(web().url(), path)});
-  spareTemplate(path);
+  spareTemplate(below);
   return web().createFolder(path);
 }
 
 // A folder of the web that is the template's own, or lies in it, is none to copy to: the web's
 // file would be deleted to make room for itself, and the walk would never leave what it makes.
-void CopyRun::spareTemplate(const std::wstring& path) const {
-  const std::wstring address =
-      webpath::isAbsolute(path) ? path : text::join({web().url(), L"/", webpath::normal(path)});
-  // Whether a host escapes its addresses is its own affair, so each is read in both ways.
-  const std::wstring escaped =
-      text::replaceAll(text::replaceAll(address, L"%", L"%25"), L"#", L"%23");
-  const auto isOwn = [this](const std::wstring& url) {
-    return modCommon::liesWithin(modCommon::localPathOf(url), SourcePath_);
-  };
-  if (isOwn(address) || (escaped != address && isOwn(escaped))) throw Error(errors::pathFileAccess);
+void CopyRun::spareTemplate(const std::wstring& below) const {
+  // What follows the host's address bears its name on the disk, where nothing is escaped.
+  const std::wstring name(text::afterLast(SourcePath_, L'\\'));
+  const bool isGiven = webpath::isAbsolute(DestinationFolder_);
+  const std::wstring rest = isGiven ? name : webpath::normal(DestinationFolder_ + name);
+  for (const auto& path : webpath::localPaths(isGiven ? DestinationFolder_ : web().url()))
+    if (modCommon::liesWithin(text::join({modCommon::withBackslash(path), rest, L"\\", below}),
+                              SourcePath_))
+      throw Error(errors::pathFileAccess);
 }
 
 // An error other than a cancel leaves the whole walk without a message; the run still comes to its
@@ -323,7 +324,7 @@ void CopyRun::copyFolder(const std::wstring& source, const std::wstring& target,
                          const std::wstring& name) {
   check();
   LogIndent(false);
-  createFolder(target + name);
+  createFolder(target + name, (source + name).substr(modCommon::withBackslash(SourcePath_).size()));
   view_.showCurrentStatus(name);
   copyEntries(source + name, target + name);
   view_.stepCurrent();

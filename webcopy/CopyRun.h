@@ -71,8 +71,9 @@ class CopyRun {
 
   void CountFilesAndFolders(const std::wstring& folder);
   void countEntries(const std::wstring& folder);
-  HostFolder createFolder(const std::wstring& path);
-  void spareTemplate(const std::wstring& path) const;
+  // `below` is where the folder lies in the template; empty for the template's own.
+  HostFolder createFolder(const std::wstring& path, const std::wstring& below);
+  void spareTemplate(const std::wstring& below) const;
   void CopyFolderTree(const std::wstring& sourceFolder, const std::wstring& webFolder);
   void copyEntries(const std::wstring& sourceFolder, const std::wstring& webFolder);
   void copyFolder(const std::wstring& source, const std::wstring& target, const std::wstring& name);

@@ -512,6 +512,15 @@ TEST_CASE("a folder is known under a name of another kind") {
   CHECK_FALSE(liesWithin(L"\\\\?\\" + disk / L"Red", folder));
 }
 
+TEST_CASE("what lies on a server's share does not lie on the current drive") {
+  wchar_t current[MAX_PATH] = {};
+  GetCurrentDirectoryW(MAX_PATH, current);
+  const std::wstring drive = std::wstring(current).substr(0, 3);
+  CHECK_FALSE(liesWithin(L"\\\\server\\share", drive));
+  CHECK_FALSE(liesWithin(L"\\\\server\\share\\web", drive));
+  CHECK(liesWithin(L"\\\\server\\share\\web", L"\\\\SERVER\\share"));
+}
+
 TEST_CASE("the current folder does not stand for its whole drive") {
   ScratchFolder disk;
   wchar_t before[MAX_PATH] = {};

@@ -155,6 +155,19 @@ TEST_CASE("a template whose name looks like an escape is not copied onto itself"
   }
 }
 
+TEST_CASE("a template whose name looks like an escape is known below an escaped address") {
+  for (const wchar_t* name : {L"\\dwts\\50%20off", L"\\dwts\\C#1", L"\\dwts\\Blue skies"}) {
+    CAPTURE(std::wstring(name));
+    for (const bool absolute : {false, true}) {
+      CAPTURE(absolute);
+      OwnTemplate own(name);
+      own.fixture.host.options() = escapedAddress(own.fixture);
+      const std::wstring web = own.fixture.application().activeWeb()->url();
+      checkRefused(own, (absolute ? web : L"") + L"/dwts", own.folder);
+    }
+  }
+}
+
 TEST_CASE("a template in the web can be copied to another folder of the web") {
   for (const wchar_t* destination : {L"/other", L"/dwts/Blue2", L"/"}) {
     CAPTURE(std::wstring(destination));
