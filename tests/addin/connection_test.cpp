@@ -469,6 +469,23 @@ TEST_SUITE("connection to the host") {
     CHECK(output.messages() == std::vector<std::wstring>{line, line});  // one for each entry
   }
 
+  TEST_CASE("A connection that made no entry leaves one line in the log when it ends") {
+    ScratchFolder web;
+    Connected connected({}, web.path());
+    connected.switchLogOn();
+    connected.host.click(dwtOnline);
+    connected.disconnect(userClosed);
+    connected.host.faults().refuse(L"CommandBarControls.Add", L"No.");
+    const auto another = connected.module.connection();
+    another->OnConnection(connected.host.application(), atStartup, nullptr, nullptr);
+    const DebugOutput output;
+    another->OnDisconnection(userClosed, nullptr);
+    CHECK(output.messages() ==
+          std::vector<std::wstring>{L"Error 91 (Object variable or With block variable not set) in "
+                                    L"procedure IDTExtensibility2_OnDisconnection of Module "
+                                    L"DWTemplate"});
+  }
+
   TEST_CASE("The online catalogue's own button goes on to the browser and its close box does not") {
     for (const bool byButton : {true, false}) {
       ScratchFolder web;
