@@ -77,15 +77,9 @@ void frmDownloadProgress::showCaption(const std::wstring& text) {
 }
 
 void frmDownloadProgress::fail(const std::wstring& text, const std::wstring& title) {
-  showMessage(messageOwner(), text, MB_ICONHAND, title);
+  showMessage(boxOwner(), text, MB_ICONHAND, title);
 }
 
-bool frmDownloadProgress::ask(const std::wstring& text) {
-  return showMessage(messageOwner(), text, MB_YESNO, Form::caption()) == IDYES;
-}
+bool frmDownloadProgress::ask(const std::wstring& text) { return message(text, MB_YESNO) == IDYES; }
 
-// A run may have something to say before its window has come or after it has gone: over the
-// window's owner then.
-HWND frmDownloadProgress::messageOwner() const {
-  return isUnloaded() ? GetWindow(hwnd(), GW_OWNER) : boxOwner();
-}
+HWND frmDownloadProgress::messageOwner() const { return boxOwner(); }

@@ -123,22 +123,13 @@ void frmCopyToWeb::finishCurrent() {
 }
 
 bool frmCopyToWeb::ask(const std::wstring& text) {
-  return show(text, MB_YESNO | MB_ICONQUESTION) == IDYES;
+  return message(text, MB_YESNO | MB_ICONQUESTION) == IDYES;
 }
 
-void frmCopyToWeb::inform(const std::wstring& text) { show(text, MB_OK | MB_ICONINFORMATION); }
+void frmCopyToWeb::inform(const std::wstring& text) { message(text, MB_OK | MB_ICONINFORMATION); }
 
-void frmCopyToWeb::fail(const std::wstring& text) { show(text, MB_OK | MB_ICONERROR); }
+void frmCopyToWeb::fail(const std::wstring& text) { message(text, MB_OK | MB_ICONERROR); }
 
 std::wstring frmCopyToWeb::caption() const { return Form::caption(); }
 
 void frmCopyToWeb::unload() { Form::unload(); }
-
-// A run may have something to say after its window has gone: over the window's owner then.
-int frmCopyToWeb::show(const std::wstring& text, UINT style) const noexcept {
-  try {
-    return showMessage(isUnloaded() ? GetWindow(hwnd(), GW_OWNER) : hwnd(), text, style, caption());
-  } catch (...) {
-    return 0;
-  }
-}

@@ -38,8 +38,6 @@ class frmCopyToWeb final : public forms::Form, private CopyRunView {
   std::wstring caption() const override;
   void unload() override;
 
-  int show(const std::wstring& text, UINT style) const noexcept;
-
   forms::Label lblDWT;
   forms::Label lblDWTName;
   forms::Label lblToWeb;

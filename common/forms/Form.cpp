@@ -177,7 +177,7 @@ int Form::message(std::wstring_view text, UINT style) const noexcept {
 }
 
 HWND Form::boxOwner() const noexcept {
-  return IsWindowVisible(window_) ? window_ : GetWindow(window_, GW_OWNER);
+  return IsWindowVisible(window_) && !unloaded_ ? window_ : GetWindow(window_, GW_OWNER);
 }
 
 void Form::showModal(HWND owner) {

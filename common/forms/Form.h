@@ -68,7 +68,7 @@ class Form {
   // On the screen before Form_Load has ended, for a load that takes its time.
   void showNow() noexcept;
 
-  // What boxes stand over: this window, or its owner while this one is not on the screen.
+  // What boxes stand over: this window, or its owner before this one has come and after it has gone.
   HWND boxOwner() const noexcept;
 
   // Events, in the order of a form's life.
