@@ -454,24 +454,19 @@ void Form::layOut() noexcept {
   const LONG wider = client.right - designedClient_.cx;
   const LONG taller = client.bottom - designedClient_.cy;
   HDWP batch = BeginDeferWindowPos(static_cast<int>(anchors_.size()));
-  for (Anchor& anchor : anchors_) {
+  for (const Anchor& anchor : anchors_) {
     const HWND window = anchor.control->window_;
     const RECT former = placeOf(window);
     const RECT place = placeOf(anchor, wider, taller);
     if (EqualRect(&place, &former)) continue;
-    // The picture of a control that moves does not always move with it.
-    const bool moves = place.left != former.left || place.top != former.top;
-    anchor.isStale = moves || anchor.control->repaintsWhenSized();
+    // Nothing is painted anew that need not be: that would flicker.
+    const UINT painting = anchor.control->repaintsWhenSized() ? SWP_NOCOPYBITS : 0;
     const SIZE size = sizeOf(place);
     if (batch)
       batch = DeferWindowPos(batch, window, nullptr, place.left, place.top, size.cx, size.cy,
-                             SWP_NOZORDER | SWP_NOACTIVATE);
+                             SWP_NOZORDER | SWP_NOACTIVATE | painting);
   }
   if (batch) EndDeferWindowPos(batch);
-  // Nothing else is painted anew: that would flicker.
-  for (Anchor& anchor : anchors_)
-    if (std::exchange(anchor.isStale, false))
-      InvalidateRect(anchor.control->window_, nullptr, TRUE);
 }
 
 // The designed size, or what the screen has room for where large letters make that less.

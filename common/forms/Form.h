@@ -68,7 +68,8 @@ class Form {
   // On the screen before Form_Load has ended, for a load that takes its time.
   void showNow() noexcept;
 
-  // What boxes stand over: this window, or its owner before this one has come and after it has gone.
+  // What boxes stand over: this window, or its owner before this one has come and after it has
+  // gone.
   HWND boxOwner() const noexcept;
 
   // Events, in the order of a form's life.
@@ -107,7 +108,6 @@ class Form {
     const Control* control;
     unsigned edges;
     RECT designed;
-    bool isStale = false;  // what it shows is of its former place
   };
 
   static INT_PTR CALLBACK dialogProcedure(HWND, UINT, WPARAM, LPARAM) noexcept;

@@ -74,28 +74,29 @@ class SentMessages {
   std::vector<CWPSTRUCT> all_;
 };
 
-// The windows that the program declares stale as a whole, while it lives. Wine's tree does that
-// itself with every new size, which the region to be painted cannot be told from.
-class InvalidatedWindows {
+// The windows that the program places without what they show, while it lives. Wine's tree declares
+// itself stale with every new size, which the region to be painted cannot be told from.
+class BlankedWindows {
  public:
-  InvalidatedWindows() { current_ = this; }
-  ~InvalidatedWindows() { current_ = nullptr; }
-  InvalidatedWindows(const InvalidatedWindows&) = delete;
-  InvalidatedWindows& operator=(const InvalidatedWindows&) = delete;
+  BlankedWindows() { current_ = this; }
+  ~BlankedWindows() { current_ = nullptr; }
+  BlankedWindows(const BlankedWindows&) = delete;
+  BlankedWindows& operator=(const BlankedWindows&) = delete;
 
   bool hold(HWND window) const {
     return std::find(windows_.begin(), windows_.end(), window) != windows_.end();
   }
 
  private:
-  static BOOL WINAPI note(HWND window, const RECT*, BOOL) {
-    current_->windows_.push_back(window);
-    return TRUE;
+  static HDWP WINAPI note(HDWP batch, HWND window, HWND after, int x, int y, int cx, int cy,
+                          UINT flags) {
+    if (flags & SWP_NOCOPYBITS) current_->windows_.push_back(window);
+    return current_->patch_.original<decltype(note)>()(batch, window, after, x, y, cx, cy, flags);
   }
 
-  static inline InvalidatedWindows* current_ = nullptr;
+  static inline BlankedWindows* current_ = nullptr;
   std::vector<HWND> windows_;
-  ImportPatch patch_{nullptr, "user32.dll", "InvalidateRect", note};
+  ImportPatch patch_{nullptr, "user32.dll", "DeferWindowPos", note};
 };
 
 std::vector<std::wstring> children(const forms::TreeView& tree, Node node) {
@@ -239,11 +240,11 @@ TEST_CASE("a form leaves it to the tree what is painted anew when both are sized
     RECT window;
     GetWindowRect(dialog, &window);
     {
-      const InvalidatedWindows invalidated;
+      const BlankedWindows blanked;
       SetWindowPos(dialog, nullptr, 0, 0, window.right - window.left + 40,
                    window.bottom - window.top + 40, SWP_NOMOVE | SWP_NOZORDER);
-      CHECK_FALSE(invalidated.hold(tree.hwnd()));
-      CHECK(invalidated.hold(GetDlgItem(dialog, IDOK)));
+      CHECK_FALSE(blanked.hold(tree.hwnd()));
+      CHECK(blanked.hold(GetDlgItem(dialog, IDOK)));
     }
     RECT after;
     GetWindowRect(tree.hwnd(), &after);
