@@ -214,6 +214,16 @@ std::wstring localPathOf(const std::wstring& address) {
   return text::trimBlanks(text::cutAtNul({path, MAX_PATH}));
 }
 
+std::vector<std::wstring> localPathsOf(const std::wstring& address) {
+  const std::wstring escaped =
+      text::replaceAll(text::replaceAll(address, L"%", L"%25"), L"#", L"%23");
+  std::vector<std::wstring> paths;
+  for (const std::wstring* reading : {&address, &escaped})
+    if (auto path = localPathOf(*reading); !path.empty() && (paths.empty() || paths[0] != path))
+      paths.push_back(std::move(path));
+  return paths;
+}
+
 bool liesWithin(const std::wstring& path, const std::wstring& folder) {
   const std::wstring place = fullPath(folder);
   const FolderIdentity wanted = identityOf(place);

@@ -5,6 +5,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "common/errors.h"
 #include "common/module.h"
@@ -53,6 +54,9 @@ bool folderExists(std::wstring_view path);
 // The path that a file URL stands for, by the system's conversion. Empty for another address, or
 // one whose path is too long for the system.
 std::wstring localPathOf(const std::wstring& address);
+
+// All that a URL may stand for whose author has escaped it or not; nothing for one on a server.
+std::vector<std::wstring> localPathsOf(const std::wstring& address);
 
 // True when `path`, which need not exist, is `folder` or lies below it, however the two are
 // written: letter case, short names, links and other names of a drive make no difference.

@@ -192,6 +192,7 @@ void CopyRun::copy() {
     if (!OverwriteChosen_) return;
   }
   WriteLog(L"Copying files and folders to the web.");
+  targetPlaces_ = findTargetPlaces();
   const HostFolder folder = createFolder(targetPath_, {});
   check();
   LogIndent(true);
@@ -272,14 +273,24 @@ HostFolder CopyRun::createFolder(const std::wstring& path, const std::wstring& b
 // A folder of the web that is the template's own, or lies in it, is none to copy to: the web's
 // file would be deleted to make room for itself, and the walk would never leave what it makes.
 void CopyRun::spareTemplate(const std::wstring& below) const {
-  // What follows the host's address bears its name on the disk, where nothing is escaped.
-  const std::wstring name(text::afterLast(SourcePath_, L'\\'));
-  const bool isGiven = webpath::isAbsolute(DestinationFolder_);
-  const std::wstring rest = isGiven ? name : webpath::normal(DestinationFolder_ + name);
-  for (const auto& path : webpath::localPaths(isGiven ? DestinationFolder_ : web().url()))
-    if (modCommon::liesWithin(text::join({modCommon::withBackslash(path), rest, L"\\", below}),
-                              SourcePath_))
+  for (const auto& place : targetPlaces_)
+    if (modCommon::liesWithin(text::join({place, L"\\", below}), SourcePath_))
       throw Error(errors::pathFileAccess);
+}
+
+// Whether a host escapes what it tells of the destination is its own affair; names that come from
+// the disk are never escaped.
+std::vector<std::wstring> CopyRun::findTargetPlaces() const {
+  std::vector<std::wstring> places;
+  const auto add = [&](const std::wstring& address, const std::wstring& rest) {
+    for (const auto& path : modCommon::localPathsOf(address))
+      places.push_back(modCommon::withBackslash(path) + rest);
+  };
+  const std::wstring name(text::afterLast(SourcePath_, L'\\'));
+  const std::wstring rest = web().relative(DestinationFolder_ + name);
+  if (webpath::isAbsolute(DestinationFolder_)) add(DestinationFolder_, name);
+  if (!webpath::isAbsolute(rest)) add(web().url(), rest);
+  return places;
 }
 
 // An error other than a cancel leaves the whole walk without a message; the run still comes to its

@@ -74,6 +74,7 @@ class CopyRun {
   // `below` is where the folder lies in the template; empty for the template's own.
   HostFolder createFolder(const std::wstring& path, const std::wstring& below);
   void spareTemplate(const std::wstring& below) const;
+  std::vector<std::wstring> findTargetPlaces() const;
   void CopyFolderTree(const std::wstring& sourceFolder, const std::wstring& webFolder);
   void copyEntries(const std::wstring& sourceFolder, const std::wstring& webFolder);
   void copyFolder(const std::wstring& source, const std::wstring& target, const std::wstring& name);
@@ -94,7 +95,8 @@ class CopyRun {
   CopyRunView& view_;
   std::optional<HostWeb> web_;
   std::wstring SourcePath_;
-  std::wstring targetPath_;  // the template's folder in the web
+  std::wstring targetPath_;                 // the template's folder in the web
+  std::vector<std::wstring> targetPlaces_;  // where that may lie on the local disk
   std::optional<HostFolder> existing_;
   bool OverwriteChosen_ = false;
   short FileCount_ = 0;

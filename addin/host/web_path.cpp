@@ -1,8 +1,5 @@
 #include "addin/host/web_path.h"
 
-#include "common/paths.h"
-#include "common/text.h"
-
 namespace webpath {
 
 std::vector<std::wstring> levels(std::wstring_view path) {
@@ -32,15 +29,6 @@ std::wstring normal(std::wstring_view path) {
 bool isAbsolute(std::wstring_view path) {
   const auto mark = path.find(L"://");
   return mark != path.npos && mark >= 2 && path.find_first_of(L"/\\") == mark + 1;
-}
-
-std::vector<std::wstring> localPaths(const std::wstring& address) {
-  const std::wstring escaped =
-      text::replaceAll(text::replaceAll(address, L"%", L"%25"), L"#", L"%23");
-  std::vector<std::wstring> paths = {modCommon::localPathOf(address)};
-  if (escaped != address) paths.push_back(modCommon::localPathOf(escaped));
-  std::erase(paths, std::wstring());
-  return paths;
 }
 
 }  // namespace webpath

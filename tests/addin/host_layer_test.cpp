@@ -210,17 +210,6 @@ TEST_SUITE("paths in a web") {
     CHECK_FALSE(webpath::isAbsolute(L"c:/dwts"));
     CHECK_FALSE(webpath::isAbsolute(L""));
   }
-
-  TEST_CASE("An address is read as escaped and as it stands") {
-    using Paths = std::vector<std::wstring>;
-    CHECK(webpath::localPaths(L"file:///C:/my%20webs/a") ==
-          Paths{L"C:\\my webs\\a", L"C:\\my%20webs\\a"});
-    CHECK(webpath::localPaths(L"file:///C:/C#1/").back() == L"C:\\C#1\\");
-    CHECK(webpath::localPaths(L"file:///C:/my webs") == Paths{L"C:\\my webs"});
-    CHECK(webpath::localPaths(L"file://server/share/a") == Paths{L"\\\\server\\share\\a"});
-    CHECK(webpath::localPaths(L"http://server/sub").empty());
-    CHECK(webpath::localPaths(L"").empty());
-  }
 }
 
 TEST_SUITE("open web") {

@@ -479,6 +479,17 @@ TEST_CASE("a folder and what is below it lies within it and nothing else does") 
   CHECK_FALSE(liesWithin(L"Q:\\gone", folder));
 }
 
+TEST_CASE("an address is read as escaped and as it stands") {
+  CHECK(localPathsOf(L"file:///C:/my%20webs/a") ==
+        std::vector<std::wstring>{L"C:\\my webs\\a", L"C:\\my%20webs\\a"});
+  CHECK(localPathsOf(L"file:///C:/C#1/").back() == L"C:\\C#1\\");
+  CHECK(localPathsOf(L"file:///C:/my webs") == std::vector<std::wstring>{L"C:\\my webs"});
+  CHECK(localPathsOf(L"file://server/share/a") ==
+        std::vector<std::wstring>{L"\\\\server\\share\\a"});
+  CHECK(localPathsOf(L"http://server/sub").empty());
+  CHECK(localPathsOf(L"").empty());
+}
+
 TEST_CASE("what has no path lies nowhere and holds nothing") {
   ScratchFolder disk;
   CHECK_FALSE(liesWithin(L"", disk.path()));

@@ -168,6 +168,16 @@ TEST_CASE("a template whose name looks like an escape is known below an escaped 
   }
 }
 
+TEST_CASE("a template in a folder that looks like an escape is known below an escaped address") {
+  for (const bool absolute : {false, true}) {
+    CAPTURE(absolute);
+    OwnTemplate own(L"\\50%20off\\Blue");
+    own.fixture.host.options() = escapedAddress(own.fixture);
+    const std::wstring web = own.fixture.application().activeWeb()->url();
+    checkRefused(own, (absolute ? web : L"") + L"/50%20off", own.folder);
+  }
+}
+
 TEST_CASE("a template in the web can be copied to another folder of the web") {
   for (const wchar_t* destination : {L"/other", L"/dwts/Blue2", L"/"}) {
     CAPTURE(std::wstring(destination));
