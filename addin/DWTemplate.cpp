@@ -163,13 +163,13 @@ void DWTemplate::IDTExtensibility2_OnDisconnection(long RemoveMode) noexcept {
   const MenuButton onlineButton = std::move(m_btnDWTOnline);
   m_btnCopyToWeb = {};
   m_btnDWTOnline = {};
+  // An entry that cannot even tell its tag must not keep the other one in the menu.
   for (const MenuButton* button : {&copyButton, &onlineButton}) {
     quietly(L"IDTExtensibility2_OnDisconnection", [&] {
       if (!button->control) throw Error(errors::objectNotSet);
       RemoveAddInCommandBarButton(RemoveMode, button->control->tag());
     });
-    // One that cannot even tell its tag must not keep the other one in the menu.
-    if (!button->control) return;
+    if (!button->control) return;  // without the first entry there is no second
   }
 }
 

@@ -88,7 +88,7 @@ IWebBrowser2& WebBrowser::browser() {
 
 void WebBrowser::navigate(const std::wstring& address) {
   IWebBrowser2& target = browser();
-  pendingBody_.clear();
+  body_.clear();
   text_.clear();
   showObject(true);
   com::Variant url(address);
@@ -122,9 +122,9 @@ std::wstring WebBrowser::address() const {
 }
 
 void WebBrowser::setBodyHtml(const std::wstring& html, const std::wstring& text) {
+  body_ = html;
   // The page that is still shown would take the text away with it.
   if (!onItsWay_ && replaceBody(html)) return;
-  pendingBody_ = html;
   text_ = text;
   showObject(false);
 }
@@ -149,8 +149,7 @@ bool WebBrowser::settle(const std::wstring& address, bool topFrame) {
 }
 
 void WebBrowser::documentComplete(const std::wstring& address, bool topFrame) {
-  if (settle(address, topFrame) && !pendingBody_.empty() && replaceBody(pendingBody_)) {
-    pendingBody_.clear();
+  if (settle(address, topFrame) && !body_.empty() && replaceBody(body_)) {
     text_.clear();
     showObject(true);
   }

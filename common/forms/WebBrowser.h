@@ -42,7 +42,8 @@ class WebBrowser : public Control {
   void refresh();
   void print();  // as the user would, with the system's own dialog
 
-  // What navigate() was last given, and whether that page has neither arrived nor failed yet.
+  // What navigate() was last given, and whether that page has neither arrived nor failed yet. A
+  // page that arrives under another address does not count as that page.
   const std::wstring& requested() const noexcept { return requested_; }
   bool isOnItsWay() const noexcept { return onItsWay_; }
 
@@ -53,7 +54,7 @@ class WebBrowser : public Control {
   std::wstring address() const;
 
   // Replaces the inner HTML of the page's body: of the page that is on its way, if one is. Until
-  // there is a page, the control itself shows `text` in its place.
+  // there is a page, the control itself shows `text` in its place. It lasts until navigate().
   void setBodyHtml(const std::wstring& html, const std::wstring& text);
 
   // Keys of the page, when the focus is in it. For the form's preTranslate.
@@ -95,8 +96,10 @@ class WebBrowser : public Control {
   bool passive_ = false;
   std::wstring requested_;
   bool onItsWay_ = false;
-  std::wstring pendingBody_;  // for the requested page
-  std::wstring text_;         // shown while there is no page
+  // For the requested page, as often as it arrives: one of the same address that was left may have
+  // come in its place.
+  std::wstring body_;
+  std::wstring text_;  // shown while there is no page
 };
 
 }  // namespace forms
