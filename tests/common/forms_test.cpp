@@ -24,6 +24,7 @@ class ProbeForm : public forms::Form {
 
   void show(HWND owner) { showModal(owner); }
   void close() { unload(); }
+  void say(const wchar_t* text) { message(text, MB_OK); }
   void keepPlaces() {
     keep(check, forms::left | forms::top);
     keep(ok, forms::right | forms::bottom);
@@ -306,6 +307,26 @@ TEST_CASE("every caption fits its control at 96 and 120 and 144 pixels per inch"
       }
     }
   }
+}
+
+TEST_CASE("a box stands over the form and over its owner once the form has gone") {
+  const Frame owner;
+  ModalDriver driver;
+  ProbeForm form;
+  HWND window = nullptr;
+  form.activate = [&](ProbeForm& self) {
+    window = self.hwnd();
+    self.say(L"here");
+    // While work that yields is under way the window is still on the screen.
+    PostMessageW(window, WM_COMMAND, IDOK, 0);
+    forms::yieldToMessages();
+    CHECK(IsWindowVisible(window));
+    self.say(L"gone");
+  };
+  form.show(owner.get());
+  REQUIRE(driver.boxes().size() == 2);
+  CHECK(driver.boxes()[0].owner == window);
+  CHECK(driver.boxes()[1].owner == owner.get());
 }
 
 TEST_CASE("a form whose owner is destroyed ends and frees the other windows") {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "tests/support/Frame.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/text_output.h"
 #include "tests/webcopy/CopyFixture.h"
@@ -345,6 +346,8 @@ TEST_CASE("a refused import closes the copy dialog without a message") {
 
 TEST_CASE("an error after a refused import is shown although the copy dialog has gone") {
   CopySession session;
+  const Frame frame;
+  session.owner = frame.get();
   session.fixture.host.faults().refuse(L"WebFiles.Add", L"No.");
   session.fixture.host.faults().refuse(L"Web.Refresh", L"No.");
   CHECK_FALSE(session.run());
@@ -352,6 +355,7 @@ TEST_CASE("an error after a refused import is shown although the copy dialog has
   CHECK(session.driver.boxes().front().text ==
         L"An error was encountered while copying the DWT's.");
   CHECK(session.driver.boxes().front().title == dialogCaption);
+  CHECK(session.driver.boxes().front().owner == frame.get());
 }
 
 TEST_CASE("a cancelled copy leaves no error line of the dialog itself") {
