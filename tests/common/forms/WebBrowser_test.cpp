@@ -63,6 +63,14 @@ class PageForm : public forms::Form {
 
 void show(std::function<void(PageForm&)> script) { PageForm(script).show(); }
 
+// The first page is there, the second one and its body are on their way.
+void leaveFirstPage(FakeWebBrowser& fake, forms::WebBrowser& page) {
+  page.navigate(L"http://one/");
+  fake.isSlow = true;
+  page.navigate(L"http://two/");
+  page.setBodyHtml(L"<p>instead</p>", L"instead");
+}
+
 }  // namespace
 
 TEST_CASE("the browser is made when it is first needed and taken down in order") {
@@ -208,10 +216,7 @@ TEST_CASE("a body that is set before there is a page is put into the next one") 
 TEST_CASE("a body that is set while a page is on its way is put into that page") {
   FakeWebBrowser fake;
   show([&](PageForm& form) {
-    form.page.navigate(L"http://one/");
-    fake.isSlow = true;
-    form.page.navigate(L"http://two/");
-    form.page.setBodyHtml(L"<p>instead</p>", L"instead");
+    leaveFirstPage(fake, form.page);
     fake.arrive(L"http://two/");
     CHECK(fake.address() == L"http://two/");
     CHECK(fake.bodyHtml() == L"<p>instead</p>");
@@ -226,10 +231,7 @@ TEST_CASE("a page that was left takes no body from the one that is on its way") 
     CAPTURE(fails);
     FakeWebBrowser fake;
     show([&](PageForm& form) {
-      form.page.navigate(L"http://one/");
-      fake.isSlow = true;
-      form.page.navigate(L"http://two/");
-      form.page.setBodyHtml(L"<p>instead</p>", L"instead");
+      leaveFirstPage(fake, form.page);
       if (fails)
         fake.failLate(L"http://one/");
       else
