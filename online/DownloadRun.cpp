@@ -9,9 +9,9 @@
 #include "online/ByteSize.h"
 #include "online/DownloadSteps.h"
 #include "online/FileTransfer.h"
-#include "online/UnzipFiles.h"
 #include "online/UrlValidation.h"
-#include "online/modZipUnzip.h"
+#include "online/archive/UnzipFiles.h"
+#include "online/archive/modZipUnzip.h"
 
 using modCommon::WriteLog;
 using Row = DownloadTable::Row;

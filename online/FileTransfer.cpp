@@ -6,8 +6,8 @@
 #include "common/log.h"
 #include "common/paths.h"
 #include "common/text.h"
-#include "online/ArchiveNames.h"
 #include "online/TransferProgress.h"
+#include "online/archive/ArchiveNames.h"
 
 using modCommon::WriteLog;
 using modWINInetURL::CrackedUrl;

@@ -2,7 +2,7 @@
 #include "online/resource.h"
 #include "tests/catalogue/frmQuillet_support.h"
 #include "tests/online/LoopbackServer.h"
-#include "tests/online/ZipMaker.h"
+#include "tests/online/archive/ZipMaker.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include "common/forms/resource.h"
 #include "common/handles.h"
-#include "online/modZipUnzip.h"
+#include "online/archive/modZipUnzip.h"
 #include "tests/online/DownloadFixture.h"
 #include "tests/online/Internet.h"
 #include "tests/online/LoopbackServer.h"

@@ -9,7 +9,7 @@
 #include "common/log.h"
 #include "online/DownloadRun.h"
 #include "tests/online/RecordingView.h"
-#include "tests/online/ZipMaker.h"
+#include "tests/online/archive/ZipMaker.h"
 #include "tests/support/DebugOutput.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"

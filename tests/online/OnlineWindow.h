@@ -12,7 +12,7 @@
 #include "online/resource.h"
 #include "tests/catalogue/catalogue_support.h"
 #include "tests/online/LoopbackServer.h"
-#include "tests/online/ZipMaker.h"
+#include "tests/online/archive/ZipMaker.h"
 #include "tests/support/DebugOutput.h"
 #include "tests/support/FakeWebBrowser.h"
 #include "tests/support/FolderPicker.h"

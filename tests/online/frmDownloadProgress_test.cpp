@@ -13,7 +13,7 @@
 #include "online/resource.h"
 #include "tests/online/Internet.h"
 #include "tests/online/LoopbackServer.h"
-#include "tests/online/ZipMaker.h"
+#include "tests/online/archive/ZipMaker.h"
 #include "tests/support/DebugOutput.h"
 #include "tests/support/Frame.h"
 #include "tests/support/ModalDriver.h"

@@ -1,4 +1,4 @@
-#include "online/modZipUnzip.h"
+#include "online/archive/modZipUnzip.h"
 
 #include <algorithm>
 #include <cstring>
@@ -11,10 +11,10 @@
 #include "common/message.h"
 #include "common/paths.h"
 #include "common/text.h"
-#include "online/ArchiveFile.h"
-#include "online/ArchiveNames.h"
 #include "online/ByteSize.h"
-#include "online/UnzipLibrary.h"
+#include "online/archive/ArchiveFile.h"
+#include "online/archive/ArchiveNames.h"
+#include "online/archive/UnzipLibrary.h"
 
 namespace modZipUnzip {
 namespace {

@@ -1,4 +1,4 @@
-#include "online/CUnzip.h"
+#include "online/archive/CUnzip.h"
 
 #include "common/errors.h"
 

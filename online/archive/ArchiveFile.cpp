@@ -1,4 +1,4 @@
-#include "online/ArchiveFile.h"
+#include "online/archive/ArchiveFile.h"
 
 #include <windows.h>
 

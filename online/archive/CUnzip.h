@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "online/modZipUnzip.h"
+#include "online/archive/modZipUnzip.h"
 
 class CUnzip : public modZipUnzip::Options {
  public:

@@ -1,4 +1,4 @@
-#include "online/UnzipLibrary.h"
+#include "online/archive/UnzipLibrary.h"
 
 #include <clocale>
 #include <cstdlib>

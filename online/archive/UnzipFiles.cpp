@@ -1,4 +1,4 @@
-#include "online/UnzipFiles.h"
+#include "online/archive/UnzipFiles.h"
 
 #include "common/NoSystemBoxes.h"
 #include "common/errors.h"
@@ -7,8 +7,8 @@
 #include "common/message.h"
 #include "common/paths.h"
 #include "common/report.h"
-#include "online/CUnzip.h"
-#include "online/UnzipRecords.h"
+#include "online/archive/CUnzip.h"
+#include "online/archive/UnzipRecords.h"
 
 namespace modCommon {
 namespace {

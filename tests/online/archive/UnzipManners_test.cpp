@@ -3,9 +3,9 @@
 #include <cstdlib>
 #include <ctime>
 
-#include "online/modZipUnzip.h"
+#include "online/archive/modZipUnzip.h"
 #include "tests/online/OwnModule.h"
-#include "tests/online/Unpacking.h"
+#include "tests/online/archive/Unpacking.h"
 #include "tests/support/DebugOutput.h"
 #include "tests/support/ImportPatch.h"
 

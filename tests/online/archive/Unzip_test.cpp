@@ -2,10 +2,10 @@
 
 #include "common/ansi.h"
 #include "common/errors.h"
-#include "online/CUnzip.h"
-#include "online/UnzipRecords.h"
+#include "online/archive/CUnzip.h"
+#include "online/archive/UnzipRecords.h"
 #include "tests/online/OwnModule.h"
-#include "tests/online/Unpacking.h"
+#include "tests/online/archive/Unpacking.h"
 #include "tests/support/DebugOutput.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/text_output.h"

@@ -7,8 +7,8 @@
 
 #include "common/forms/resource.h"
 #include "common/log.h"
-#include "online/UnzipFiles.h"
-#include "tests/online/ZipMaker.h"
+#include "online/archive/UnzipFiles.h"
+#include "tests/online/archive/ZipMaker.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/text_output.h"

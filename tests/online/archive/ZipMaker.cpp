@@ -1,4 +1,4 @@
-#include "tests/online/ZipMaker.h"
+#include "tests/online/archive/ZipMaker.h"
 
 namespace {
 

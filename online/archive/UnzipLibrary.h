@@ -4,7 +4,7 @@
 #include <windows.h>
 
 #include "common/handles.h"
-#include "online/UnzipRecords.h"
+#include "online/archive/UnzipRecords.h"
 
 namespace handles {
 struct ModuleTraits {

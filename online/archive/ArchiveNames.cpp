@@ -1,4 +1,4 @@
-#include "online/ArchiveNames.h"
+#include "online/archive/ArchiveNames.h"
 
 #include <algorithm>
 #include <array>
