@@ -12,11 +12,11 @@
 #include "common/settings.h"
 #include "common/text.h"
 #include "online/DownloadPage.h"
-#include "online/InternetSession.h"
 #include "online/frmDownloadProgress.h"
-#include "online/modWINInetURL.h"
 #include "online/resource.h"
 #include "online/toolbar_pictures.h"
+#include "online/transfer/InternetSession.h"
+#include "online/transfer/modWINInetURL.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include "addin/host/HostApplication.h"
 #include "common/forms/Form.h"
 #include "common/forms/controls.h"
-#include "online/DownloadRun.h"
-#include "online/DownloadView.h"
+#include "online/transfer/DownloadRun.h"
+#include "online/transfer/DownloadView.h"
 
 class frmDownloadProgress : public forms::Form, private DownloadView {
  public:

@@ -11,10 +11,10 @@
 #include "common/message.h"
 #include "common/paths.h"
 #include "common/text.h"
-#include "online/ByteSize.h"
 #include "online/archive/ArchiveFile.h"
 #include "online/archive/ArchiveNames.h"
 #include "online/archive/UnzipLibrary.h"
+#include "online/transfer/ByteSize.h"
 
 namespace modZipUnzip {
 namespace {

@@ -1,8 +1,8 @@
-#include "online/DownloadTable.h"
+#include "online/transfer/DownloadTable.h"
 
 #include "common/letter_case.h"
 #include "common/text.h"
-#include "online/numeric.h"
+#include "online/transfer/numeric.h"
 
 void DownloadTable::fill(std::wstring_view extraInfo) {
   columns_.clear();

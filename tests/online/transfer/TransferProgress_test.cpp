@@ -1,6 +1,6 @@
-#include "online/TransferProgress.h"
+#include "online/transfer/TransferProgress.h"
 
-#include "tests/online/RecordingView.h"
+#include "tests/online/transfer/RecordingView.h"
 #include "tests/support/text_output.h"
 
 TEST_CASE("a transfer shows what has come of what is to come") {

@@ -7,9 +7,9 @@
 
 #include "common/handles.h"
 #include "common/log.h"
-#include "online/DownloadRun.h"
-#include "tests/online/RecordingView.h"
+#include "online/transfer/DownloadRun.h"
 #include "tests/online/archive/ZipMaker.h"
+#include "tests/online/transfer/RecordingView.h"
 #include "tests/support/DebugOutput.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"

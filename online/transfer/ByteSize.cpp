@@ -1,4 +1,4 @@
-#include "online/ByteSize.h"
+#include "online/transfer/ByteSize.h"
 
 #include <windows.h>
 

@@ -1,8 +1,8 @@
 // A medium that is taken out makes a call fail; the system does not ask the user for a disk.
 #include <set>
 
-#include "tests/online/DownloadFixture.h"
 #include "tests/online/LoopbackServer.h"
+#include "tests/online/transfer/DownloadFixture.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/text_output.h"
 

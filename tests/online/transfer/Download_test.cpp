@@ -1,13 +1,13 @@
 #include <algorithm>
 
 #include "common/handles.h"
-#include "online/FileTransfer.h"
-#include "online/UrlValidation.h"
-#include "tests/online/DownloadFixture.h"
-#include "tests/online/Internet.h"
+#include "online/transfer/FileTransfer.h"
+#include "online/transfer/UrlValidation.h"
 #include "tests/online/LoopbackServer.h"
 #include "tests/online/RealServers.h"
 #include "tests/online/loopback.h"
+#include "tests/online/transfer/DownloadFixture.h"
+#include "tests/online/transfer/Internet.h"
 #include "tests/support/text_output.h"
 
 namespace {

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "online/DownloadSteps.h"
-#include "online/DownloadTable.h"
+#include "online/transfer/DownloadSteps.h"
+#include "online/transfer/DownloadTable.h"
 
 class UrlValidation : private DownloadSteps {
  public:

@@ -5,9 +5,9 @@
 #include <string>
 
 #include "common/errors.h"
-#include "online/DownloadView.h"
-#include "online/InternetSession.h"
-#include "online/modWINInetURL.h"
+#include "online/transfer/DownloadView.h"
+#include "online/transfer/InternetSession.h"
+#include "online/transfer/modWINInetURL.h"
 
 // An error on purpose (512) that needs no message any more: the user has seen one, or has
 // cancelled.

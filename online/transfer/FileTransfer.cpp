@@ -1,4 +1,4 @@
-#include "online/FileTransfer.h"
+#include "online/transfer/FileTransfer.h"
 
 #include <utility>
 
@@ -6,8 +6,8 @@
 #include "common/log.h"
 #include "common/paths.h"
 #include "common/text.h"
-#include "online/TransferProgress.h"
 #include "online/archive/ArchiveNames.h"
+#include "online/transfer/TransferProgress.h"
 
 using modCommon::WriteLog;
 using modWINInetURL::CrackedUrl;

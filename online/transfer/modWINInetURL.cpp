@@ -1,10 +1,10 @@
-#include "online/modWINInetURL.h"
+#include "online/transfer/modWINInetURL.h"
 
 #include <algorithm>
 
 #include "common/ansi.h"
 #include "common/letter_case.h"
-#include "online/WinInet.h"
+#include "online/transfer/WinInet.h"
 
 namespace modWINInetURL {
 namespace {

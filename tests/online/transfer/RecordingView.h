@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "online/DownloadView.h"
+#include "online/transfer/DownloadView.h"
 
 class RecordingView : public DownloadView {
  public:

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "online/WinInet.h"
+#include "online/transfer/WinInet.h"
 
 class InternetSession {
  public:

@@ -4,11 +4,11 @@
 #include "common/forms/resource.h"
 #include "common/handles.h"
 #include "online/archive/modZipUnzip.h"
-#include "tests/online/DownloadFixture.h"
-#include "tests/online/Internet.h"
 #include "tests/online/LoopbackServer.h"
 #include "tests/online/RealServers.h"
 #include "tests/online/loopback.h"
+#include "tests/online/transfer/DownloadFixture.h"
+#include "tests/online/transfer/Internet.h"
 #include "tests/support/text_output.h"
 
 namespace {

@@ -3,9 +3,9 @@
 
 #include <string>
 
-#include "online/DownloadTable.h"
-#include "online/DownloadView.h"
-#include "online/InternetSession.h"
+#include "online/transfer/DownloadTable.h"
+#include "online/transfer/DownloadView.h"
+#include "online/transfer/InternetSession.h"
 
 struct DownloadRequest {
   std::wstring pageAddress;

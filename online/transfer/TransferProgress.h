@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "online/DownloadView.h"
+#include "online/transfer/DownloadView.h"
 
 class TransferProgress {
  public:

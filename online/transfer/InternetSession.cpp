@@ -1,4 +1,4 @@
-#include "online/InternetSession.h"
+#include "online/transfer/InternetSession.h"
 
 #include "common/ansi.h"
 #include "common/log.h"

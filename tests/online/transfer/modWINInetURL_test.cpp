@@ -1,4 +1,4 @@
-#include "online/modWINInetURL.h"
+#include "online/transfer/modWINInetURL.h"
 
 #include "tests/support/ImportPatch.h"
 #include "tests/support/text_output.h"

@@ -1,4 +1,4 @@
-#include "online/DownloadRun.h"
+#include "online/transfer/DownloadRun.h"
 
 #include <utility>
 
@@ -6,12 +6,12 @@
 #include "common/log.h"
 #include "common/paths.h"
 #include "common/text.h"
-#include "online/ByteSize.h"
-#include "online/DownloadSteps.h"
-#include "online/FileTransfer.h"
-#include "online/UrlValidation.h"
 #include "online/archive/UnzipFiles.h"
 #include "online/archive/modZipUnzip.h"
+#include "online/transfer/ByteSize.h"
+#include "online/transfer/DownloadSteps.h"
+#include "online/transfer/FileTransfer.h"
+#include "online/transfer/UrlValidation.h"
 
 using modCommon::WriteLog;
 using Row = DownloadTable::Row;

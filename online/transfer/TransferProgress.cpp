@@ -1,9 +1,9 @@
-#include "online/TransferProgress.h"
+#include "online/transfer/TransferProgress.h"
 
 #include <algorithm>
 
 #include "common/text.h"
-#include "online/ByteSize.h"
+#include "online/transfer/ByteSize.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "online/DownloadSteps.h"
+#include "online/transfer/DownloadSteps.h"
 
 #include "common/log.h"
 #include "common/text.h"

@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <optional>
 
-#include "online/FileTransfer.h"
-#include "tests/online/DownloadFixture.h"
-#include "tests/online/Internet.h"
+#include "online/transfer/FileTransfer.h"
 #include "tests/online/LoopbackServer.h"
+#include "tests/online/transfer/DownloadFixture.h"
+#include "tests/online/transfer/Internet.h"
 #include "tests/support/ImportPatch.h"
 
 namespace {

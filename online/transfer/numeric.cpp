@@ -1,4 +1,4 @@
-#include "online/numeric.h"
+#include "online/transfer/numeric.h"
 
 #include <windows.h>
 

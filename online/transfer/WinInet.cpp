@@ -1,4 +1,4 @@
-#include "online/WinInet.h"
+#include "online/transfer/WinInet.h"
 
 #include "common/errors.h"
 

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "common/handles.h"
-#include "online/DownloadSteps.h"
-#include "online/DownloadTable.h"
+#include "online/transfer/DownloadSteps.h"
+#include "online/transfer/DownloadTable.h"
 
 // Where the archive of an address is kept: below `folder`, under the address's own file name, with
 // "%20" as a blank. Raises an Error (52) when that cannot be a file's name on this system: it could

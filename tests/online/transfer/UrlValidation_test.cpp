@@ -1,9 +1,9 @@
 // The first pass over a download, by itself.
-#include "online/UrlValidation.h"
+#include "online/transfer/UrlValidation.h"
 
-#include "tests/online/DownloadFixture.h"
-#include "tests/online/Internet.h"
 #include "tests/online/LoopbackServer.h"
+#include "tests/online/transfer/DownloadFixture.h"
+#include "tests/online/transfer/Internet.h"
 
 namespace {
 

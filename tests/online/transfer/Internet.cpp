@@ -1,4 +1,4 @@
-#include "tests/online/Internet.h"
+#include "tests/online/transfer/Internet.h"
 
 #include <wininet.h>
 

@@ -1,4 +1,4 @@
-#include "online/UrlValidation.h"
+#include "online/transfer/UrlValidation.h"
 
 #include "common/log.h"
 #include "common/text.h"

@@ -1,4 +1,4 @@
-#include "online/DownloadTable.h"
+#include "online/transfer/DownloadTable.h"
 
 #include "tests/support/text_output.h"
 
