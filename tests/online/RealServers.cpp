@@ -37,13 +37,15 @@ std::wstring RealServers::url(const std::wstring& path) const {
   return L"http://127.0.0.1:" + std::to_wstring(httpPort_) + path;
 }
 
-// Wine starts a program of the system around it as it starts one of its own.
+// Wine starts a program of the system around it as it starts one of its own. The command line names
+// this Python wholly too: from a mere name it would take the first one in the path for itself.
 void RealServers::start() const {
   std::wstring program = L"\\\\?\\unix" QUILLET_PYTHON;
   for (wchar_t& letter : program)
     if (letter == L'/') letter = L'\\';
-  std::wstring command = L"python3 \"" QUILLET_REAL_SERVERS L"\" " + std::to_wstring(port_) +
-                         L" \"" + wide(outsidePath(folder_.path())) + L"\"";
+  std::wstring command = L"\"" QUILLET_PYTHON L"\" \"" QUILLET_REAL_SERVERS L"\" " +
+                         std::to_wstring(port_) + L" \"" + wide(outsidePath(folder_.path())) +
+                         L"\"";
   STARTUPINFOW startup = {};
   startup.cb = sizeof startup;
   PROCESS_INFORMATION process = {};
