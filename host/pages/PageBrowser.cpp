@@ -2,8 +2,8 @@
 
 #include "common/text.h"
 #include "host/pages/BareBrowser.h"
-#include "host/pages/PageView.h"
 #include "host/pages/fetch.h"
+#include "html/PageView.h"
 
 namespace standin::pages {
 namespace {
@@ -21,6 +21,11 @@ class PageBrowser final : public BareBrowser {
   PageBrowser() {
     view_.onLink = [this](const std::wstring& link) { go(resolved(address_, link), Way::onward); };
     view_.onLater = [this] { load(); };
+    view_.onPicture = [this](const std::wstring& picture) {
+      std::string bytes;
+      fetch(resolved(address_, picture), bytes);
+      return bytes;
+    };
   }
 
   // IWebBrowser2
@@ -123,7 +128,7 @@ class PageBrowser final : public BareBrowser {
     }
     address_ = address;
     remember(address);
-    view_.show(parsePage(decodePage(bytes)), address);
+    view_.show(html::parsePage(html::decodePage(bytes)));
     fire(DISPID_NAVIGATECOMPLETE2, {self(), address});
     fire(DISPID_DOCUMENTCOMPLETE, {self(), address});
   }
@@ -133,9 +138,8 @@ class PageBrowser final : public BareBrowser {
     fire(DISPID_NAVIGATEERROR, {self(), address, L"", notFound}, &cancel);
     if (cancel != VARIANT_FALSE) return;
     const std::wstring title = L"The page cannot be displayed";
-    view_.show(parsePage(text::join({L"<title>", title, L"</title><h2>", title,
-                                     L"</h2><p>Nothing was found at ", address})),
-               address);
+    view_.show(html::parsePage(text::join(
+        {L"<title>", title, L"</title><h2>", title, L"</h2><p>Nothing was found at ", address})));
   }
 
   void remember(const std::wstring& address) {
@@ -150,7 +154,7 @@ class PageBrowser final : public BareBrowser {
     fire(DISPID_COMMANDSTATECHANGE, {forwardCommand, at_ + 1 < history_.size()});
   }
 
-  PageView view_;
+  html::PageView view_;
   std::wstring address_ = blankPage;
   std::wstring pending_;  // a page that is on its way
   Way way_ = Way::onward;

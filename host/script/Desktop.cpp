@@ -6,7 +6,7 @@
 
 #include "common/text.h"
 #include "host/model/CommandBars.h"
-#include "host/pages/PageView.h"
+#include "html/PageView.h"
 
 namespace standin::desktop {
 namespace {
@@ -328,7 +328,7 @@ Spot firstToolButton(HWND window, const std::wstring& idOrLabel) {
 Spot link(HWND window, const std::wstring& text) {
   for (const HWND child : children(window)) {
     POINT place = {};
-    if (pages::linkPlace(child, text, place)) return {child, place};
+    if (html::linkPlace(child, text, place)) return {child, place};
   }
   return {};
 }

@@ -7,7 +7,7 @@
 
 #include "common/com.h"
 #include "host/pages/BareBrowser.h"
-#include "host/pages/PageView.h"
+#include "html/PageView.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/text_output.h"
@@ -92,7 +92,7 @@ struct Browser {
   }
   void click(const std::wstring& link) const {
     POINT place = {};
-    REQUIRE(standin::pages::linkPlace(window, link, place));
+    REQUIRE(html::linkPlace(window, link, place));
     SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(place.x, place.y));
   }
   bool shows(const std::wstring& expected) const {
@@ -162,8 +162,8 @@ TEST_CASE("a link is only found by its whole text") {
   browser.navigate(browser.disk / L"one.htm");
   CHECK(browser.shows(L"One"));
   POINT place = {};
-  CHECK_FALSE(standin::pages::linkPlace(browser.window, L"go", place));
-  CHECK_FALSE(standin::pages::linkPlace(browser.parent, L"go on", place));
+  CHECK_FALSE(html::linkPlace(browser.window, L"go", place));
+  CHECK_FALSE(html::linkPlace(browser.parent, L"go on", place));
 }
 
 TEST_CASE("without the host's own browser the class is the system's again") {

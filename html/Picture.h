@@ -9,7 +9,7 @@
 
 #include "common/com.h"
 
-namespace standin::pages {
+namespace html {
 
 class Picture {
  public:
@@ -22,4 +22,4 @@ class Picture {
   ComPtr<IPicture> picture_;
 };
 
-}  // namespace standin::pages
+}  // namespace html

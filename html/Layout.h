@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "common/handles.h"
-#include "host/pages/Page.h"
+#include "html/Page.h"
 
-namespace standin::pages {
+namespace html {
 
 // The fonts of a page, made when they are first asked for.
 class Fonts {
@@ -47,4 +47,4 @@ struct Layout {
 
 Layout layOut(const Page& page, int width, Fonts& fonts, PictureSizes& pictures);
 
-}  // namespace standin::pages
+}  // namespace html

@@ -1,10 +1,10 @@
-#include "host/pages/Picture.h"
+#include "html/Picture.h"
 
 #include <olectl.h>
 
 #include "common/handles.h"
 
-namespace standin::pages {
+namespace html {
 namespace {
 
 constexpr int himetricPerInch = 2540;
@@ -40,4 +40,4 @@ void Picture::draw(HDC target, const RECT& place) const {
                    place.bottom - place.top, 0, height, width, -height, nullptr);
 }
 
-}  // namespace standin::pages
+}  // namespace html

@@ -1,4 +1,4 @@
-#include "host/pages/Page.h"
+#include "html/Page.h"
 
 #include <windows.h>
 
@@ -6,9 +6,9 @@
 #include <cwctype>
 
 #include "common/text.h"
-#include "host/pages/Tag.h"
+#include "html/Tag.h"
 
-namespace standin::pages {
+namespace html {
 namespace {
 
 constexpr wchar_t plainFace[] = L"Times New Roman";
@@ -322,4 +322,4 @@ std::wstring decodePage(std::string_view bytes) {
   return text;
 }
 
-}  // namespace standin::pages
+}  // namespace html

@@ -8,10 +8,10 @@
 #include <memory>
 #include <string>
 
-#include "host/pages/Layout.h"
-#include "host/pages/Picture.h"
+#include "html/Layout.h"
+#include "html/Picture.h"
 
-namespace standin::pages {
+namespace html {
 
 // The window's text is the page's title. It scrolls with its bar, the wheel and the keys.
 class PageView final : private PictureSizes {
@@ -24,9 +24,10 @@ class PageView final : private PictureSizes {
   bool create(HWND parent, const RECT& place);
   HWND handle() const noexcept { return window_; }
 
-  // `address` is where the page is from: its pictures are fetched from there.
-  void show(Page page, const std::wstring& address);
+  void show(Page page);
 
+  // The bytes of a picture, by its address as it is written in the page; empty when there are none.
+  std::function<std::string(const std::wstring& address)> onPicture;
   // A link was clicked; its address, as it is written in the page.
   std::function<void(const std::wstring& link)> onLink;
   // What was posted with `askLater` comes in.
@@ -58,7 +59,6 @@ class PageView final : private PictureSizes {
   LRESULT placeOfLink(const std::wstring& text);
 
   HWND window_ = nullptr;
-  std::wstring address_;
   Page page_;
   Fonts fonts_;
   std::map<std::wstring, std::unique_ptr<Picture>> pictures_;
@@ -70,4 +70,4 @@ class PageView final : private PictureSizes {
 // when the window shows no page, or none with such a link.
 bool linkPlace(HWND window, const std::wstring& text, POINT& place);
 
-}  // namespace standin::pages
+}  // namespace html

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-namespace standin::pages {
+namespace html {
 
 struct Token {
   std::wstring text;  // when `tag` is empty
@@ -45,4 +45,4 @@ class TokenReader {
 
 std::wstring withoutEntities(std::wstring_view text);
 
-}  // namespace standin::pages
+}  // namespace html

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace standin::pages {
+namespace html {
 
 constexpr long noColour = -1;  // otherwise 0xBBGGRR
 constexpr int noLink = -1;
@@ -82,4 +82,4 @@ Page parsePage(std::wstring_view html);
 // The page's bytes in the encoding that it names: UTF-8, otherwise the system's.
 std::wstring decodePage(std::string_view bytes);
 
-}  // namespace standin::pages
+}  // namespace html

@@ -1,9 +1,9 @@
-#include "host/pages/Tag.h"
+#include "html/Tag.h"
 
 #include <algorithm>
 #include <cwctype>
 
-namespace standin::pages {
+namespace html {
 namespace {
 
 struct Entity {
@@ -146,4 +146,4 @@ void TokenReader::skipBlanks() {
   while (!atEnd() && isBlank(letter())) ++at_;
 }
 
-}  // namespace standin::pages
+}  // namespace html

@@ -1,8 +1,8 @@
-#include "host/pages/Layout.h"
+#include "html/Layout.h"
 
 #include <algorithm>
 
-namespace standin::pages {
+namespace html {
 namespace {
 
 constexpr int pageMargin = 10;
@@ -282,4 +282,4 @@ Layout layOut(const Page& page, int width, Fonts& fonts, PictureSizes& pictures)
   return layout;
 }
 
-}  // namespace standin::pages
+}  // namespace html

@@ -1,12 +1,10 @@
-#include "host/pages/PageView.h"
+#include "html/PageView.h"
 
 #include <windowsx.h>
 
 #include <algorithm>
 
-#include "host/pages/fetch.h"
-
-namespace standin::pages {
+namespace html {
 namespace {
 
 constexpr wchar_t className[] = L"QuilletPageView";
@@ -42,9 +40,8 @@ bool PageView::create(HWND parent, const RECT& place) {
   return window_ != nullptr;
 }
 
-void PageView::show(Page page, const std::wstring& address) {
+void PageView::show(Page page) {
   page_ = std::move(page);
-  address_ = address;
   pictures_.clear();
   top_ = 0;
   SetWindowTextW(window_, page_.title.c_str());
@@ -136,9 +133,7 @@ SIZE PageView::sizeOf(const std::wstring& address) { return picture(address).siz
 Picture& PageView::picture(const std::wstring& address) {
   auto& found = pictures_[address];
   if (!found) {
-    std::string bytes;
-    fetch(resolved(address_, address), bytes);
-    found = std::make_unique<Picture>(bytes);
+    found = std::make_unique<Picture>(onPicture ? onPicture(address) : std::string());
   }
   return *found;
 }
@@ -248,4 +243,4 @@ LRESULT PageView::placeOfLink(const std::wstring& text) {
   return -1;
 }
 
-}  // namespace standin::pages
+}  // namespace html
