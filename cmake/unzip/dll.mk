@@ -3,4 +3,4 @@
 include win32/Makefile.gcc
 
 linked-dll: $(DLLDEF) $(OBJD)
-	$(CC) -shared -static -s -Wl,--nxcompat -Wl,--dynamicbase -o unzip32.dll $(OBJD) $(DLLDEF) $(LDLIBS)
+	$(CC) $(CC_CPU_OPT) -shared -static -s -Wl,--nxcompat -Wl,--dynamicbase -o unzip32.dll $(OBJD) $(DLLDEF) $(LDLIBS)

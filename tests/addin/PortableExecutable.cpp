@@ -34,8 +34,7 @@ const Type* PortableExecutable::at(DWORD address) const {
 
 std::set<std::string> PortableExecutable::imports() const {
   std::set<std::string> result;
-  const DWORD start =
-      headers().OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
+  const DWORD start = directory(IMAGE_DIRECTORY_ENTRY_IMPORT).VirtualAddress;
   for (auto* entry = at<IMAGE_IMPORT_DESCRIPTOR>(start); entry->Name; ++entry) {
     std::string library = at<char>(entry->Name);
     std::transform(library.begin(), library.end(), library.begin(),
@@ -54,8 +53,8 @@ std::set<std::string> PortableExecutable::imports() const {
 
 std::set<std::string> PortableExecutable::exports() const {
   std::set<std::string> result;
-  const auto* table = at<IMAGE_EXPORT_DIRECTORY>(
-      headers().OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT].VirtualAddress);
+  const auto* table =
+      at<IMAGE_EXPORT_DIRECTORY>(directory(IMAGE_DIRECTORY_ENTRY_EXPORT).VirtualAddress);
   const auto* names = at<DWORD>(table->AddressOfNames);
   for (DWORD index = 0; index < table->NumberOfNames; ++index)
     result.insert(at<char>(names[index]));

@@ -19,9 +19,18 @@ class PortableExecutable {
   std::vector<std::string> sections() const;
   WORD machine() const { return headers().FileHeader.Machine; }
   WORD dllCharacteristics() const { return headers().OptionalHeader.DllCharacteristics; }
+  // Without them the system cannot load it at another address than its own.
+  bool hasRelocations() const {
+    return directory(IMAGE_DIRECTORY_ENTRY_BASERELOC).Size != 0 &&
+           (headers().FileHeader.Characteristics & IMAGE_FILE_RELOCS_STRIPPED) == 0;
+  }
+  bool contains(const std::string& text) const { return bytes_.find(text) != bytes_.npos; }
 
  private:
   const IMAGE_NT_HEADERS32& headers() const;
+  const IMAGE_DATA_DIRECTORY& directory(unsigned entry) const {
+    return headers().OptionalHeader.DataDirectory[entry];
+  }
   template <class Type>
   const Type* at(DWORD address) const;
 

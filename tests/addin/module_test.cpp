@@ -138,6 +138,7 @@ TEST_SUITE("module file") {
     CHECK(file.machine() == IMAGE_FILE_MACHINE_I386);
     CHECK((file.dllCharacteristics() & IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE) != 0);
     CHECK((file.dllCharacteristics() & IMAGE_DLLCHARACTERISTICS_NX_COMPAT) != 0);
+    CHECK(file.hasRelocations());
   }
 
   TEST_CASE("The module exports the five entry points of a COM server undecorated") {
