@@ -1,5 +1,7 @@
 #include "online/DownloadPage.h"
 
+#include <algorithm>
+
 #include "common/letter_case.h"
 #include "common/text.h"
 
@@ -7,6 +9,10 @@ namespace {
 
 constexpr std::wstring_view pageName = L"DWTOnlineDownload.htm";
 constexpr std::wstring_view successName = L"success";
+constexpr std::wstring_view blankPage = L"about:blank";
+constexpr std::wstring_view showableSchemes[] = {L"http://", L"https://", L"ftp://"};
+
+bool isControl(wchar_t letter) { return letter < L' ' || letter == L'\x7F'; }
 
 }  // namespace
 
@@ -33,4 +39,16 @@ std::optional<std::wstring> successAddress(std::wstring_view extraInformation) {
       return part.substr(equals + 1);
   }
   return std::nullopt;
+}
+
+bool isShowable(std::wstring_view address) {
+  if (std::any_of(address.begin(), address.end(), isControl)) return false;
+  if (text::equalIgnoringCase(address, blankPage)) return true;
+  for (const std::wstring_view scheme : showableSchemes) {
+    if (!text::beginsIgnoringCase(address, scheme)) continue;
+    constexpr std::wstring_view noHost = L" /\\?#";
+    address.remove_prefix(scheme.size());
+    return !address.empty() && noHost.find(address.front()) == noHost.npos;
+  }
+  return false;
 }

@@ -72,6 +72,26 @@ void centreOnScreen(HWND window) {
                SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+// A button that goes down, of the mouse or the keyboard. A key that is only held may have closed
+// the box about the refusal.
+bool isUserAct(const MSG& message) {
+  constexpr LPARAM wasDown = 1 << 30;
+  switch (message.message) {
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN:
+      return !(message.lParam & wasDown);
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONDBLCLK:
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONDBLCLK:
+    case WM_MBUTTONDOWN:
+    case WM_MBUTTONDBLCLK:
+      return true;
+    default:
+      return false;
+  }
+}
+
 // A menu's text shows each "&" of a path as it is.
 std::wstring menuText(const std::wstring& path) { return text::replaceAll(path, L"&", L"&&"); }
 
@@ -108,13 +128,15 @@ frmDWTOnline::frmDWTOnline(HostApplication host)
   tbDWTOnline.onButtonClick = [this](const std::wstring& key) { tbDWTOnline_ButtonClick(key); };
   tbDestPath.onButtonDropDown = [this](const std::wstring&) { tbDestPath_ButtonDropDown(); };
   tbDestPath.onButtonClick = [this](const std::wstring&) { tbDestPath_ButtonDropDown(); };
-  wbDWTOnline.onBeforeNavigate2 = [this](const std::wstring& address, bool, bool& cancel) {
-    wbDWTOnline_BeforeNavigate2(address, cancel);
+  wbDWTOnline.onBeforeNavigate2 = [this](const std::wstring& address, bool topFrame, bool& cancel) {
+    wbDWTOnline_BeforeNavigate2(address, topFrame, cancel);
   };
   wbDWTOnline.onCommandStateChange = [this](long command, bool enable) {
     wbDWTOnline_CommandStateChange(command, enable);
   };
-  wbDWTOnline.onDocumentComplete = [this](const std::wstring&, bool) { switchOn(); };
+  wbDWTOnline.onDocumentComplete = [this](const std::wstring&, bool topFrame) {
+    wbDWTOnline_DocumentComplete(topFrame);
+  };
   // A success page that cannot be shown must not leave the window switched off.
   wbDWTOnline.onNavigateError = [this](const std::wstring&, bool, bool&) { switchOn(); };
 }
@@ -280,6 +302,7 @@ bool frmDWTOnline::preTranslate(MSG& message) {
     if (down && message.wParam == VK_ESCAPE) stopSuccessPage();
     return message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
   }
+  if (isUserAct(message)) refused_.userActs();
   if (message.message == WM_SYSKEYDOWN &&
       (message.wParam == VK_LEFT || message.wParam == VK_RIGHT)) {
     const wchar_t* const key = message.wParam == VK_LEFT ? L"Back" : L"Next";
@@ -303,6 +326,7 @@ bool frmDWTOnline::preTranslate(MSG& message) {
 }
 
 void frmDWTOnline::tbDWTOnline_ButtonClick(const std::wstring& key) {
+  refused_.userActs();
   handle(L"tbDWTOnline_ButtonClick", [&] {
     if (key == L"Back") {
       wbDWTOnline.goBack();
@@ -369,22 +393,40 @@ void frmDWTOnline::addToUserFolders(const std::wstring& path) {
   if (!menu_.has(path)) settings::SaveSetting(settings::folders, path, path);
 }
 
-void frmDWTOnline::wbDWTOnline_BeforeNavigate2(const std::wstring& address, bool& cancel) {
+void frmDWTOnline::wbDWTOnline_BeforeNavigate2(const std::wstring& address, bool topFrame,
+                                               bool& cancel) {
   handle(L"wbDWTOnline_BeforeNavigate2", [&] {
     UnloadArmed_ = false;
     const auto cracked = modWINInetURL::CrackUrl(address);
-    if (!(cracked ? isDownloadPage(cracked->path) : isDownloadAddress(address))) return;
+    if (!(cracked ? isDownloadPage(cracked->path) : isDownloadAddress(address))) {
+      if (topFrame) refused_.pageBegins();
+      return;
+    }
     cancel = true;
-    // A page's own script may ask again while the download's dialog is open.
-    if (!inDownload_) runDownload(address, cracked ? cracked->extraInfo : std::wstring());
+    askForDownload(address, cracked ? cracked->extraInfo : std::wstring());
   });
+}
+
+void frmDWTOnline::wbDWTOnline_DocumentComplete(bool topFrame) {
+  if (topFrame) refused_.pageIsShown();
+  switchOn();
+}
+
+void frmDWTOnline::askForDownload(const std::wstring& address,
+                                  const std::wstring& extraInformation) {
+  // A page's own script may ask again while the download's dialog is open.
+  if (inDownload_) return;
+  if (refused_.mayAsk()) return runDownload(address, extraInformation);
+  modCommon::WriteLog(
+      L"A page asks for a download again although one was refused. It is ignored until the user "
+      L"has acted.");
 }
 
 void frmDWTOnline::runDownload(const std::wstring& address, const std::wstring& extraInformation) {
   // It comes in place of the page that the window was switched off for.
   switchOn();
   std::wstring folder = destination();
-  if (!downloadTo(folder, address)) return;
+  if (!downloadTo(folder, address)) return refused_.add();
 
   CloseReason_ = downloaded;
   switchOff();
@@ -394,11 +436,15 @@ void frmDWTOnline::runDownload(const std::wstring& address, const std::wstring& 
   handle(L"wbDWTOnline_BeforeNavigate2",
          [&] { settings::SaveSetting(settings::general, settings::downloadFolder, folder); });
   // The owner may have gone, and this window with it, under the download's last message.
-  if (isUnloaded()) return;
-  if (const auto success = successAddress(extraInformation))
-    showSuccessPage(*success);
-  else
-    startUnloadTimer();
+  if (!isUnloaded()) finish(extraInformation);
+}
+
+void frmDWTOnline::finish(const std::wstring& extraInformation) {
+  const auto success = successAddress(extraInformation);
+  if (success && isShowable(*success)) return showSuccessPage(*success);
+  if (success)
+    modCommon::WriteLog({L"The page for a completed download is not shown : ", *success});
+  startUnloadTimer();
 }
 
 bool frmDWTOnline::downloadTo(std::wstring& folder, const std::wstring& address) {

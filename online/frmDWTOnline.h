@@ -11,6 +11,7 @@
 #include "common/forms/WebBrowser.h"
 #include "common/forms/controls.h"
 #include "online/DestinationMenu.h"
+#include "online/RefusedDownloads.h"
 
 class frmDWTOnline : public forms::Form {
  public:
@@ -52,10 +53,13 @@ class frmDWTOnline : public forms::Form {
   template <class Body>
   void handleMenu(Body&& body) const noexcept;
 
-  void wbDWTOnline_BeforeNavigate2(const std::wstring& address, bool& cancel);
+  void wbDWTOnline_BeforeNavigate2(const std::wstring& address, bool topFrame, bool& cancel);
+  void wbDWTOnline_DocumentComplete(bool topFrame);
   void wbDWTOnline_CommandStateChange(long command, bool enable);
+  void askForDownload(const std::wstring& address, const std::wstring& extraInformation);
   void runDownload(const std::wstring& address, const std::wstring& extraInformation);
   bool downloadTo(std::wstring& folder, const std::wstring& address);
+  void finish(const std::wstring& extraInformation);
   void showSuccessPage(const std::wstring& address);
   void stopSuccessPage();
   void switchOff() noexcept;
@@ -75,6 +79,7 @@ class frmDWTOnline : public forms::Form {
   bool timerRuns_ = false;
   bool inDownload_ = false;
   bool switchedOff_ = false;  // from a completed download to the next page
+  RefusedDownloads refused_;
   DestinationMenu menu_;
   forms::ImageList pictures_;
   forms::ImageList disabledPictures_;

@@ -4,6 +4,15 @@
 #include "online/DestinationMenu.h"
 #include "online/resource.h"
 
+namespace {
+
+void logRunModalError(const Error& error) {
+  modCommon::WriteLog({L"Error ", std::to_wstring(error.number()), L" (", error.description(),
+                       L") in procedure RunModal of Form frmDownloadDlg"});
+}
+
+}  // namespace
+
 frmDownloadProgress::frmDownloadProgress(HostApplication host)
     : Form(L"frmDownloadProgress", IDD_DOWNLOAD),
       host_(std::move(host)),
@@ -21,10 +30,18 @@ bool frmDownloadProgress::RunModal(std::wstring& destinationFolder, bool& comple
   try {
     return runRequest(destinationFolder, completed, request, owner);
   } catch (...) {
-    const Error error = errors::current();
-    modCommon::WriteLog({L"Error ", std::to_wstring(error.number()), L" (", error.description(),
-                         L") in procedure RunModal of Form frmDownloadDlg"});
+    logRunModalError(errors::current());
     return false;
+  }
+}
+
+// Only the user's themes need it: a host that does not tell still has its templates.
+std::wstring frmDownloadProgress::hostVersion() const noexcept {
+  try {
+    return host_.version();
+  } catch (...) {
+    logRunModalError(errors::current());
+    return {};
   }
 }
 
@@ -36,7 +53,7 @@ bool frmDownloadProgress::runRequest(std::wstring& destinationFolder, bool& comp
   run_.emplace(DownloadRequest{.pageAddress = request.pageAddress,
                                .destinationFolder = request.destinationFolder,
                                .machineWide = machineWide,
-                               .hostVersion = host_.version()},
+                               .hostVersion = hostVersion()},
                view);
   run_->ExtractAndCanonicalizeUrl();
   if (run_->table().addressCount() == 0) {

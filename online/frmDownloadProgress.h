@@ -36,6 +36,7 @@ class frmDownloadProgress : public forms::Form, private DownloadView {
   void cmdCancel_Click();
   bool runRequest(std::wstring& destinationFolder, bool& completed, const Request& request,
                   HWND owner);
+  std::wstring hostVersion() const noexcept;
 
   bool keepGoing() override;
   std::wstring caption() const override { return Form::caption(); }

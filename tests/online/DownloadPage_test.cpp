@@ -42,3 +42,22 @@ TEST_CASE("without a part named success there is no success page") {
   CHECK_FALSE(successAddress(L"?successful=a").has_value());
   CHECK_FALSE(successAddress(L"").has_value());
 }
+
+TEST_CASE("what a page may name for success is an address of the network or the blank page") {
+  CHECK(isShowable(L"http://h"));
+  CHECK(isShowable(L"hTTps://ann@h:8080/a/b.htm?x=javascript:#y"));
+  CHECK(isShowable(L"ftp://h/" + std::wstring(5000, L'x')));
+  CHECK(isShowable(L"ABOUT:blank"));
+  CHECK(isShowable(L"http://h/a b"));
+  CHECK_FALSE(isShowable(L" http://h/"));
+  CHECK_FALSE(isShowable(L"http:// /x"));
+  CHECK_FALSE(isShowable(L"http://?x"));
+  CHECK_FALSE(isShowable(L"http://#x"));
+  CHECK_FALSE(isShowable(L"http://\\server\\share"));
+  CHECK_FALSE(isShowable(L"gopher://h/"));
+  CHECK_FALSE(isShowable(L"http\u017F://h/"));
+  CHECK_FALSE(isShowable(L"\uFF48ttp://h/"));
+  CHECK_FALSE(isShowable(L"about:blank "));
+  CHECK_FALSE(isShowable(std::wstring_view(L"http://h/\0x", 11)));
+  CHECK_FALSE(isShowable(L""));
+}

@@ -93,6 +93,12 @@ class OnlineWindow {
   void type(UINT message, WPARAM key) const {
     PostMessageW(control(IDC_ONLINE_BROWSER), message, key, 0);
   }
+  // As the user clicks a link in the page: even after a refused download that may ask for another.
+  bool clickLink(const std::wstring& address) {
+    PostMessageW(control(IDC_ONLINE_BROWSER), WM_LBUTTONDOWN, 0, 0);
+    forms::yieldToMessages();
+    return page.follow(address);
+  }
   // What the browser was asked until the window let go of it.
   Lines asked() const {
     const auto& calls = page.calls();

@@ -354,11 +354,17 @@ TEST_CASE("a destination that cannot be remembered does not keep the window from
   CHECK(reason == 1);
 }
 
-TEST_CASE("a download without a host is logged by its dialog and changes nothing") {
+TEST_CASE("a host that refuses its version has its templates downloaded all the same") {
+  const HttpServer server({{"/d.zip", HttpServer::ok(archive())}});
   OnlineWindow online;
+  online.saveIn(online.disk.makeFolder(L"new"));
   online.hostFaults().refuse(L"Version", L"No version.", 440);
-  const short reason = online.show(
-      [&] { CHECK_FALSE(online.page.follow(downloadPage(L"?dwt1=http://127.0.0.1/d.zip"))); });
-  CHECK(reason == 0);
+  const short reason = online.show([&] {
+    CHECK_FALSE(online.page.follow(
+        downloadPage(L"?dwt1=" + server.url(L"/d.zip") + L"&success=about:blank")));
+  });
+  CHECK(reason == 1);
+  CHECK(online.disk.readFile(L"new\\home.dwt") == "a page");
+  CHECK(online.driver.boxes().empty());
   CHECK(online.log.has(L"Error 440 (No version.) in procedure RunModal of Form frmDownloadDlg"));
 }

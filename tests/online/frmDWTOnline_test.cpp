@@ -476,8 +476,9 @@ TEST_CASE("the window's label and buttons say what they are for") {
 TEST_CASE("the download page is never shown by the browser in any letter case") {
   OnlineWindow online;
   const short reason = online.show([&] {
-    CHECK_FALSE(online.page.follow(L"http://127.0.0.1/a/dwtonlinedownload.HTM"));
-    CHECK_FALSE(online.page.follow(L"http://127.0.0.1/DWTOnlineDownload.html"));
+    CHECK_FALSE(online.clickLink(L"http://127.0.0.1/a/dwtonlinedownload.HTM"));
+    CHECK_FALSE(online.clickLink(L"http://127.0.0.1/DWTOnlineDownload.html"));
+    online.click(stop);
     CHECK_FALSE(online.page.followInFrame(L"http://127.0.0.1/DWTONLINEDOWNLOAD.HTM?x"));
     CHECK(online.open());
     CHECK(IsWindowEnabled(online.dialog));
@@ -601,8 +602,8 @@ TEST_CASE("a download that fails leaves the window on its page") {
   const HttpServer server({{"/d.zip", HttpServer::ok("no archive")}});
   OnlineWindow online;
   const short reason = online.show([&] {
-    CHECK_FALSE(online.page.follow(downloadPage(L"?dwt1=" + server.url(L"/missing.zip"))));
-    CHECK_FALSE(online.page.follow(downloadPage(L"?dwt1=" + server.url(L"/d.zip"))));
+    CHECK_FALSE(online.clickLink(downloadPage(L"?dwt1=" + server.url(L"/missing.zip"))));
+    CHECK_FALSE(online.clickLink(downloadPage(L"?dwt1=" + server.url(L"/d.zip"))));
     CHECK(online.open());
     CHECK(IsWindowEnabled(online.dialog));
   });
@@ -634,12 +635,12 @@ TEST_CASE("after any failed download the window is usable and the next download 
           server.url(L"/reset.zip"), server.url(L"/nolength.zip"), refused,
           std::wstring(L"foo://127.0.0.1/d.zip"), server.url(L"/good.zip?x=y")}) {
       CAPTURE(bad);
-      CHECK_FALSE(online.page.follow(downloadPage(L"?dwt1=" + bad)));
+      CHECK_FALSE(online.clickLink(downloadPage(L"?dwt1=" + bad)));
       CHECK(online.open());
       CHECK(IsWindowEnabled(online.dialog));
       CHECK_FALSE(online.disk.exists(L"new\\home.dwt"));
     }
-    CHECK_FALSE(online.page.follow(
+    CHECK_FALSE(online.clickLink(
         downloadPage(L"?dwt1=" + server.url(L"/good.zip") + L"&success=about:blank")));
   });
   CHECK(reason == 1);
@@ -655,7 +656,7 @@ TEST_CASE("the download dialog's Cancel ends an endless download") {
   const short reason = online.show([&] {
     CancelWhenReading::dialog = nullptr;
     SetTimer(nullptr, 0, 20, CancelWhenReading::tick);
-    CHECK_FALSE(online.page.follow(downloadPage(L"?dwt1=" + server.url(L"/d.zip"))));
+    CHECK_FALSE(online.clickLink(downloadPage(L"?dwt1=" + server.url(L"/d.zip"))));
     CHECK(online.open());
     CHECK(IsWindowEnabled(online.dialog));
   });

@@ -152,14 +152,28 @@ TEST_CASE("an address that asks for nothing is a message without a download dial
   }
 }
 
-TEST_CASE("a host that does not tell its version is an error that the download dialog logs") {
+TEST_CASE("a host that does not tell its version is logged and templates are downloaded") {
+  const HttpServer server({{"/d.zip", HttpServer::ok(page("a page"))}});
   DownloadDialog dialog;
   dialog.host().faults().refuse(L"Application.Version", L"no version", 440);
-  CHECK_FALSE(dialog.run(L"?dwt1=http://127.0.0.1:1/d.zip"));
-  CHECK_FALSE(dialog.completed);
-  CHECK(dialog.output.messages() ==
-        Texts{L"Error 440 (no version) in procedure RunModal of Form frmDownloadDlg"});
+  CHECK(dialog.run(L"?dwt1=" + server.url(L"/d.zip")));
+  CHECK(dialog.completed);
+  CHECK(dialog.scratch.readFile(L"templates\\page.dwt") == "a page");
+  CHECK(dialog.output.has(L"Error 440 (no version) in procedure RunModal of Form frmDownloadDlg"));
   CHECK(dialog.driver.boxes().empty());
+}
+
+TEST_CASE("a host that does not tell its version has no place for the user's themes") {
+  const HttpServer server({{"/t.zip", HttpServer::ok(ZipMaker().add("blue/x.inf", "blue").bytes())},
+                           {"/d.zip", HttpServer::ok(page("a page"))}});
+  DownloadDialog dialog;
+  dialog.host().faults().refuse(L"Application.Version", L"no version", 440);
+  CHECK_FALSE(dialog.run(L"?theme1=" + server.url(L"/t.zip") + L"&dwt1=" + server.url(L"/d.zip")));
+  CHECK(dialog.scratch.readFile(L"templates\\page.dwt") == "a page");
+  REQUIRE(dialog.driver.boxes().size() == 1);
+  CHECK(dialog.driver.boxes()[0].text ==
+        L"\r\nInvalid file path or you do not have write permission to this location.");
+  CHECK(dialog.driver.boxes()[0].owner == dialog.window);
 }
 
 TEST_CASE("a failed template makes the download dialog say so") {
