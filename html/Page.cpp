@@ -308,18 +308,4 @@ class Parser {
 
 Page parsePage(std::wstring_view html) { return Parser().parse(html); }
 
-std::wstring decodePage(std::string_view bytes) {
-  constexpr std::size_t beginning = 1024;
-  const std::string_view head = bytes.substr(0, beginning);
-  const bool utf8 = head.find("charset=utf-8") != head.npos || head.starts_with("\xEF\xBB\xBF");
-  const UINT codePage = utf8 ? CP_UTF8 : CP_ACP;
-  const int size = static_cast<int>(bytes.size());
-  std::wstring text(bytes.size(), L'\0');
-  const int length = MultiByteToWideChar(codePage, 0, bytes.data(), size, text.data(),
-                                         static_cast<int>(text.size()));
-  text.resize(static_cast<std::size_t>(length));
-  if (!text.empty() && text.front() == 0xFEFF) text.erase(0, 1);
-  return text;
-}
-
 }  // namespace html

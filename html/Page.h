@@ -79,7 +79,4 @@ struct Page {
 // fonts. Style sheets, scripts, forms and frames are passed over; any text is a page.
 Page parsePage(std::wstring_view html);
 
-// The page's bytes in the encoding that it names: UTF-8, otherwise the system's.
-std::wstring decodePage(std::string_view bytes);
-
 }  // namespace html

@@ -3,6 +3,7 @@
 #include <windowsx.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace html {
 namespace {
@@ -44,6 +45,7 @@ void PageView::show(Page page) {
   page_ = std::move(page);
   pictures_.clear();
   top_ = 0;
+  marked_ = noLink;
   SetWindowTextW(window_, page_.title.c_str());
   layOutAgain();
 }
@@ -95,7 +97,11 @@ LRESULT PageView::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       scrollBy(-lineHeight * GET_WHEEL_DELTA_WPARAM(wParam) / WHEEL_DELTA);
       return 0;
     case WM_GETDLGCODE:
-      return DLGC_WANTARROWS;
+      return DLGC_WANTARROWS | (takes(reinterpret_cast<const MSG*>(lParam)) ? DLGC_WANTMESSAGE : 0);
+    case WM_SETFOCUS:
+    case WM_KILLFOCUS:
+      InvalidateRect(window_, nullptr, FALSE);
+      return 0;
     case WM_KEYDOWN:
       if (onKey(wParam)) return 0;
       break;
@@ -111,10 +117,8 @@ LRESULT PageView::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       SetFocus(window_);
       return 0;
     case WM_LBUTTONUP: {
-      const Item* item = linkAt({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
-      // By value: the click may bring another page, or destroy this window.
-      if (item && onLink)
-        onLink(std::wstring(page_.links[static_cast<std::size_t>(item->style.link)]));
+      if (const Item* item = linkAt({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)}))
+        follow(item->style.link);
       return 0;
     }
     case linkMessage:
@@ -176,6 +180,41 @@ void PageView::drawItem(HDC target, const Item& item, RECT place) {
   ExtTextOutW(target, place.left, place.top, 0, nullptr, item.text.c_str(),
               static_cast<UINT>(item.text.size()), nullptr);
   SelectObject(target, old);
+  if (item.style.link != noLink && item.style.link == marked_ && GetFocus() == window_)
+    DrawFocusRect(target, &place);
+}
+
+void PageView::print(HDC target, const std::function<bool(bool begins)>& onLeaf) {
+  constexpr int leafWidth = 700;  // of the page's own pixels
+  const int across = GetDeviceCaps(target, HORZRES);
+  const int down = GetDeviceCaps(target, VERTRES);
+  const int leafHeight = std::max(1, MulDiv(leafWidth, down, std::max(1, across)));
+  const Layout shown = std::exchange(layout_, layOut(page_, leafWidth, fonts_, *this));
+  const int marked = std::exchange(marked_, noLink);
+  for (int top = 0, next = 0; top < layout_.height; top = next) {
+    // What does not end on this leaf begins the next one, unless it is higher than any leaf.
+    next = top + leafHeight;
+    for (const Item& item : layout_.items)
+      if (item.kind != Item::Kind::fill && item.place.top > top &&
+          item.place.top < top + leafHeight && item.place.bottom > top + leafHeight)
+        next = std::min<int>(next, item.place.top);
+    if (!onLeaf(true)) break;
+    const int saved = SaveDC(target);
+    SetMapMode(target, MM_ANISOTROPIC);
+    SetWindowExtEx(target, leafWidth, leafHeight, nullptr);
+    SetViewportExtEx(target, across, down, nullptr);
+    IntersectClipRect(target, 0, 0, leafWidth, next - top);
+    SetBkMode(target, TRANSPARENT);
+    for (const Item& item : layout_.items) {
+      RECT place = item.place;
+      OffsetRect(&place, 0, -top);
+      if (place.bottom > 0 && place.top < next - top) drawItem(target, item, place);
+    }
+    RestoreDC(target, saved);
+    if (!onLeaf(false)) break;
+  }
+  layout_ = shown;
+  marked_ = marked;
 }
 
 void PageView::scrollTo(int top) {
@@ -219,9 +258,53 @@ bool PageView::onKey(WPARAM key) {
     case VK_NEXT:
       onScroll(SB_PAGEDOWN);
       return true;
+    case VK_HOME:
+      scrollTo(0);
+      return true;
+    case VK_END:
+      scrollTo(layout_.height);
+      return true;
+    case VK_TAB:
+      markLink(nextLink(GetKeyState(VK_SHIFT) < 0));
+      return true;
+    case VK_RETURN:
+      if (marked_ != noLink) follow(marked_);
+      return true;
     default:
       return false;
   }
+}
+
+// The tab key leaves the page behind its last link, Enter is the dialog's where no link is marked.
+bool PageView::takes(const MSG* message) const {
+  if (!message || message->message != WM_KEYDOWN) return false;
+  if (message->wParam == VK_TAB) return nextLink(GetKeyState(VK_SHIFT) < 0) != noLink;
+  return message->wParam == VK_RETURN && marked_ != noLink;
+}
+
+int PageView::nextLink(bool backwards) const {
+  const int count = static_cast<int>(page_.links.size());
+  if (marked_ == noLink) return count == 0 ? noLink : (backwards ? count - 1 : 0);
+  const int next = marked_ + (backwards ? -1 : 1);
+  return next < 0 || next >= count ? noLink : next;
+}
+
+void PageView::markLink(int link) {
+  marked_ = link;
+  for (const Item& item : layout_.items) {
+    if (link == noLink || item.style.link != link) continue;
+    const int height = clientOf(window_).bottom;
+    if (item.place.top < top_ || item.place.bottom > top_ + height)
+      scrollTo(static_cast<int>(item.place.top) - height / 3);
+    break;
+  }
+  InvalidateRect(window_, nullptr, FALSE);
+}
+
+// By value: what is called may bring another page, or destroy this window.
+void PageView::follow(int link) {
+  const std::wstring address = page_.links[static_cast<std::size_t>(link)];
+  if (onLink) onLink(address);
 }
 
 const Item* PageView::linkAt(POINT place) const {

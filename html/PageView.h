@@ -13,7 +13,8 @@
 
 namespace html {
 
-// The window's text is the page's title. It scrolls with its bar, the wheel and the keys.
+// The window's text is the page's title. It scrolls with its bar, the wheel and the keys; the tab
+// key goes from link to link, and Enter follows the one that is marked.
 class PageView final : private PictureSizes {
  public:
   PageView() = default;
@@ -30,6 +31,10 @@ class PageView final : private PictureSizes {
   std::function<std::string(const std::wstring& address)> onPicture;
   // A link was clicked; its address, as it is written in the page.
   std::function<void(const std::wstring& link)> onLink;
+  // Draws the page on a printer or the like, leaf by leaf: `onLeaf` is called before each with true
+  // and after it with false. False from it ends the printing.
+  void print(HDC target, const std::function<bool(bool begins)>& onLeaf);
+
   // What was posted with `askLater` comes in.
   std::function<void()> onLater;
   void askLater() const { PostMessageW(window_, laterMessage, 0, 0); }
@@ -55,6 +60,10 @@ class PageView final : private PictureSizes {
   void scrollBy(int distance) { scrollTo(top_ + distance); }
   void onScroll(int code);
   bool onKey(WPARAM key);
+  bool takes(const MSG* message) const;
+  int nextLink(bool backwards) const;
+  void markLink(int link);
+  void follow(int link);
   const Item* linkAt(POINT place) const;
   LRESULT placeOfLink(const std::wstring& text);
 
@@ -64,6 +73,7 @@ class PageView final : private PictureSizes {
   std::map<std::wstring, std::unique_ptr<Picture>> pictures_;
   Layout layout_;
   int top_ = 0;
+  int marked_ = noLink;  // by the tab key
 };
 
 // For scripts, from any thread: where to click on the link of that text in a window's page. False

@@ -137,6 +137,9 @@ LRESULT TreeView::onNotify(NMHDR& header) {
     case TVN_ITEMEXPANDEDW:
       showExpandedImage(reinterpret_cast<const NMTREEVIEWW&>(header).itemNew.hItem);
       return 0;
+    case TVN_SELCHANGEDW:
+      if (onSelect) onSelect();
+      return 0;
     case NM_DBLCLK:
       if (isOnButton() || !onDoubleClick) return 0;
       onDoubleClick();

@@ -48,6 +48,8 @@ class TreeView : public Control {
 
   // Before the children of a node show, each time; false keeps it closed.
   std::function<bool(Node)> onExpanding;
+  // Another node became the selected one, or none is.
+  std::function<void()> onSelect;
   // Anywhere but on the buttons that open and close nodes.
   std::function<void()> onDoubleClick;
 

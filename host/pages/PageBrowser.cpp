@@ -4,6 +4,7 @@
 #include "host/pages/BareBrowser.h"
 #include "host/pages/fetch.h"
 #include "html/PageView.h"
+#include "html/encoding.h"
 
 namespace standin::pages {
 namespace {

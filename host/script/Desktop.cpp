@@ -210,6 +210,18 @@ void describeWindow(HWND window, int depth, std::wstring& result) {
     if (IsWindowVisible(child)) describeWindow(child, depth + 1, result);
 }
 
+std::vector<HWND> visibleWindows(bool ofThisProcess) {
+  std::vector<HWND> result;
+  auto visit = [&](HWND window) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    const bool own = process == GetCurrentProcessId();
+    if (own == ofThisProcess && IsWindowVisible(window)) result.push_back(window);
+  };
+  EnumWindows(visitWindow<decltype(visit)>, reinterpret_cast<LPARAM>(&visit));
+  return result;
+}
+
 }  // namespace
 
 LRESULT send(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -218,16 +230,7 @@ LRESULT send(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   return static_cast<LRESULT>(result);
 }
 
-std::vector<HWND> windows() {
-  std::vector<HWND> result;
-  auto visit = [&](HWND window) {
-    DWORD process = 0;
-    GetWindowThreadProcessId(window, &process);
-    if (process == GetCurrentProcessId() && IsWindowVisible(window)) result.push_back(window);
-  };
-  EnumWindows(visitWindow<decltype(visit)>, reinterpret_cast<LPARAM>(&visit));
-  return result;
-}
+std::vector<HWND> windows() { return visibleWindows(true); }
 
 HWND anyWindow(const std::wstring& caption) {
   HWND found = nullptr;
@@ -243,12 +246,15 @@ HWND anyWindow(const std::wstring& caption) {
 std::vector<HWND> windows(std::wstring_view caption) {
   const bool anyRest = !caption.empty() && caption.back() == L'*';
   if (anyRest) caption.remove_suffix(1);
-  std::vector<HWND> result = windows();
-  std::erase_if(result, [&](HWND window) {
-    const std::wstring text = textOf(window);
-    return anyRest ? text.substr(0, caption.size()) != caption : text != caption;
-  });
-  return result;
+  for (const bool ofThisProcess : {true, false}) {
+    std::vector<HWND> result = visibleWindows(ofThisProcess);
+    std::erase_if(result, [&](HWND window) {
+      const std::wstring text = textOf(window);
+      return anyRest ? text.substr(0, caption.size()) != caption : text != caption;
+    });
+    if (!result.empty()) return result;
+  }
+  return {};
 }
 
 std::vector<HWND> children(HWND window) {

@@ -13,7 +13,8 @@ namespace standin::desktop {
 std::vector<HWND> windows();
 // A window of exactly that caption, shown or not; null when there is none.
 HWND anyWindow(const std::wstring& caption);
-// Those with that caption; a "*" at its end stands for any rest.
+// Those with that caption; a "*" at its end stands for any rest. Where this process has none, those
+// of programs that it has started.
 std::vector<HWND> windows(std::wstring_view caption);
 // Every visible window inside, in tab order.
 std::vector<HWND> children(HWND window);

@@ -124,8 +124,3 @@ TEST_CASE("the columns of a table have the widths that are said and share the re
   CHECK(layout.items[2].place.right == 310);
   CHECK(layout.items[2].place.bottom - layout.items[2].place.top == 200);
 }
-
-TEST_CASE("a page is read in the encoding that it names") {
-  CHECK(decodePage("<meta content=\"text/html; charset=utf-8\">\xC3\xBC").back() == L'\xFC');
-  CHECK(decodePage("<p>\xFC").back() == L'\xFC');
-}

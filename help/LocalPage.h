@@ -1,0 +1,39 @@
+// Pages of the disk, which may come from anywhere: they are read with bounds, and what they refer
+// to is taken only from their own folder. Nothing of them is run, and nothing is fetched for them.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "html/Page.h"
+
+namespace help {
+
+// What is read of a page at most, in bytes; the rest is not shown.
+inline constexpr unsigned long long longestPage = 1u << 20;
+inline constexpr unsigned long long largestPicture = 16u << 20;
+
+struct PageText {
+  bool found = false;
+  bool whole = true;
+  std::wstring text;
+};
+
+// The text of a file in the encoding that it names.
+PageText readPage(const std::wstring& file);
+
+// The page to show for a file: a page of HTML as it is, a text or a picture as a page around it,
+// and a page that says so for a file that is missing or of another kind.
+html::Page pageOf(const std::wstring& file);
+
+// The file that an address within the page `file` means: one in the page's folder or below it.
+// Nothing for an address of another kind or place.
+std::optional<std::wstring> fileBeside(const std::wstring& file, const std::wstring& address);
+
+// The bytes of a picture of the page; empty when there is none that may be shown.
+std::string pictureBeside(const std::wstring& file, const std::wstring& address);
+
+// An address that may be handed to the user's own web browser or mail program.
+bool isOutside(const std::wstring& address);
+
+}  // namespace help

@@ -1,0 +1,20 @@
+// Dialogs of the help viewers, numbered as common/forms/Form.h says.
+#pragma once
+
+#define IDD_HELP 6000
+#define IDC_HELP_BACK 6010
+#define IDC_HELP_FORWARD 6011
+#define IDC_HELP_PRINT 6012
+#define IDC_HELP_LBLSEARCH 6013
+#define IDC_HELP_TXTSEARCH 6014
+#define IDC_HELP_LBLCONTENTS 6015
+#define IDC_HELP_CONTENTS 6016
+#define IDC_HELP_LBLFOUND 6017
+#define IDC_HELP_FOUND 6018
+#define IDC_HELP_LBLPAGE 6019
+#define IDC_HELP_PAGE 6020
+
+#define IDD_QUICKHELP 6100
+#define IDC_QUICKHELP_LBLPAGE 6110
+#define IDC_QUICKHELP_PAGE 6111
+#define IDC_QUICKHELP_PRINT 6112
