@@ -48,6 +48,27 @@ std::wstring loadText(int id) {
   return {text ? text : L"", static_cast<std::size_t>(length)};
 }
 
+bool isKey(const MSG& message) noexcept {
+  return message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
+}
+
+// A key that means the whole form, whichever control has the focus. Any other one goes with the
+// control for which it was typed.
+bool isForTheForm(const MSG& key) noexcept {
+  switch (key.message) {
+    case WM_SYSKEYDOWN:
+    case WM_SYSKEYUP:
+    case WM_SYSCHAR:
+      return true;
+    default:
+      return key.message == WM_KEYDOWN && key.wParam == VK_ESCAPE;
+  }
+}
+
+bool isWithin(HWND outer, HWND window) noexcept {
+  return window && (window == outer || IsChild(outer, window));
+}
+
 }  // namespace
 
 // While it lives, every other window of the thread is disabled, as for the system's own modal
@@ -117,10 +138,19 @@ class WindowScope {
 
 // One message of the queue, by way of the form on top: its own keys, the dialog's keys, the window.
 void dispatchToForms(MSG& message) {
-  if (Form* top = showing().forms.empty() ? nullptr : showing().forms.back(); top && top->hwnd()) {
-    const bool own = message.hwnd == top->hwnd() || IsChild(top->hwnd(), message.hwnd);
-    if (own && top->takes(message)) return;
-    if (IsDialogMessageW(top->hwnd(), &message)) return;
+  Form* const top = showing().forms.empty() ? nullptr : showing().forms.back();
+  const HWND form = top ? top->hwnd() : nullptr;
+  if (form && (message.hwnd == form || IsChild(form, message.hwnd))) {
+    const bool reached = top->reaches(message.hwnd);
+    // The system's search for a mnemonic begins at the key's window, passes over what is hidden or
+    // disabled, and ends only when it is back: such a window it would never find again.
+    if (!reached && isKey(message)) {
+      if (!isForTheForm(message)) return;
+      message.hwnd = form;
+      if (IsDialogMessageW(form, &message)) return;
+    } else if (reached && (top->takes(message) || IsDialogMessageW(form, &message))) {
+      return;
+    }
   }
   TranslateMessage(&message);
   DispatchMessageW(&message);
@@ -201,6 +231,66 @@ bool Form::takes(MSG& message) noexcept {
   bool taken = false;
   handle(L"Form_KeyDown", [&] { taken = preTranslate(message); });
   return taken;
+}
+
+// Whether the user can get at that part of the form.
+bool Form::reaches(HWND window) const noexcept {
+  if (!IsWindowVisible(window)) return false;
+  for (; window != window_; window = GetAncestor(window, GA_PARENT))
+    if (!IsWindowEnabled(window)) return false;
+  return IsWindowEnabled(window_) != FALSE;
+}
+
+// Where the focus goes from a control that may not keep it; null when there is no other.
+HWND Form::nextStop(HWND from) const noexcept {
+  const HWND next = GetNextDlgTabItem(window_, from, FALSE);
+  return next == from || isWithin(from, next) ? nullptr : next;
+}
+
+// By the dialog's own message, so that the default button follows.
+void Form::giveFocus(HWND control) noexcept {
+  if (control)
+    SendMessageW(window_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control), TRUE);
+  else
+    SetFocus(window_);
+}
+
+// What is hidden or disabled would swallow every key. The focus goes to the next control first, or,
+// where there is no other, to the form itself afterwards: the dialog would hand it back before.
+void Form::putAway(HWND control, bool hidden) noexcept {
+  const HWND next = nextStop(control);
+  const bool hasFocus = isWithin(control, GetFocus());
+  if (hasFocus && next) giveFocus(next);
+  if (isWithin(control, keptFocus_)) {
+    keptFocus_ = next;
+    focusMoved_ = true;
+  }
+  if (hidden)
+    ShowWindow(control, SW_HIDE);
+  else
+    EnableWindow(control, FALSE);
+  if (hasFocus && !next) giveFocus(nullptr);
+}
+
+// The dialog gives the focus back to the control that had it, usable or not.
+INT_PTR Form::onActivate(bool active) noexcept {
+  if (!active) {
+    keptFocus_ = isWithin(window_, GetFocus()) ? GetFocus() : nullptr;
+    focusMoved_ = false;
+    return FALSE;
+  }
+  const HWND kept = std::exchange(keptFocus_, nullptr);
+  if (!std::exchange(focusMoved_, false)) return FALSE;
+  giveFocus(kept);
+  return answer(0);
+}
+
+// The system tells such changes to top-level windows only.
+void Form::tellControls(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  for (HWND each = GetWindow(window_, GW_CHILD); each; each = GetWindow(each, GW_HWNDNEXT))
+    SendMessageW(each, message, wParam, lParam);
+  if (message != WM_SETTINGCHANGE)
+    RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 void Form::runLoop() {
@@ -304,6 +394,13 @@ INT_PTR Form::onDialogMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       target->onDraw(item.hDC, item.rcItem);
       return TRUE;
     }
+    case WM_ACTIVATE:
+      return onActivate(LOWORD(wParam) != WA_INACTIVE);
+    case WM_SYSCOLORCHANGE:
+    case WM_SETTINGCHANGE:
+    case WM_THEMECHANGED:
+      tellControls(message, wParam, lParam);
+      return FALSE;
     case WM_CLOSE:
       if (!unloaded_) Form_QueryUnload();
       return TRUE;

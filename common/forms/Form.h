@@ -129,6 +129,12 @@ class Form {
   void leaveScreen() noexcept;
   void runLoop();
   bool takes(MSG& message) noexcept;
+  bool reaches(HWND window) const noexcept;
+  HWND nextStop(HWND from) const noexcept;
+  void giveFocus(HWND control) noexcept;
+  void putAway(HWND control, bool hidden) noexcept;
+  INT_PTR onActivate(bool active) noexcept;
+  void tellControls(UINT message, WPARAM wParam, LPARAM lParam) noexcept;
   Control* control(int id) const noexcept;
   Control* control(HWND window) const noexcept;
 
@@ -140,6 +146,8 @@ class Form {
   SIZE designedUnits_ = {};
   SIZE designedClient_ = {};
   SIZE designedWindow_ = {};
+  HWND keptFocus_ = nullptr;  // while another window is active
+  bool focusMoved_ = false;
   bool activateDue_ = false;
   bool loaded_ = false;  // what has not been loaded is not unloaded either
   bool wasShown_ = false;

@@ -7,6 +7,7 @@
 
 #include "common/com.h"
 #include "common/errors.h"
+#include "common/forms/Painting.h"
 #include "common/handles.h"
 
 namespace forms {
@@ -177,12 +178,9 @@ LRESULT PictureBox::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_ERASEBKGND:
       return 1;  // painted as a whole
-    case WM_PAINT: {
-      PAINTSTRUCT painting;
-      paint(BeginPaint(hwnd(), &painting));
-      EndPaint(hwnd(), &painting);
+    case WM_PAINT:
+      paint(Painting(hwnd()).target());
       return 0;
-    }
     case WM_PRINTCLIENT:
       paint(reinterpret_cast<HDC>(wParam));
       return 0;

@@ -5,6 +5,7 @@
 #include "common/Dispatch.h"
 #include "common/errors.h"
 #include "common/forms/PageAddress.h"
+#include "common/forms/Painting.h"
 #include "common/forms/WebBrowserSite.h"
 #include "common/handles.h"
 
@@ -205,12 +206,9 @@ LRESULT WebBrowser::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
     case WM_ERASEBKGND:
       return 1;
-    case WM_PAINT: {
-      PAINTSTRUCT painting;
-      paintText(BeginPaint(hwnd(), &painting));
-      EndPaint(hwnd(), &painting);
+    case WM_PAINT:
+      paintText(Painting(hwnd()).target());
       return 0;
-    }
     case WM_PRINTCLIENT:
       paintText(reinterpret_cast<HDC>(wParam));
       return 0;

@@ -15,19 +15,20 @@ void Control::setText(std::wstring_view value) {
 bool Control::enabled() const noexcept { return IsWindowEnabled(window_) != FALSE; }
 
 void Control::setEnabled(bool enabled) noexcept {
-  // A disabled control that kept the focus would swallow every key.
-  if (!enabled && GetFocus() == window_) SendMessageW(form_.hwnd(), WM_NEXTDLGCTL, 0, FALSE);
-  EnableWindow(window_, enabled);
+  if (enabled)
+    EnableWindow(window_, TRUE);
+  else
+    form_.putAway(window_, false);
 }
 
 void Control::setVisible(bool visible) noexcept {
-  ShowWindow(window_, visible ? SW_SHOWNA : SW_HIDE);
+  if (visible)
+    ShowWindow(window_, SW_SHOWNA);
+  else
+    form_.putAway(window_, true);
 }
 
-// By the dialog's own message, so that the default button follows.
-void Control::focus() noexcept {
-  SendMessageW(form_.hwnd(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(window_), TRUE);
-}
+void Control::focus() noexcept { form_.giveFocus(window_); }
 
 void Control::setToolTip(std::wstring_view value) { toolTip_ = value; }
 

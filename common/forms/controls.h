@@ -27,7 +27,7 @@ class Control {
   std::wstring text() const;
   void setText(std::wstring_view value);
   bool enabled() const noexcept;
-  // A control that has the focus hands it on before it is disabled.
+  // A control that has the focus hands it on before it is disabled or hidden.
   void setEnabled(bool enabled) noexcept;
   void setVisible(bool visible) noexcept;
   void focus() noexcept;

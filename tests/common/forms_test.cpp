@@ -49,6 +49,50 @@ class ProbeForm : public forms::Form {
   void Form_Unload() override { events.emplace_back(L"unload"); }
 };
 
+// Any of the program's forms, without controls of its own.
+class AnyForm : public forms::Form {
+ public:
+  AnyForm(int dialog, std::function<void(AnyForm&)> script)
+      : Form(L"frmAny", dialog), script_(std::move(script)) {
+    showModal(nullptr);
+  }
+
+ private:
+  void Form_Activate() override {
+    script_(*this);
+    unload();
+  }
+
+  const forms::WindowClass pictures_{forms::PictureBox::className, DefWindowProcW};
+  const forms::WindowClass pages_{forms::WebBrowser::className, DefWindowProcW};
+  std::function<void(AnyForm&)> script_;
+};
+
+// Notes which changes of the system's looks and settings a window hears of.
+class Listener {
+ public:
+  explicit Listener(HWND window) : window_(window) {
+    heard_.clear();
+    former_ = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
+  }
+  ~Listener() { SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(former_)); }
+  Listener(const Listener&) = delete;
+  Listener& operator=(const Listener&) = delete;
+  const std::vector<UINT>& heard() const { return heard_; }
+
+ private:
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_SYSCOLORCHANGE || message == WM_SETTINGCHANGE || message == WM_THEMECHANGED)
+      heard_.push_back(message);
+    return CallWindowProcW(former_, window, message, wParam, lParam);
+  }
+
+  HWND window_;
+  static inline WNDPROC former_ = nullptr;
+  static inline std::vector<UINT> heard_;
+};
+
 // A dialog resource as a window that nobody sees.
 class BareDialog {
  public:
@@ -289,6 +333,40 @@ TEST_CASE("a larger font makes the whole dialog larger") {
   CHECK(at96 > 0);
   CHECK(widthWith(10) > at96);
   CHECK(widthWith(12) > widthWith(10));
+}
+
+TEST_CASE("the controls of every form hear of new colours and settings and themes") {
+  for (const DialogResource& each : dialogResources()) {
+    CAPTURE(each.caption);
+    AnyForm(each.id, [&](AnyForm& form) {
+      std::size_t controls = 0;
+      for (HWND control = GetWindow(form.hwnd(), GW_CHILD); control;
+           control = GetWindow(control, GW_HWNDNEXT)) {
+        const Listener listener(control);
+        for (const UINT message : {WM_SYSCOLORCHANGE, WM_SETTINGCHANGE, WM_THEMECHANGED})
+          SendMessageW(form.hwnd(), message, 0, 0);
+        CHECK(listener.heard() ==
+              std::vector<UINT>{WM_SYSCOLORCHANGE, WM_SETTINGCHANGE, WM_THEMECHANGED});
+        ++controls;
+      }
+      CHECK(controls >= each.items.size());
+    });
+  }
+}
+
+TEST_CASE("a change of colours or theme paints a form anew") {
+  ProbeForm form;
+  form.activate = [](ProbeForm& self) {
+    for (const UINT message : {WM_SYSCOLORCHANGE, WM_THEMECHANGED}) {
+      UpdateWindow(self.hwnd());
+      UpdateWindow(self.ok.hwnd());
+      SendMessageW(self.hwnd(), message, 0, 0);
+      CHECK(GetUpdateRect(self.hwnd(), nullptr, FALSE));
+      CHECK(GetUpdateRect(self.ok.hwnd(), nullptr, FALSE));
+    }
+    self.close();
+  };
+  form.show(nullptr);
 }
 
 TEST_CASE("every caption fits its control at 96 and 120 and 144 pixels per inch") {

@@ -2,6 +2,7 @@
 
 #include "catalogue/resource.h"
 #include "common/forms/WebBrowser.h"
+#include "tests/support/ImportPatch.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/error_number.h"
 #include "tests/support/pictures.h"
@@ -51,6 +52,33 @@ COLORREF middleColour(const forms::PictureBox& box) {
   SelectObject(context.get(), old);
   return colour;
 }
+
+// No bitmap can be made; and whether what begins to paint also ends it.
+class NoBitmaps {
+ public:
+  NoBitmaps() {
+    current_ = this;
+    painting_ = 0;
+  }
+  static int painting() { return painting_; }
+
+ private:
+  static HBITMAP WINAPI refuse(HDC, int, int) { return nullptr; }
+  static HDC WINAPI begin(HWND window, LPPAINTSTRUCT paint) {
+    ++painting_;
+    return current_->begins_.original<decltype(begin)>()(window, paint);
+  }
+  static BOOL WINAPI end(HWND window, const PAINTSTRUCT* paint) {
+    --painting_;
+    return current_->ends_.original<decltype(end)>()(window, paint);
+  }
+
+  static inline NoBitmaps* current_ = nullptr;
+  static inline int painting_ = 0;
+  ImportPatch bitmaps_{nullptr, "gdi32.dll", "CreateCompatibleBitmap", refuse};
+  ImportPatch begins_{nullptr, "user32.dll", "BeginPaint", begin};
+  ImportPatch ends_{nullptr, "user32.dll", "EndPaint", end};
+};
 
 }  // namespace
 
@@ -145,6 +173,16 @@ TEST_CASE("a picture larger than its place has scroll bars and the arrow keys mo
     form.box.setPictureSize(form.box.naturalSize());
     CHECK_FALSE(hasBar(form.box, WS_HSCROLL));
     CHECK_FALSE(hasBar(form.box, WS_VSCROLL));
+  });
+}
+
+TEST_CASE("a picture box that cannot be painted ends its painting") {
+  PictureForm([&](PictureForm& form) {
+    const NoBitmaps noBitmaps;
+    InvalidateRect(form.box.hwnd(), nullptr, FALSE);
+    UpdateWindow(form.box.hwnd());
+    CHECK(noBitmaps.painting() == 0);
+    CHECK_FALSE(GetUpdateRect(form.box.hwnd(), nullptr, FALSE));
   });
 }
 

@@ -1,0 +1,37 @@
+// Ends the test program when it hangs.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdio>
+
+// For code that may never come round: the program fails when this still lives after that time.
+class Watchdog {
+ public:
+  explicit Watchdog(DWORD milliseconds)
+      : limit_(milliseconds),
+        done_(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
+        thread_(CreateThread(nullptr, 0, watch, this, 0, nullptr)) {}
+  ~Watchdog() {
+    SetEvent(done_);
+    WaitForSingleObject(thread_, INFINITE);
+    CloseHandle(thread_);
+    CloseHandle(done_);
+  }
+  Watchdog(const Watchdog&) = delete;
+  Watchdog& operator=(const Watchdog&) = delete;
+
+ private:
+  static DWORD WINAPI watch(void* self) {
+    const auto& dog = *static_cast<const Watchdog*>(self);
+    if (WaitForSingleObject(dog.done_, dog.limit_) == WAIT_OBJECT_0) return 0;
+    std::fputs("ERROR: the test hangs\n", stderr);
+    std::fflush(stderr);
+    TerminateProcess(GetCurrentProcess(), 3);
+    return 0;
+  }
+
+  DWORD limit_;
+  HANDLE done_;
+  HANDLE thread_;
+};
