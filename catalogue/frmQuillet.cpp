@@ -177,7 +177,6 @@ void frmQuillet::start() {
   writeVersions();
   wbPreview.navigate(forms::WebBrowser::blankPage);
   destination_.clear();
-  cbZoom.select(2);
   // A scan may take long: it is watched, and can be cancelled, on the screen.
   showNow();
   ListTemplates();
@@ -186,6 +185,7 @@ void frmQuillet::start() {
 // As they are until there are templates, also when the start fails.
 void frmQuillet::setUpControls() {
   for (const long percent : {50, 75, 100}) cbZoom.add(std::to_wstring(percent) + L"%", percent);
+  cbZoom.select(2);
   cbZoom.setEnabled(false);
   enableTemplateButtons(false);
 }
@@ -348,10 +348,14 @@ void frmQuillet::showPreviewError() {
   showPlace(false);
 }
 
-// Picture and page share one place.
+// Picture and page share one place. The one that comes is there before the other one goes, which
+// may have the focus to hand on.
 void frmQuillet::showPlace(bool picture) {
-  xwpPreview.setVisible(picture);
-  wbPreview.setVisible(!picture);
+  forms::Control* comes = &wbPreview;
+  forms::Control* goes = &xwpPreview;
+  if (picture) std::swap(comes, goes);
+  comes->setVisible(true);
+  goes->setVisible(false);
 }
 
 // The preview shows its template and nothing else: a link that is followed in it goes nowhere.

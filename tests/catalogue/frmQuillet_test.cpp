@@ -1,6 +1,7 @@
 // The template browser: start, list and preview.
 #include "tests/catalogue/frmQuillet_support.h"
 #include "tests/support/ImportPatch.h"
+#include "tests/support/Watchdog.h"
 
 namespace {
 
@@ -215,6 +216,54 @@ TEST_CASE("ampersands and long texts of a description are shown as they are") {
     CHECK(browser.text(IDC_QUILLET_DESC) == std::wstring(500, L'w'));
     for (const int id : {IDC_QUILLET_TITLE, IDC_QUILLET_DESC, IDC_QUILLET_PATH, IDC_QUILLET_DEST})
       CHECK((GetWindowLongW(browser.control(id), GWL_STYLE) & SS_NOPREFIX) != 0);
+  });
+}
+
+TEST_CASE("pictures have a size although the host refused its version at the start") {
+  BrowserWindow browser;
+  browser.addTemplate(L"home", "[home]\r\nPreview=a.gif\r\n");
+  browser.disk.writeFile(L"home\\a.gif", pictures::bytes(pictures::blueGif));
+  browser.host.faults().refuse(L"Application.Version", L"Not now.", 1234);
+  browser.driver.onDialog(L"Manage Dynamic Web Template Folders",
+                          [](HWND dialog) { press(dialog, IDOK); });
+  browser.show([&] {
+    press(browser.dialog, IDC_QUILLET_SELECT);
+    REQUIRE(browser.rows() == Lines{L"home"});
+    CHECK(isSize(blueExtent(browser.control(IDC_QUILLET_PICTURE)), 201, 100));
+  });
+}
+
+TEST_CASE("a key that waits for the page behind a picture is dropped") {
+  const Watchdog watchdog(60000);
+  BrowserWindow browser;
+  browser.addTemplate(L"home", "[home]\r\nPreview=a.gif\r\n");
+  browser.disk.writeFile(L"home\\a.gif", pictures::bytes(pictures::blueGif));
+  bool closed = false;
+  browser.show([&] {
+    const HWND page = browser.control(IDC_QUILLET_PAGE);
+    const HWND inner = CreateWindowW(L"Edit", L"", WS_CHILD | WS_VISIBLE, 0, 0, 9, 9, page, nullptr,
+                                     nullptr, nullptr);
+    for (const HWND window : {page, inner})
+      for (const UINT message : {WM_CHAR, WM_SYSCHAR, WM_KEYDOWN})
+        PostMessageW(window, message, L'x', 1);
+    forms::yieldToMessages();
+    CHECK_FALSE(browser.visible(IDC_QUILLET_PAGE));
+    CHECK(IsWindowVisible(browser.dialog));
+    closed = true;
+  });
+  CHECK(closed);
+}
+
+TEST_CASE("the focus of a picture goes to the page that takes its place") {
+  BrowserWindow browser;
+  browser.addTemplate(L"a", "[a]\r\nPreview=a.gif\r\n");
+  browser.disk.writeFile(L"a\\a.gif", pictures::bytes(pictures::blueGif));
+  browser.addTemplate(L"b");
+  browser.show([&] {
+    SetFocus(browser.control(IDC_QUILLET_PICTURE));
+    browser.selectRow(1);
+    CHECK(browser.visible(IDC_QUILLET_PAGE));
+    CHECK(GetFocus() == browser.control(IDC_QUILLET_PAGE));
   });
 }
 
