@@ -141,16 +141,15 @@ void dispatchToForms(MSG& message) {
   Form* const top = showing().forms.empty() ? nullptr : showing().forms.back();
   const HWND form = top ? top->hwnd() : nullptr;
   if (form && (message.hwnd == form || IsChild(form, message.hwnd))) {
-    const bool reached = top->reaches(message.hwnd);
     // The system's search for a mnemonic begins at the key's window, passes over what is hidden or
     // disabled, and ends only when it is back: such a window it would never find again.
+    bool reached = top->reaches(message.hwnd);
     if (!reached && isKey(message)) {
       if (!isForTheForm(message)) return;
       message.hwnd = form;
-      if (IsDialogMessageW(form, &message)) return;
-    } else if (reached && (top->takes(message) || IsDialogMessageW(form, &message))) {
-      return;
+      reached = true;
     }
+    if (reached && (top->takes(message) || IsDialogMessageW(form, &message))) return;
   }
   TranslateMessage(&message);
   DispatchMessageW(&message);
