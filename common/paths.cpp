@@ -5,6 +5,7 @@
 
 #include <random>
 
+#include "common/FileIdentity.h"
 #include "common/NoSystemBoxes.h"
 #include "common/ansi.h"
 #include "common/handles.h"
@@ -125,27 +126,9 @@ std::wstring folderAbove(const std::wstring& path) {
   return slash == path.npos || slash <= shareName ? std::wstring() : path.substr(0, slash);
 }
 
-// What is the same under all names of a folder.
-struct FolderIdentity {
-  DWORD volume = 0;
-  DWORD indexHigh = 0;
-  DWORD indexLow = 0;
-
-  bool operator==(const FolderIdentity&) const = default;
-};
-
-// All zero for a folder that is not there, or whose file system does not tell.
-FolderIdentity identityOf(const std::wstring& folder) {
-  if (folder.empty()) return {};
-  const NoSystemBoxes quiet;
-  // The backslash makes the root of "C:", which alone would be the drive's current folder.
-  const handles::File file(CreateFileW(
-      withBackslash(folder).c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-      nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-  BY_HANDLE_FILE_INFORMATION data = {};
-  if (!file || !GetFileInformationByHandle(file.get(), &data)) return {};
-  if (data.nFileIndexHigh == 0 && data.nFileIndexLow == 0) return {};
-  return {data.dwVolumeSerialNumber, data.nFileIndexHigh, data.nFileIndexLow};
+// The backslash makes the root of "C:", which alone would be the drive's current folder.
+FileIdentity identityOfFolder(const std::wstring& folder) {
+  return folder.empty() ? FileIdentity() : identityOf(withBackslash(folder));
 }
 
 }  // namespace
@@ -226,10 +209,10 @@ std::vector<std::wstring> localPathsOf(const std::wstring& address) {
 
 bool liesWithin(const std::wstring& path, const std::wstring& folder) {
   const std::wstring place = fullPath(folder);
-  const FolderIdentity wanted = identityOf(place);
+  const FileIdentity wanted = identityOfFolder(place);
   for (std::wstring level = fullPath(path); !level.empty(); level = folderAbove(level)) {
     if (text::equalIgnoringCase(level, place)) return true;
-    if (wanted != FolderIdentity{} && identityOf(level) == wanted) return true;
+    if (wanted && identityOfFolder(level) == wanted) return true;
   }
   return false;
 }

@@ -3,30 +3,197 @@
 #include <windows.h>
 #include <shlwapi.h>
 
+#include <algorithm>
 #include <vector>
 
+#include "common/FileIdentity.h"
+#include "common/NoSystemBoxes.h"
 #include "common/letter_case.h"
 
 namespace forms {
 namespace {
 
-// A file URL as the local path it stands for, everything else as it is.
-std::wstring plain(const std::wstring& address) {
-  if (!text::beginsIgnoringCase(address, L"file:")) return address;
-  DWORD length = static_cast<DWORD>(address.size()) + 1;
-  std::vector<wchar_t> path(length + MAX_PATH);
-  length = static_cast<DWORD>(path.size());
-  if (FAILED(PathCreateFromUrlW(address.c_str(), path.data(), &length, 0))) return address;
-  return path.data();
+constexpr std::wstring_view fileScheme = L"file:";
+constexpr std::wstring_view thisComputer = L"localhost\\";
+
+bool isLetter(wchar_t c) noexcept { return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z'); }
+
+bool startsWithDrive(std::wstring_view path) noexcept {
+  return path.size() > 2 && isLetter(path[0]) && (path[1] == L':' || path[1] == L'|') &&
+         path[2] == L'\\';
+}
+
+int hexDigit(wchar_t c) noexcept {
+  if (c >= L'0' && c <= L'9') return c - L'0';
+  if (c >= L'a' && c <= L'f') return c - L'a' + 10;
+  if (c >= L'A' && c <= L'F') return c - L'A' + 10;
+  return -1;
+}
+
+// The byte that is written as "%xx" at the place; -1 when there is none.
+int escapedByte(std::wstring_view text, std::size_t place) noexcept {
+  if (place + 2 >= text.size() || text[place] != L'%') return -1;
+  const int high = hexDigit(text[place + 1]);
+  const int low = hexDigit(text[place + 2]);
+  return high < 0 || low < 0 ? -1 : high * 16 + low;
+}
+
+bool append(std::wstring& text, const std::string& bytes, UINT codePage) {
+  if (bytes.empty()) return true;
+  const int size = static_cast<int>(bytes.size());
+  std::wstring letters(bytes.size(), L'\0');
+  const int length =
+      MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, bytes.data(), size, letters.data(), size);
+  text.append(letters, 0, static_cast<std::size_t>(length));
+  return length > 0;
+}
+
+// With "%xx" as the bytes of that code page; nothing when they are no text in it.
+std::optional<std::wstring> unescaped(std::wstring_view text, UINT codePage) {
+  std::wstring result;
+  std::string bytes;
+  for (std::size_t place = 0; place < text.size();) {
+    const int byte = escapedByte(text, place);
+    if (byte == 0) return std::nullopt;
+    if (byte > 0) {
+      bytes += static_cast<char>(byte);
+      place += 3;
+      continue;
+    }
+    if (!append(result, bytes, codePage)) return std::nullopt;
+    bytes.clear();
+    result += text[place++];
+  }
+  if (!append(result, bytes, codePage)) return std::nullopt;
+  return result;
+}
+
+// The path that a file URL stands for, given what follows "file:" without its escapes.
+std::optional<std::wstring> pathOfUrl(std::wstring rest) {
+  std::replace(rest.begin(), rest.end(), L'/', L'\\');
+  const std::size_t slashes = std::min(rest.find_first_not_of(L'\\'), rest.size());
+  std::wstring path = rest.substr(slashes);
+  if (text::beginsIgnoringCase(path, thisComputer) &&
+      startsWithDrive(std::wstring_view(path).substr(thisComputer.size())))
+    path.erase(0, thisComputer.size());
+  if (startsWithDrive(path)) {
+    path[1] = L':';
+    return path;
+  }
+  if (slashes < 2 || slashes == 3 || path.empty()) return std::nullopt;
+  return L"\\\\" + path;
+}
+
+bool isPath(const std::wstring& address) {
+  std::wstring path = address.substr(0, 3);
+  std::replace(path.begin(), path.end(), L'/', L'\\');
+  return (startsWithDrive(path) && path[1] == L':') || path.starts_with(L"\\\\");
+}
+
+std::wstring fullPath(const std::wstring& path) {
+  std::wstring full(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length =
+        GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+    const bool fits = length < full.size();
+    full.resize(length);
+    if (fits) return full;
+  }
+}
+
+// Every full path that the address may mean: what escapes stand for and where the path ends is not
+// told by the address itself.
+std::vector<std::wstring> filesOf(const std::wstring& address) {
+  std::vector<std::wstring> files;
+  const auto add = [&](const std::optional<std::wstring>& path) {
+    if (!path) return;
+    std::wstring full = fullPath(*path);
+    if (std::find(files.begin(), files.end(), full) == files.end())
+      files.push_back(std::move(full));
+  };
+  const bool path = isPath(address);
+  if (!path && !text::beginsIgnoringCase(address, fileScheme)) return files;
+  for (const wchar_t* const ends : {L"", L"#", L"#?"}) {
+    const std::wstring part = address.substr(0, address.find_first_of(ends));
+    if (path) {
+      add(part);
+      continue;
+    }
+    const std::wstring rest = part.substr(fileScheme.size());
+    add(pathOfUrl(rest));
+    for (const UINT codePage : {static_cast<UINT>(CP_UTF8), static_cast<UINT>(CP_ACP)})
+      if (const auto plain = unescaped(rest, codePage)) add(pathOfUrl(*plain));
+  }
+  return files;
+}
+
+// The drive or the server's share of a full path; empty when there is none.
+std::wstring_view rootOf(std::wstring_view full) noexcept {
+  if (startsWithDrive(full)) return full.substr(0, 2);
+  if (!full.starts_with(L"\\\\")) return {};
+  const std::size_t server = full.find(L'\\', 2);
+  return server == full.npos ? std::wstring_view() : full.substr(0, full.find(L'\\', server + 1));
+}
+
+bool haveSameRoot(std::wstring_view one, std::wstring_view other) {
+  const std::wstring_view root = rootOf(one);
+  return !root.empty() && text::equalIgnoringCase(root, rootOf(other));
+}
+
+// As the disk writes it; a path that it does not know, or that is too long for the engine, stays as
+// it is.
+std::wstring longPath(const std::wstring& full) {
+  if (full.size() >= MAX_PATH) return full;
+  const NoSystemBoxes quiet;
+  std::wstring path(GetLongPathNameW(full.c_str(), nullptr, 0), L'\0');
+  path.resize(GetLongPathNameW(full.c_str(), path.data(), static_cast<DWORD>(path.size())));
+  return path.empty() ? full : path;
+}
+
+bool isSameFile(const std::wstring& one, const std::wstring& other) {
+  // A page may name any server: nobody is asked there.
+  if (!haveSameRoot(one, other)) return false;
+  if (text::equalIgnoringCase(one, other)) return true;
+  if (text::equalIgnoringCase(longPath(one), longPath(other))) return true;
+  const auto identity = modCommon::identityOf(one);
+  return identity && identity == modCommon::identityOf(other);
+}
+
+std::wstring canonical(const std::wstring& url) {
+  std::wstring result(url.size() * 3 + 16, L'\0');
+  DWORD length = static_cast<DWORD>(result.size());
+  if (FAILED(UrlCanonicalizeW(url.c_str(), result.data(), &length, URL_ESCAPE_UNSAFE))) return url;
+  result.resize(length);
+  return result;
+}
+
+bool isSameUrl(const std::wstring& reached, const std::wstring& wanted) {
+  return text::equalIgnoringCase(canonical(reached), canonical(wanted));
 }
 
 }  // namespace
 
 bool isSamePage(const std::wstring& reached, const std::wstring& wanted) {
-  if (text::equalIgnoringCase(plain(reached), plain(wanted))) return true;
-  const auto place = reached.rfind(L'#');
-  return place != std::wstring::npos &&
-         text::equalIgnoringCase(plain(reached.substr(0, place)), plain(wanted));
+  const auto wantedFiles = filesOf(wanted);
+  if (wantedFiles.empty())
+    return isSameUrl(reached, wanted) || isSameUrl(reached.substr(0, reached.rfind(L'#')), wanted);
+  const auto reachedFiles = filesOf(reached);
+  return std::any_of(reachedFiles.begin(), reachedFiles.end(), [&](const std::wstring& one) {
+    return std::any_of(wantedFiles.begin(), wantedFiles.end(),
+                       [&](const std::wstring& other) { return isSameFile(one, other); });
+  });
+}
+
+std::optional<std::wstring> fileBeside(const std::wstring& address, const std::wstring& page) {
+  // Where the address can be read in several ways, the one that ends first is what the engine may
+  // open.
+  const auto files = filesOf(address.substr(0, address.find_first_of(L"#?")));
+  const std::wstring place = fullPath(page);
+  if (files.empty() || !std::all_of(files.begin(), files.end(), [&](const std::wstring& each) {
+        return haveSameRoot(each, place);
+      }))
+    return std::nullopt;
+  return files.back();
 }
 
 }  // namespace forms

@@ -67,24 +67,44 @@ class BareBrowser
     return S_OK;
   }
 
-  // Events. The arguments stand in the order of their declaration.
+  // Events. The arguments stand in the order of their declaration. Those of navigations are passed
+  // by reference, but for the browser that navigates.
 
   void fire(DISPID event, std::initializer_list<com::Variant> arguments,
             VARIANT_BOOL* cancel = nullptr) {
+    fire(event, arguments, cancel, {});
+  }
+
+  // The cancel flag stands before the last arguments.
+  void fire(DISPID event, std::initializer_list<com::Variant> arguments, VARIANT_BOOL* cancel,
+            std::initializer_list<com::Variant> last) {
     if (!sink_) return;
+    const bool byReference = event == DISPID_BEFORENAVIGATE2 || event == DISPID_NAVIGATEERROR ||
+                             event == DISPID_NAVIGATECOMPLETE2 || event == DISPID_DOCUMENTCOMPLETE;
     std::vector<VARIANT> reversed;
-    if (cancel) {
-      VARIANT flag = {};
-      flag.vt = VT_BYREF | VT_BOOL;
-      flag.pboolVal = cancel;
-      reversed.push_back(flag);
-    }
-    for (auto each = std::rbegin(arguments); each != std::rend(arguments); ++each)
+    for (auto each = std::rbegin(last); each != std::rend(last); ++each)
       reversed.push_back(each->get());
+    if (cancel) reversed.push_back(reference(cancel));
+    for (auto each = std::rbegin(arguments); each != std::rend(arguments); ++each)
+      reversed.push_back(byReference && each != std::rend(arguments) - 1 ? reference(*each)
+                                                                         : each->get());
     DISPPARAMS parameters = {reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
     const ComPtr<IDispatch> sink = sink_;
     sink->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, nullptr,
                  nullptr, nullptr);
+  }
+
+  static VARIANT reference(VARIANT_BOOL* flag) noexcept {
+    VARIANT argument = {};
+    argument.vt = VT_BYREF | VT_BOOL;
+    argument.pboolVal = flag;
+    return argument;
+  }
+  static VARIANT reference(const com::Variant& value) noexcept {
+    VARIANT argument = {};
+    argument.vt = VT_BYREF | VT_VARIANT;
+    argument.pvarVal = const_cast<VARIANT*>(&value.get());
+    return argument;
   }
 
   com::Variant self() {

@@ -1,6 +1,7 @@
 #include "host/pages/PageBrowser.h"
 
 #include "common/text.h"
+#include "host/pages/Address.h"
 #include "host/pages/BareBrowser.h"
 #include "host/pages/fetch.h"
 #include "html/PageView.h"
@@ -20,7 +21,9 @@ constexpr long notFound = 404;
 class PageBrowser final : public BareBrowser {
  public:
   PageBrowser() {
-    view_.onLink = [this](const std::wstring& link) { go(resolved(address_, link), Way::onward); };
+    view_.onLink = [this](const std::wstring& link) {
+      go(addressOf(resolved(address_, link)), Way::onward);
+    };
     view_.onLater = [this] { load(); };
     view_.onPicture = [this](const std::wstring& picture) {
       std::string bytes;

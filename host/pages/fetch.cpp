@@ -52,14 +52,6 @@ bool readHttp(const std::wstring& address, std::string& bytes) {
 
 }  // namespace
 
-std::wstring addressOf(const std::wstring& addressOrPath) {
-  if (addressOrPath.size() < 3 || addressOrPath[1] != L':') return addressOrPath;
-  wchar_t address[longestAddress] = {};
-  DWORD length = longestAddress;
-  return SUCCEEDED(UrlCreateFromPathW(addressOrPath.c_str(), address, &length, 0)) ? address
-                                                                                   : addressOrPath;
-}
-
 std::wstring resolved(const std::wstring& base, const std::wstring& address) {
   const std::wstring path = address.substr(0, address.find(L'?'));
   const std::wstring rest = address.substr(path.size());

@@ -5,9 +5,6 @@
 
 namespace standin::pages {
 
-// An address, or a path of this disk.
-std::wstring addressOf(const std::wstring& addressOrPath);
-
 // `address`, which may say only where it is from `base` on. Its query stays as it is written.
 std::wstring resolved(const std::wstring& base, const std::wstring& address);
 

@@ -113,7 +113,8 @@ class BrowserWindow {
     run();
   }
 
-  // Runs `next` when no scan is under way and no message stands over the window.
+  // Runs `next` when no scan is under way, no message stands over the window and no page is on its
+  // way.
   void whenListed(std::function<void()> next) {
     next_ = std::move(next);
     waiting_ = this;
@@ -140,6 +141,11 @@ class BrowserWindow {
   void selectRow(int row) const {
     ListView_SetItemState(control(IDC_QUILLET_LIST), row, LVIS_SELECTED | LVIS_FOCUSED,
                           LVIS_SELECTED | LVIS_FOCUSED);
+  }
+  // The same; the page that comes with it has come.
+  void showRow(int row) const {
+    selectRow(row);
+    page.settle();
   }
   void chooseZoom(int item) const {
     SendMessageW(control(IDC_QUILLET_ZOOM), CB_SETCURSEL, static_cast<WPARAM>(item), 0);
@@ -171,7 +177,8 @@ class BrowserWindow {
   }
 
   static void CALLBACK onTimer(HWND, UINT, UINT_PTR timer, DWORD) {
-    if (!isEnabled(waiting_->dialog, IDC_QUILLET_SELECT) || !IsWindowEnabled(waiting_->dialog))
+    if (!isEnabled(waiting_->dialog, IDC_QUILLET_SELECT) || !IsWindowEnabled(waiting_->dialog) ||
+        !waiting_->page.isResting())
       return;
     KillTimer(nullptr, timer);
     const auto next = std::move(waiting_->next_);

@@ -263,7 +263,7 @@ TEST_CASE("the focus of a picture goes to the page that takes its place") {
     SetFocus(browser.control(IDC_QUILLET_PICTURE));
     browser.selectRow(1);
     CHECK(browser.visible(IDC_QUILLET_PAGE));
-    CHECK(GetFocus() == browser.control(IDC_QUILLET_PAGE));
+    CHECK(GetFocus() == browser.page.window());
   });
 }
 
@@ -515,40 +515,6 @@ TEST_CASE("zooming a picture that was deleted meanwhile is logged and the window
   CHECK(browser.driver.boxes().empty());
 }
 
-TEST_CASE("a page is previewed in the embedded browser") {
-  BrowserWindow browser;
-  browser.addTemplate(L"home", "[home]\r\nTitle=Home\r\nPreview=show.htm\r\n");
-  browser.disk.writeFile(L"home\\show.htm", "<html></html>");
-  browser.show([&] {
-    CHECK(browser.text(IDC_QUILLET_TITLE) == L"Preview : Home     [HTML Preview]");
-    CHECK(browser.page.navigations() == Lines{L"about:blank", browser.disk / L"home\\show.htm"});
-    CHECK(browser.visible(IDC_QUILLET_PAGE));
-    CHECK_FALSE(browser.visible(IDC_QUILLET_PICTURE));
-    CHECK_FALSE(browser.enabled(IDC_QUILLET_ZOOM));
-  });
-}
-
-TEST_CASE("an empty preview page shows a blank page") {
-  BrowserWindow browser;
-  browser.addTemplate(L"home", "[home]\r\nPreview=show.htm\r\n");
-  browser.disk.writeFile(L"home\\show.htm");
-  browser.show([&] {
-    CHECK(browser.page.navigations() == Lines{L"about:blank", L"about:blank"});
-    CHECK(browser.text(IDC_QUILLET_TITLE) == L"Preview : home     [HTML Preview]");
-    CHECK(browser.visible(IDC_QUILLET_PAGE));
-  });
-}
-
-TEST_CASE("a template without preview settings and pictures shows its own page") {
-  BrowserWindow browser;
-  const std::wstring file = browser.addTemplate(L"home");
-  browser.show([&] {
-    CHECK(browser.page.address() == file);
-    CHECK(browser.text(IDC_QUILLET_TITLE) == L"Preview : home     [HTML Preview]");
-    CHECK(browser.text(IDC_QUILLET_DESC) == L"<not available>");
-  });
-}
-
 TEST_CASE("selecting a template whose file was deleted changes nothing in the preview") {
   BrowserWindow browser;
   browser.addTemplate(L"a", "[a]\r\nTitle=First\r\nDescription=one\r\n");
@@ -601,100 +567,19 @@ TEST_CASE("an empty picture file shows the error page") {
   browser.show([&] { CHECK(browser.page.bodyHtml() == errorBody); });
 }
 
-TEST_CASE("a page that cannot be loaded is replaced by a blank one with the error") {
-  BrowserWindow browser;
-  const std::wstring file = browser.addTemplate(L"home");
-  browser.page.unreachable = [&](const std::wstring& address) { return address == file; };
-  browser.show([&] {
-    CHECK(browser.page.address() == L"about:blank");
-    CHECK(browser.page.bodyHtml() == errorBody);
-  });
-}
-
-TEST_CASE("the error of a page that was left does not replace the next one") {
-  BrowserWindow browser;
-  const std::wstring left = browser.addTemplate(L"a");
-  const std::wstring shown = browser.addTemplate(L"b");
-  browser.show([&] {
-    browser.selectRow(1);
-    browser.page.failLate(left);
-    CHECK(browser.page.address() == shown);
-    CHECK(browser.page.bodyHtml().empty());
-  });
-}
-
-TEST_CASE("a page that was left does not take the error of the next one") {
-  BrowserWindow browser;
-  const std::wstring left = browser.addTemplate(L"a");
-  const std::wstring broken = browser.addTemplate(L"b");
-  browser.page.unreachable = [&](const std::wstring& address) { return address == broken; };
-  browser.show([&] {
-    browser.page.isSlow = true;
-    browser.selectRow(1);
-    browser.page.arrive(broken);
-    browser.page.completeLate(left);
-    CHECK(browser.page.bodyHtml().empty());
-    // A blank page that was left looks like the one on its way.
-    browser.page.completeLate(L"about:blank");
-    browser.page.arrive(L"about:blank");
-    CHECK(browser.page.bodyHtml() == errorBody);
-  });
-}
-
 TEST_CASE("where no page can be rendered the window still works") {
   BrowserWindow browser;
   browser.addTemplate(L"a");
   browser.addTemplate(L"b");
   browser.page.hasDocument = false;
   browser.show([&] {
-    browser.selectRow(1);
+    browser.showRow(1);
     CHECK(browser.text(IDC_QUILLET_TITLE) == L"Preview : b     [HTML Preview]");
     CHECK(browser.enabled(IDOK));
     // The place of the page says in red what the page would say.
     CHECK(extentOf(browser.control(IDC_QUILLET_PAGE), isRed).cx > 50);
   });
   CHECK(browser.driver.boxes().empty());
-}
-
-TEST_CASE("the preview follows no link and opens no window and downloads nothing") {
-  BrowserWindow browser;
-  const std::wstring file = browser.addTemplate(L"home");
-  browser.show([&] {
-    CHECK_FALSE(browser.page.follow(L"http://example.invalid/"));
-    CHECK_FALSE(browser.page.followInFrame(L"http://example.invalid/"));
-    CHECK_FALSE(browser.page.openWindow());
-    CHECK_FALSE(browser.page.download(false));
-    CHECK(browser.page.download(true));
-    CHECK(browser.page.follow(file + L"#below"));
-    CHECK(browser.page.address() == file);
-  });
-}
-
-TEST_CASE("a page that was left and completes late takes no frames from the next one") {
-  BrowserWindow browser;
-  const std::wstring left = browser.addTemplate(L"a");
-  const std::wstring shown = browser.addTemplate(L"b");
-  browser.show([&] {
-    browser.page.isSlow = true;
-    browser.selectRow(1);
-    for (const std::wstring& stray : {std::wstring(L"about:blank"), left}) {
-      browser.page.completeLate(stray);
-      CHECK(browser.page.followInFrame(L"http://example.invalid/frame.htm"));
-    }
-    browser.page.arrive(shown);
-    CHECK_FALSE(browser.page.followInFrame(L"http://example.invalid/frame.htm"));
-  });
-}
-
-TEST_CASE("previewed pages run no scripts and no components") {
-  BrowserWindow browser;
-  browser.addTemplate(L"home");
-  browser.show([&] {
-    const long allowed = browser.page.ambient(-5512);
-    CHECK((allowed & 0x10) != 0);   // pictures
-    CHECK((allowed & 0x80) != 0);   // no scripts
-    CHECK((allowed & 0x200) != 0);  // no components
-  });
 }
 
 TEST_CASE("nothing of the window is left behind") {

@@ -6,6 +6,7 @@
 #include <oleidl.h>
 
 #include "common/com.h"
+#include "host/pages/Address.h"
 #include "host/pages/BareBrowser.h"
 #include "html/PageView.h"
 #include "tests/support/ModalDriver.h"
@@ -39,13 +40,13 @@ class Listener final : public standin::pages::Counted<IDispatch> {
                       UINT*) noexcept override {
     const VARIANT* const arguments = given->rgvarg;
     if (event == DISPID_BEFORENAVIGATE2) {
-      const std::wstring address = arguments[5].bstrVal;
+      const std::wstring address = arguments[5].pvarVal->bstrVal;
       if (!refused.empty() && address.ends_with(refused)) *arguments[0].pboolVal = VARIANT_TRUE;
       note(L"before", address);
     } else if (event == DISPID_DOCUMENTCOMPLETE) {
-      note(L"complete", arguments[0].bstrVal);
+      note(L"complete", arguments[0].pvarVal->bstrVal);
     } else if (event == DISPID_NAVIGATEERROR) {
-      note(L"error", arguments[3].bstrVal);
+      note(L"error", arguments[3].pvarVal->bstrVal);
     } else if (event == DISPID_COMMANDSTATECHANGE) {
       lines.push_back((arguments[1].lVal == 2 ? L"back " : L"forward ") +
                       std::wstring(arguments[0].boolVal ? L"on" : L"off"));
@@ -117,6 +118,23 @@ TEST_CASE("the host's own browser shows a page of the disk and tells of it") {
   CHECK(browser.shows(L"One"));
   CHECK(browser.listener->lines ==
         Lines{L"before one.htm", L"back off", L"forward off", L"complete one.htm"});
+}
+
+TEST_CASE("the host's own browser names a page of the disk as the system's does") {
+  Browser browser;
+  browser.disk.makeFolder(L"sub");
+  browser.disk.writeFile(L"a page.htm", "<title>One</title><p><a href=sub/../two.htm>go on</a>");
+  const auto shown = [&] {
+    com::Bstr url;
+    browser.browser->get_LocationURL(url.put());
+    return url.text();
+  };
+  browser.navigate(browser.disk / L"sub\\..\\a page.htm");
+  CHECK(browser.shows(L"One"));
+  CHECK(shown() == standin::pages::addressOf(browser.disk / L"a page.htm"));
+  browser.click(L"go on");
+  CHECK(browser.shows(L"Two"));
+  CHECK(shown() == standin::pages::addressOf(browser.disk / L"two.htm"));
 }
 
 TEST_CASE("a click on a link follows it and the way leads back and forward") {

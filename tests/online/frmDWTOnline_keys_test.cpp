@@ -3,24 +3,9 @@
 #include <optional>
 
 #include "tests/online/OnlineWindow.h"
+#include "tests/support/HeldKeys.h"
 
 namespace {
-
-// Keys that are held down.
-class HeldKeys {
- public:
-  explicit HeldKeys(std::initializer_list<int> keys) {
-    BYTE state[256] = {};
-    for (const int key : keys) state[key] = 0x80;
-    SetKeyboardState(state);
-  }
-  ~HeldKeys() {
-    BYTE state[256] = {};
-    SetKeyboardState(state);
-  }
-  HeldKeys(const HeldKeys&) = delete;
-  HeldKeys& operator=(const HeldKeys&) = delete;
-};
 
 RECT placeOf(HWND control, HWND window) {
   RECT place;

@@ -97,6 +97,7 @@ TEST_CASE("a success page that asks for a download without files leaves the wind
   OnlineWindow online;
   online.show([&] {
     online.page.follow(pageWithSuccess(server, L"http://127.0.0.1/DWTOnlineDownload.htm"));
+    online.page.settle();
     CHECK(online.open());
     CHECK(isOn(online));
   });
@@ -110,6 +111,7 @@ TEST_CASE("a success page that asks for a download that fails leaves the window 
   online.show([&] {
     online.page.follow(
         pageWithSuccess(server, downloadPage(L"?dwt1=http://127.0.0.1/.hidden.zip")));
+    online.page.settle();
     CHECK(isOn(online));
   });
 }
@@ -158,6 +160,7 @@ TEST_CASE("the unload timer of an earlier download does not close the window wit
   online.show([&] {
     online.page.follow(downloadPage(L"?dwt1=" + server.url(L"/d.zip")));
     online.page.follow(pageWithSuccess(server, done));
+    online.page.settle();
     for (int i = 0; i < 3; ++i) timer.tick(online.dialog);
     CHECK(online.open());
     CHECK(isOn(online));

@@ -48,6 +48,12 @@ class PageForm : public forms::Form {
     }
   }
 
+  // Until the page has come or failed.
+  void go(const FakeWebBrowser& fake, const std::wstring& address) {
+    page.navigate(address);
+    fake.settle();
+  }
+
   forms::PictureBox box;
   forms::WebBrowser page;
   Lines events;
@@ -66,6 +72,7 @@ void show(std::function<void(PageForm&)> script) { PageForm(script).show(); }
 // The first page is there, the second one and its body are on their way.
 void leaveFirstPage(FakeWebBrowser& fake, forms::WebBrowser& page) {
   page.navigate(L"http://one/");
+  fake.settle();
   fake.isSlow = true;
   page.navigate(L"http://two/");
   page.setBodyHtml(L"<p>instead</p>", L"instead");
@@ -118,7 +125,7 @@ TEST_CASE("a browser that cannot be made raises 429 each time it is asked for") 
 TEST_CASE("the events of a page reach the form in order") {
   FakeWebBrowser fake;
   show([&](PageForm& form) {
-    form.page.navigate(L"http://one/");
+    form.go(fake, L"http://one/");
     CHECK(form.events ==
           Lines{L"before http://one/", L"navigated http://one/", L"complete http://one/"});
     CHECK(form.page.address() == L"http://one/");
@@ -129,10 +136,10 @@ TEST_CASE("a navigation can be refused") {
   FakeWebBrowser fake;
   show([&](PageForm& form) {
     form.refused = L"http://two/";
-    form.page.navigate(L"http://one/");
+    form.go(fake, L"http://one/");
     CHECK_FALSE(fake.follow(L"http://two/"));
     CHECK(fake.follow(L"http://three/"));
-    form.page.navigate(L"http://two/");
+    form.go(fake, L"http://two/");
     CHECK(form.page.address() == L"http://one/");
   });
 }
@@ -140,7 +147,7 @@ TEST_CASE("a navigation can be refused") {
 TEST_CASE("a frame in the page is told from the page itself") {
   FakeWebBrowser fake;
   show([&](PageForm& form) {
-    form.page.navigate(L"http://one/");
+    form.go(fake, L"http://one/");
     form.events.clear();
     fake.followInFrame(L"http://frame/");
     CHECK(form.events == Lines{L"before http://frame/ in a frame"});
@@ -151,7 +158,7 @@ TEST_CASE("a page that does not arrive fires the error and no error is raised") 
   FakeWebBrowser fake;
   fake.unreachable = [](const std::wstring&) { return true; };
   show([&](PageForm& form) {
-    form.page.navigate(L"http://one/");
+    form.go(fake, L"http://one/");
     CHECK(form.events == Lines{L"before http://one/", L"error http://one/"});
   });
 }
@@ -193,7 +200,7 @@ TEST_CASE("a page opens no window and only a passive browser refuses downloads")
 TEST_CASE("the body of a page can be replaced") {
   FakeWebBrowser fake;
   show([&](PageForm& form) {
-    form.page.navigate(L"http://one/");
+    form.go(fake, L"http://one/");
     form.page.setBodyHtml(L"<p>instead</p>", L"instead");
     CHECK(fake.bodyHtml() == L"<p>instead</p>");
   });
@@ -205,7 +212,7 @@ TEST_CASE("a body that is set before there is a page is put into the next one") 
     form.page.setBodyHtml(L"<p>instead</p>", L"instead");
     CHECK(fake.bodyHtml().empty());
     fake.hasDocument = false;
-    form.page.navigate(L"http://one/");
+    form.go(fake, L"http://one/");
     form.page.setBodyHtml(L"<p>instead</p>", L"instead");
     fake.hasDocument = true;
     fake.arrive(L"http://one/");
@@ -221,7 +228,7 @@ TEST_CASE("a body that is set while a page is on its way is put into that page")
     CHECK(fake.address() == L"http://two/");
     CHECK(fake.bodyHtml() == L"<p>instead</p>");
     fake.isSlow = false;
-    form.page.navigate(L"http://three/");
+    form.go(fake, L"http://three/");
     CHECK(fake.bodyHtml().empty());
   });
 }
