@@ -1,8 +1,8 @@
 # Part of ./dev: installs exactly what is missing.
 
 packages_to_work=(
-  wine wine32:i386 wine64 g++-mingw-w64-i686-win32 mingw-w64-tools doctest-dev cmake ninja-build
-  dpkg-dev clang-format python3 python3-pyftpdlib zip xvfb openbox imagemagick x11-utils fonts-wine
+  wine wine32:i386 wine64 g++-mingw-w64-i686-win32 libz-mingw-w64-dev mingw-w64-tools doctest-dev
+  cmake ninja-build dpkg-dev clang-format python3 python3-pyftpdlib zip xvfb openbox imagemagick x11-utils fonts-wine
   fonts-liberation)
 packages_to_lint=(clang-tidy cppcheck)
 
@@ -33,14 +33,16 @@ check_tools_elsewhere() {
     i686-w64-mingw32-widl cmake ninja clang-format python3 zip Xvfb openbox import; do
     command -v "$tool" >/dev/null || missing_elsewhere "$tool"
   done
+  # The compiler answers with a path when it finds the library.
+  [[ $(i686-w64-mingw32-g++-win32 -print-file-name=libz.a) == */* ]] || missing_elsewhere libz.a
   [[ -r /usr/include/doctest/doctest.h ]] || missing_elsewhere /usr/include/doctest/doctest.h
 }
 
 missing_elsewhere() {
   die "$1 is missing, and only Debian and Ubuntu are set up by themselves. Needed here: Wine for" \
     "32-bit and 64-bit programs, mingw-w64's g++ for i686 with the win32 thread model, its windres" \
-    "and widl, doctest, CMake 3.25, Ninja, clang-format, Python 3 with its pyftpdlib, zip, Xvfb," \
-    "openbox, ImageMagick, xdpyinfo, the Liberation fonts, and Info-ZIP's unzip32.dll in" \
+    "and widl, its zlib, doctest, CMake 3.25, Ninja, clang-format, Python 3 with its pyftpdlib, zip," \
+    "Xvfb, openbox, ImageMagick, xdpyinfo, the Liberation fonts, and Info-ZIP's unzip32.dll in" \
     "build/third-party/unzip; clang-tidy and cppcheck to lint."
 }
 

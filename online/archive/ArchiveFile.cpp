@@ -2,34 +2,32 @@
 
 #include <windows.h>
 
-#include <algorithm>
-#include <string_view>
-
 #include "common/NoSystemBoxes.h"
-#include "common/handles.h"
-#include "common/paths.h"
+#include "common/errors.h"
 
 namespace archive {
-namespace {
 
-constexpr std::string_view closingRecord("PK\5\6", 4);
-constexpr std::size_t closingRecordSize = 22;
-constexpr unsigned long long searched = 66000;
-
-}  // namespace
-
-bool hasDirectory(const std::wstring& path) {
+ArchiveFile::ArchiveFile(const std::wstring& path) {
   const NoSystemBoxes quiet;
-  const handles::File file(
+  file_.reset(
       CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-  if (!file) return false;
-  const auto wanted = static_cast<LONG>(std::min(modCommon::fileSize(path), searched));
-  std::string tail(static_cast<std::size_t>(wanted), '\0');
-  DWORD read = 0;
-  SetFilePointer(file.get(), -wanted, nullptr, FILE_END);
-  if (!ReadFile(file.get(), tail.data(), static_cast<DWORD>(wanted), &read, nullptr)) return false;
-  return read >= closingRecordSize &&
-         tail.rfind(closingRecord, read - closingRecordSize) != tail.npos;
+  if (!file_) throw errors::fromLastError();
+  BY_HANDLE_FILE_INFORMATION about = {};
+  if (!GetFileInformationByHandle(file_.get(), &about)) throw errors::fromLastError();
+  size_ = static_cast<std::uint64_t>(about.nFileSizeHigh) << 32 | about.nFileSizeLow;
+}
+
+std::size_t ArchiveFile::read(std::uint64_t offset, char* buffer, std::size_t count) {
+  const NoSystemBoxes quiet;
+  auto high = static_cast<LONG>(offset >> 32);
+  SetLastError(NO_ERROR);
+  DWORD got = 0;
+  if ((SetFilePointer(file_.get(), static_cast<LONG>(offset), &high, FILE_BEGIN) ==
+           INVALID_SET_FILE_POINTER &&
+       GetLastError() != NO_ERROR) ||
+      !ReadFile(file_.get(), buffer, static_cast<DWORD>(count), &got, nullptr))
+    throw errors::fromLastError();
+  return got;
 }
 
 }  // namespace archive

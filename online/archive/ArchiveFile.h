@@ -1,12 +1,26 @@
-// An archive as a file, before the unzip library is handed it.
+// An archive as a file.
 #pragma once
 
 #include <string>
 
+#include "common/handles.h"
+#include "online/archive/ByteSource.h"
+
 namespace archive {
 
-// True when the file can be read and holds the record that closes an archive's directory, no
-// farther from its end than the unzip library looks for it.
-bool hasDirectory(const std::wstring& path);
+// Open for reading as long as it lives. Others may read the file meanwhile, but neither write nor
+// replace it: what was checked is what is unpacked.
+class ArchiveFile final : public ByteSource {
+ public:
+  // Raises an Error when the file cannot be opened.
+  explicit ArchiveFile(const std::wstring& path);
+
+  std::uint64_t size() const override { return size_; }
+  std::size_t read(std::uint64_t offset, char* buffer, std::size_t count) override;
+
+ private:
+  handles::File file_;
+  std::uint64_t size_ = 0;
+};
 
 }  // namespace archive

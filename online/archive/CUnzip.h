@@ -12,9 +12,10 @@ class CUnzip : public modZipUnzip::Options {
   // An argument that is not empty becomes the property of that name first; the arguments come back
   // as what was used. The result is the library's (0 = success). Errors bear the source
   // "CGUnZipFiles::Unzip".
+  long Unzip(std::wstring& zipFileName, std::wstring& extractDir, UnpackingQuestions& questions);
   long Unzip(std::wstring& zipFileName, std::wstring& extractDir, HWND owner = nullptr);
 
-  // What the library said last.
+  // What the library said last, or what kept it from being asked.
   const std::wstring& GetLastMessage() const noexcept { return lastMessage_; }
 
  private:

@@ -4,10 +4,10 @@
 #include "common/errors.h"
 #include "common/letter_case.h"
 #include "common/log.h"
-#include "common/message.h"
 #include "common/paths.h"
 #include "common/report.h"
 #include "online/archive/CUnzip.h"
+#include "online/archive/UnpackingBoxes.h"
 #include "online/archive/UnzipRecords.h"
 
 namespace modCommon {
@@ -24,14 +24,13 @@ void deleteArchive(const std::wstring& path) {
 }
 
 void showResult(long result, const std::wstring& archivePath, const std::wstring& extractDir,
-                HWND owner) {
+                UnpackingQuestions& questions) {
   switch (result) {
     case unzip::cannotCreate:
-      showMessage(owner, noPermissionText(extractDir), MB_ICONHAND);
+      questions.fail(noPermissionText(extractDir));
       break;
     case unzip::notAnArchive:
-      showMessage(owner, text::replaceIgnoringCase(notAnArchiveText, L"%s", archivePath),
-                  MB_ICONHAND);
+      questions.fail(text::replaceIgnoringCase(notAnArchiveText, L"%s", archivePath));
       deleteArchive(archivePath);
       break;
     default:
@@ -48,7 +47,7 @@ void logLastMessage(const CUnzip& extractor) noexcept {
 }
 
 bool unzipFiles(CUnzip& extractor, const std::wstring& archivePath, const std::wstring& extractDir,
-                HWND owner) {
+                UnpackingQuestions& questions) {
   extractor.ZipFileName = archivePath;
   extractor.ExtractDir = extractDir;
   extractor.HonorDirectories = true;
@@ -58,9 +57,9 @@ bool unzipFiles(CUnzip& extractor, const std::wstring& archivePath, const std::w
   std::wstring folder;
   // Without a folder the library would unpack into whatever the host's current folder is.
   const long result =
-      extractDir.empty() ? unzip::cannotCreate : extractor.Unzip(archive, folder, owner);
+      extractDir.empty() ? unzip::cannotCreate : extractor.Unzip(archive, folder, questions);
   if (result == unzip::success) return true;
-  showResult(result, archivePath, extractDir, owner);
+  showResult(result, archivePath, extractDir, questions);
   logLastMessage(extractor);
   return false;
 }
@@ -68,17 +67,23 @@ bool unzipFiles(CUnzip& extractor, const std::wstring& archivePath, const std::w
 }  // namespace
 
 bool UnzipFiles(const std::wstring& archivePath, const std::wstring& extractDir,
-                HWND owner) noexcept {
+                UnpackingQuestions& questions) noexcept {
   CUnzip extractor;
   try {
-    return unzipFiles(extractor, archivePath, extractDir, owner);
+    return unzipFiles(extractor, archivePath, extractDir, questions);
   } catch (...) {
     const Error error = errors::current();
-    showMessage(owner, error.description(), MB_ICONHAND);
+    if (error.number() != errors::cancelled) questions.fail(error.description());
     reportModuleError(L"UnzipFiles", error);
     if (!extractor.GetLastMessage().empty()) logLastMessage(extractor);
     return false;
   }
+}
+
+bool UnzipFiles(const std::wstring& archivePath, const std::wstring& extractDir,
+                HWND owner) noexcept {
+  UnpackingBoxes boxes(owner);
+  return UnzipFiles(archivePath, extractDir, boxes);
 }
 
 }  // namespace modCommon

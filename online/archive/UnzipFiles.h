@@ -5,11 +5,18 @@
 
 #include <string>
 
+#include "online/archive/UnpackingQuestions.h"
+
 namespace modCommon {
 
 // True when the library unpacked the whole archive without a complaint. A folder that cannot be
 // written, an archive that is none (it is deleted), and whatever kept the library from being asked
-// are shown in one message box over `owner`. Never fails towards its caller.
+// are shown in one message; a stop is not. Every failure is logged with what tells why. Never fails
+// towards its caller.
+bool UnzipFiles(const std::wstring& archivePath, const std::wstring& extractDir,
+                UnpackingQuestions& questions) noexcept;
+
+// The same with boxes over `owner`.
 bool UnzipFiles(const std::wstring& archivePath, const std::wstring& extractDir,
                 HWND owner = nullptr) noexcept;
 

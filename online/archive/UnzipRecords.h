@@ -148,6 +148,9 @@ inline constexpr int replaceNone = 104;
 inline constexpr int passwordEntered = 0;
 inline constexpr int passwordCancelAll = -2;  // and ask for no further one
 
+inline constexpr int goOn = 0;
+inline constexpr int stop = 1;
+
 // Results of the entry point, as far as they are told apart.
 enum Result : long {
   success = 0,

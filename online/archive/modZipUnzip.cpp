@@ -2,28 +2,23 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 #include <utility>
 
 #include "common/NoSystemBoxes.h"
 #include "common/ansi.h"
 #include "common/errors.h"
-#include "common/forms/frmInputBox.h"
-#include "common/message.h"
-#include "common/paths.h"
 #include "common/text.h"
 #include "online/archive/ArchiveFile.h"
-#include "online/archive/ArchiveNames.h"
+#include "online/archive/Gate.h"
 #include "online/archive/UnzipLibrary.h"
 #include "online/transfer/ByteSize.h"
 
 namespace modZipUnzip {
 namespace {
 
-// 48 (exclamation) and 3 (Yes, No and Cancel), joined as texts instead of added. The system shows
-// the buttons and no icon; kept as it stands.
-constexpr UINT overwriteStyle = 483;
-
-struct Entry {
+// An archive's entry as the library lists it.
+struct Line {
   std::wstring name;
   unzip::Size unpackedSize = 0;
   unsigned month = 0;
@@ -36,29 +31,20 @@ struct Entry {
 // What the library calls back during one call of it.
 class Listener {
  public:
-  explicit Listener(HWND owner) : owner_(owner) {}
-  virtual ~Listener() = default;
+  explicit Listener(UnpackingQuestions& questions) : questions_(questions) {}
 
   void print(std::wstring text);
   int replace(const std::wstring& name) const;
   int password(char* buffer, int size) const;
-  virtual void entry(const Entry& entry);
+  void list(const Line& line);
+  int service();
 
   std::wstring lastMessage;
+  bool wasStopped = false;
 
  private:
-  HWND owner_;
+  UnpackingQuestions& questions_;
   std::wstring listing_;
-};
-
-// Takes in an archive's directory before anything is unpacked.
-class DirectoryCheck final : public Listener {
- public:
-  using Listener::Listener;
-  void entry(const Entry& entry) override;
-
-  std::wstring unsafeName;  // the first one
-  double unpackedSize = 0;  // in bytes; cannot overflow, whatever the archive claims
 };
 
 // The listener of the call in progress: the library hands no context to its callbacks.
@@ -100,12 +86,11 @@ std::wstring listingHeading() {
       {leftColumn(L"Filename:", nameWidth), rightColumn(L"Size", sizeWidth), L"  Date      Time"});
 }
 
-std::wstring listingLine(const Entry& entry) {
-  return text::join({leftColumn(entry.name, nameWidth),
-                     rightColumn(std::to_wstring(entry.unpackedSize), sizeWidth), L"  ",
-                     twoDigits(entry.month), L"/", twoDigits(entry.day), L"/",
-                     twoDigits(entry.year), L"  ", twoDigits(entry.hour), L":",
-                     twoDigits(entry.minute)});
+std::wstring listingLine(const Line& line) {
+  return text::join({leftColumn(line.name, nameWidth),
+                     rightColumn(std::to_wstring(line.unpackedSize), sizeWidth), L"  ",
+                     twoDigits(line.month), L"/", twoDigits(line.day), L"/", twoDigits(line.year),
+                     L"  ", twoDigits(line.hour), L":", twoDigits(line.minute)});
 }
 
 void Listener::print(std::wstring text) {
@@ -117,19 +102,18 @@ void Listener::print(std::wstring text) {
   lastMessage = std::move(text);
 }
 
-void Listener::entry(const Entry& entry) {
+void Listener::list(const Line& line) {
   if (listing_.empty()) listing_ = listingHeading();
   listing_ += L"\r\n";
-  listing_ += listingLine(entry);
+  listing_ += listingLine(line);
   lastMessage = listing_;
 }
 
 int Listener::replace(const std::wstring& name) const {
-  switch (showMessage(owner_, text::join({L"Overwrite ", name, L"?"}), overwriteStyle,
-                      L"VBUnZip32 - File Already Exists!")) {
-    case IDYES:
+  switch (questions_.overwrite(name)) {
+    case UnpackingQuestions::Overwrite::yes:
       return unzip::replaceYes;
-    case IDNO:
+    case UnpackingQuestions::Overwrite::no:
       return unzip::replaceNo;
     default:
       return unzip::replaceNone;
@@ -139,19 +123,17 @@ int Listener::replace(const std::wstring& name) const {
 // A user who cancels is not asked again for each file of the archive.
 int Listener::password(char* buffer, int size) const {
   if (size <= 0) return unzip::passwordCancelAll;
-  const auto typed = forms::askForText(L"Please Enter The Password!", size - 1, owner_);
+  const auto typed = questions_.password(size - 1);
   if (!typed) return unzip::passwordCancelAll;
   const std::string bytes = text::toAnsi(*typed).substr(0, static_cast<std::size_t>(size) - 1);
   std::memcpy(buffer, bytes.c_str(), bytes.size() + 1);
   return unzip::passwordEntered;
 }
 
-void DirectoryCheck::entry(const Entry& entry) {
-  unpackedSize += static_cast<double>(entry.unpackedSize);
-  if (!unsafeName.empty()) return;
-  // The whole listing would grow with each entry of an archive that may have very many.
-  lastMessage = text::join({listingHeading(), L"\r\n", listingLine(entry)});
-  if (archive::faultOf(entry.name) != archive::NameFault::none) unsafeName = entry.name;
+// The library says so after each file.
+int Listener::service() {
+  if (!wasStopped) wasStopped = !questions_.keepGoing();
+  return wasStopped ? unzip::stop : unzip::goOn;
 }
 
 // Nothing may fly through the library: it is C, and it leaves by long jumps.
@@ -190,10 +172,10 @@ int WINAPI onReplaceNew(char* name, unsigned size) noexcept {
   });
 }
 
-void takeEntry(const char* name, Entry entry) noexcept {
+void takeLine(const char* name, Line line) noexcept {
   guarded(0, [&](Listener& listener) {
-    entry.name = text::fromAnsi(name);
-    listener.entry(entry);
+    line.name = text::fromAnsi(name);
+    listener.list(line);
     return 0;
   });
 }
@@ -201,17 +183,21 @@ void takeEntry(const char* name, Entry entry) noexcept {
 void WINAPI onMessageOld(unsigned long unpackedSize, unsigned long, unsigned, unsigned month,
                          unsigned day, unsigned year, unsigned hour, unsigned minute, char,
                          const char* name, const char*, unsigned long, char) noexcept {
-  takeEntry(name, {{}, unpackedSize, month, day, year, hour, minute});
+  takeLine(name, {{}, unpackedSize, month, day, year, hour, minute});
 }
 
 void WINAPI onMessageNew(unzip::Size unpackedSize, unzip::Size, unsigned, unsigned month,
                          unsigned day, unsigned year, unsigned hour, unsigned minute, char,
                          const char* name, const char*, unsigned long, char) noexcept {
-  takeEntry(name, {{}, unpackedSize, month, day, year, hour, minute});
+  takeLine(name, {{}, unpackedSize, month, day, year, hour, minute});
 }
 
-int WINAPI onServiceOld(const char*, unsigned long) noexcept { return 0; }
-int WINAPI onServiceNew(const char*, unzip::Size) noexcept { return 0; }
+int service() noexcept {
+  return guarded(unzip::stop, [](Listener& listener) { return listener.service(); });
+}
+
+int WINAPI onServiceOld(const char*, unsigned long) noexcept { return service(); }
+int WINAPI onServiceNew(const char*, unzip::Size) noexcept { return service(); }
 
 // The fields that both kinds of the record have.
 template <class Record>
@@ -302,61 +288,6 @@ std::string archivePath(const std::wstring& path) {
   return text::toAnsi(asPattern(ansi));
 }
 
-// A file that is no archive makes the library look for another one, with ".zip" behind the whole
-// name; and a pattern that matches no archive is a success to it.
-bool isMistaken(const std::wstring& path) {
-  const bool doubtful =
-      path.find(L'[') != path.npos || modCommon::fileExists(text::join({path, L".zip"}));
-  return doubtful && !archive::hasDirectory(path);
-}
-
-bool writesFiles(const Options& options) {
-  return !options.WriteToStdOut && !options.TestZip && options.ExtractList == 0 &&
-         !options.DisplayComment && !options.Verbose;
-}
-
-Error refusal(const Options& options, long number, const std::wstring& why) {
-  return {number,
-          text::join({L"The archive \" ", options.ZipFileName, L" \" was not unpacked. ", why})};
-}
-
-void checkSize(const Options& options, double unpackedSize) {
-  if (unpackedSize == 0) return;  // nothing was listed; there may be no such file
-  const NoSystemBoxes quiet;
-  const auto archiveSize = static_cast<double>(modCommon::fileSize(options.ZipFileName));
-  if (archive::isBomb(unpackedSize, archiveSize))
-    throw refusal(options, errors::diskFull,
-                  text::join({L"It claims to hold ", online::byteSizeText(unpackedSize),
-                              L", which is out of all proportion to its own size."}));
-  ULARGE_INTEGER available = {};
-  if (GetDiskFreeSpaceExW(options.ExtractDir.c_str(), &available, nullptr, nullptr) &&
-      unpackedSize > static_cast<double>(available.QuadPart))
-    throw refusal(
-        options, errors::diskFull,
-        text::join({L"It holds ", online::byteSizeText(unpackedSize), L", but there are only ",
-                    online::byteSizeText(static_cast<double>(available.QuadPart)),
-                    L" left on the disk."}));
-}
-
-// The library's result of listing the archive. Raises an Error when it must not be unpacked.
-int checkDirectory(const unzip::Library& library, const Options& options, const LibraryPaths& paths,
-                   std::wstring& lastMessage, HWND owner) {
-  Options listing;
-  listing.ExtractList = 1;
-  listing.HonorDirectories = true;
-  DirectoryCheck directory(owner);
-  const int result = run(library, listing, paths, directory);
-  lastMessage = directory.lastMessage;
-  if (!directory.unsafeName.empty())
-    throw refusal(
-        options, errors::pathFileAccess,
-        text::join({L"The name of a file in it is not safe, since it could lead outside of "
-                    L"the chosen folder : ",
-                    directory.unsafeName}));
-  checkSize(options, directory.unpackedSize);
-  return result;
-}
-
 bool canMakeFileIn(const std::wstring& folder) {
   const NoSystemBoxes quiet;
   wchar_t name[MAX_PATH];
@@ -365,34 +296,67 @@ bool canMakeFileIn(const std::wstring& folder) {
   return true;
 }
 
+// What a result says for which the library has no words.
+std::wstring resultText(int result) {
+  return text::join({L"The unzip library ended with the result ", std::to_wstring(result), L"."});
+}
+
+long runChecked(const unzip::Library& library, const Options& options, const LibraryPaths& paths,
+                std::wstring& lastMessage, UnpackingQuestions& questions) {
+  Listener listener(questions);
+  const int result = run(library, options, paths, listener);
+  if (listener.wasStopped) throw errors::operationCancelled();
+  lastMessage = std::move(listener.lastMessage);
+  if (result != unzip::success && lastMessage.empty()) lastMessage = resultText(result);
+  // The library says "disk full" whatever keeps it from making a file.
+  if (result == unzip::cannotWrite && !canMakeFileIn(options.ExtractDir))
+    return unzip::cannotCreate;
+  return result;
+}
+
+// The archive is open from the first look at it until the library has done with it.
+long unpack(const unzip::Library& library, const Options& options, const archive::Passage& passage,
+            std::wstring& lastMessage, UnpackingQuestions& questions) {
+  const std::wstring folder = ansiPath(options.ExtractDir);
+  const LibraryPaths paths = {archivePath(options.ZipFileName), text::toAnsi(folder)};
+  std::optional<archive::ArchiveFile> file;
+  std::optional<std::wstring> damage;
+  try {
+    file.emplace(options.ZipFileName);
+  } catch (const Error& error) {
+    damage = archive::damageOfUnopened(error, passage);
+  }
+  if (file) damage = archive::damageOf(*file, passage, questions);
+  if (damage) {
+    lastMessage = std::move(*damage);
+    return unzip::notAnArchive;
+  }
+  if (!text::fitsAnsi(folder)) {
+    lastMessage = errors::descriptionOf(errors::badFileName);
+    return unzip::cannotCreate;
+  }
+  return runChecked(library, options, paths, lastMessage, questions);
+}
+
 }  // namespace
 
 ThemeMode::ThemeMode(bool on) noexcept : before_(std::exchange(themeMode, on)) {}
 ThemeMode::~ThemeMode() { themeMode = before_; }
 bool ThemeMode::isOn() noexcept { return themeMode; }
 
-long Unzip(const Options& options, std::wstring& lastMessage, HWND owner) {
+long Unzip(const Options& options, std::wstring& lastMessage, UnpackingQuestions& questions) {
   lastMessage.clear();
+  // What the questions let happen must not begin another run beside this one: the library keeps
+  // what it works on to itself, once.
+  if (current) throw Error(errors::permissionDenied, L"Another archive is being unpacked.");
   const unzip::Library library;
-  if (isMistaken(options.ZipFileName)) return unzip::notAnArchive;
-  const std::wstring folder = ansiPath(options.ExtractDir);
-  if (!text::fitsAnsi(folder)) return unzip::cannotCreate;
-  const LibraryPaths paths = {archivePath(options.ZipFileName), text::toAnsi(folder)};
-
-  // An archive whose directory cannot be read to its end is not touched: what follows the damage is
-  // not known.
-  if (writesFiles(options))
-    if (const int result = checkDirectory(library, options, paths, lastMessage, owner);
-        result > unzip::warning)
-      return result;
-
-  Listener listener(owner);
-  const int result = run(library, options, paths, listener);
-  lastMessage = std::move(listener.lastMessage);
-  // The library says "disk full" whatever keeps it from making a file.
-  if (result == unzip::cannotWrite && !canMakeFileIn(options.ExtractDir))
-    return unzip::cannotCreate;
-  return result;
+  const archive::Passage passage = {options.ZipFileName, options.ExtractDir};
+  try {
+    return unpack(library, options, passage, lastMessage, questions);
+  } catch (const Error& error) {
+    lastMessage = error.description();
+    throw;
+  }
 }
 
 }  // namespace modZipUnzip

@@ -1,9 +1,10 @@
-// One extraction with the unzip library: its records and the routines it calls back.
+// One extraction with the unzip library: its records and the routines it calls back. The only door
+// to that library.
 #pragma once
 
-#include <windows.h>
-
 #include <string>
+
+#include "online/archive/UnpackingQuestions.h"
 
 namespace modZipUnzip {
 
@@ -42,15 +43,20 @@ class ThemeMode {
   bool before_;
 };
 
-// Loads the library and unpacks the whole archive. Questions are asked over `owner`. The answer is
-// the library's result: 0 = success, 2 = the folder cannot be written, 9 = no valid archive.
+// Loads the library and unpacks the whole archive. The answer is the library's result: 0 = success,
+// 2 = the folder cannot be written, 9 = no valid archive.
 //
-// Nothing is ever written outside of the folder: before anything is unpacked, the library lists the
-// archive's names, so that what is checked and what is unpacked is read by the same code. An
-// archive with a name that would not stay inside, or with more in it than the disk holds, raises an
-// Error whose description says so. So does a library that is missing or cannot be used.
+// Whatever the options, the library gets to see an archive only after the gate has read all of it:
+// its directory, the header of each entry, and what each entry holds. Damage that a broken download
+// explains is the result 9; an archive that is not to be unpacked raises an Error whose description
+// names the first reason. In both cases nothing has been written. From the gate's first look to the
+// library's last nobody can write the archive.
 //
-// `lastMessage` becomes the text that the library sent last, also when an Error ends the call.
-long Unzip(const Options& options, std::wstring& lastMessage, HWND owner);
+// A library that is missing or cannot be used raises an Error, too. So does a stop (512), which
+// leaves what was unpacked until then.
+//
+// `lastMessage` becomes the text that the library sent last, or what kept it from being asked; it
+// is empty after a success at most.
+long Unzip(const Options& options, std::wstring& lastMessage, UnpackingQuestions& questions);
 
 }  // namespace modZipUnzip

@@ -6,6 +6,7 @@
 #include "common/log.h"
 #include "common/paths.h"
 #include "common/text.h"
+#include "online/archive/UnpackingBoxes.h"
 #include "online/archive/UnzipFiles.h"
 #include "online/archive/modZipUnzip.h"
 #include "online/transfer/ByteSize.h"
@@ -163,7 +164,9 @@ bool DownloadRun::unpack(const DownloadTable::Place& place, const std::wstring& 
   WriteLog({L"Unzipping file : ", path});
   const std::wstring& folder = isTheme ? themesFolder : request_.destinationFolder;
   const modZipUnzip::ThemeMode mode(isTheme);
-  const bool unpacked = modCommon::UnzipFiles(path, folder, view_.messageOwner());
+  UnpackingBoxes boxes(view_.messageOwner(), &view_);
+  const bool unpacked = modCommon::UnzipFiles(path, folder, boxes);
+  if (boxes.wasStopped()) throw HandledError(errors::descriptionOf(errors::cancelled));
   if (unpacked && isTheme) themeInstalled_ = true;
   WriteLog({L"Completed unzipping file : ", path});
   view_.stepOverall();

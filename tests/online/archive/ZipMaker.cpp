@@ -1,5 +1,9 @@
 #include "tests/online/archive/ZipMaker.h"
 
+#include <zlib.h>
+
+#include <stdexcept>
+
 namespace {
 
 std::uint32_t crcStep(std::uint32_t crc, std::uint8_t byte) {
@@ -8,7 +12,7 @@ std::uint32_t crcStep(std::uint32_t crc, std::uint8_t byte) {
   return crc;
 }
 
-void put(std::string& out, std::uint32_t value, int bytes) {
+void put(std::string& out, std::uint64_t value, int bytes) {
   for (int i = 0; i < bytes; ++i) out += static_cast<char>(value >> (8 * i));
 }
 
@@ -50,54 +54,138 @@ ZipMaker& ZipMaker::add(std::string_view name, std::string_view data, const Extr
   const std::uint32_t dataCrc = extras.unpackedCrc.value_or(crc(data));
   const std::uint32_t size = extras.unpackedSize.value_or(static_cast<std::uint32_t>(data.size()));
   std::string stored(data);
-  std::uint16_t flags = 0;
+  std::uint16_t flags = extras.flags;
   if (!extras.password.empty()) {
     flags |= 1;
     std::string head(11, 'x');
-    head += static_cast<char>(dataCrc >> 24);
+    // Without the check sum the time stands in for it.
+    head += static_cast<char>(extras.descriptor ? 0x60 : dataCrc >> 24);
     Cipher cipher(extras.password);
     stored = cipher.encrypt(head);
     stored += cipher.encrypt(data);
   }
-  const auto common = [&](std::string& out, std::uint32_t unpackedSize, std::string_view entry) {
-    put(out, 20, 2);
-    put(out, flags, 2);
-    put(out, extras.method, 2);
+  if (extras.descriptor) flags |= 8;
+  const auto packedSize = extras.packedSize.value_or(static_cast<std::uint32_t>(stored.size()));
+  const auto common = [&](std::string& out, bool isLocal, std::string_view entry,
+                          std::string_view extraField) {
+    const bool later = isLocal && extras.descriptor;
+    const std::uint32_t claimed = extras.claimedSize.value_or(size);
+    put(out, extras.versionNeeded, 2);
+    put(out, isLocal ? flags ^ extras.localFlags : flags, 2);
+    put(out, isLocal ? extras.localMethod.value_or(extras.method) : extras.method, 2);
     put(out, 0x6000, 2);  // 12:00
     put(out, 0x2821, 2);  // 1 January 2000
-    put(out, dataCrc, 4);
-    put(out, static_cast<std::uint32_t>(stored.size()), 4);
-    put(out, unpackedSize, 4);
-    put(out, static_cast<std::uint32_t>(entry.size()), 2);
-    put(out, static_cast<std::uint32_t>(extras.extraField.size()), 2);
+    put(out, isLocal ? extras.localCrc.value_or(later ? 0 : dataCrc) : dataCrc, 4);
+    put(out, later ? 0 : packedSize, 4);
+    put(out, isLocal ? extras.localSize.value_or(later ? 0 : claimed) : claimed, 4);
+    put(out, entry.size(), 2);
+    put(out, extraField.size(), 2);
   };
   const auto offset = static_cast<std::uint32_t>(files_.size());
+  const std::string localExtra = extras.localExtraField.value_or(extras.extraField);
   put(files_, 0x04034b50, 4);
-  common(files_, extras.claimedSize.value_or(size), name);
-  files_.append(name).append(extras.extraField).append(stored);
+  common(files_, true, name, localExtra);
+  files_.append(name).append(localExtra).append(stored);
+  if (extras.descriptor) {
+    if (extras.descriptor->hasSignature) put(files_, 0x08074b50, 4);
+    const int width = extras.descriptor->hasLongNumbers ? 8 : 4;
+    put(files_, dataCrc, 4);
+    put(files_, stored.size(), width);
+    put(files_, extras.claimedSize.value_or(size), width);
+  }
 
   const std::string listed = extras.directoryName.value_or(std::string(name));
   put(directory_, 0x02014b50, 4);
-  put(directory_, 0x0314, 2);  // made on Unix: names are taken as they stand
-  common(directory_, extras.claimedSize.value_or(size), listed);
+  put(directory_, extras.madeBy, 2);
+  common(directory_, false, listed, extras.extraField);
   put(directory_, 0, 2);
+  put(directory_, extras.part, 2);
   put(directory_, 0, 2);
-  put(directory_, 0, 2);
-  put(directory_, name.ends_with('/') ? 0x10 : 0, 4);
-  put(directory_, offset, 4);
+  put(directory_, extras.attributes.value_or(name.ends_with('/') ? 0x10 : 0), 4);
+  put(directory_, extras.offset.value_or(offset), 4);
   directory_.append(listed).append(extras.extraField);
   ++count_;
   return *this;
 }
 
-std::string ZipMaker::bytes() const {
-  std::string result = files_ + directory_;
+ZipMaker& ZipMaker::addDeflated(std::string_view name, std::string_view data, Extras extras) {
+  extras.method = 8;
+  extras.unpackedCrc = crc(data);
+  extras.unpackedSize = static_cast<std::uint32_t>(data.size());
+  return add(name, deflated(data), extras);
+}
+
+std::string ZipMaker::end(std::uint16_t count, std::uint32_t directorySize,
+                          std::uint32_t offset) const {
+  std::string result;
   put(result, 0x06054b50, 4);
   put(result, 0, 4);
-  put(result, count_, 2);
-  put(result, count_, 2);
-  put(result, static_cast<std::uint32_t>(directory_.size()), 4);
-  put(result, static_cast<std::uint32_t>(files_.size()), 4);
+  put(result, count, 2);
+  put(result, count, 2);
+  put(result, directorySize, 4);
+  put(result, offset, 4);
   put(result, 0, 2);
   return result;
+}
+
+std::string ZipMaker::bytes() const { return bytesWithCount(count_); }
+
+std::string ZipMaker::bytesWithCount(std::uint16_t count) const {
+  return files_ + directory_ +
+         end(count, static_cast<std::uint32_t>(directory_.size()),
+             static_cast<std::uint32_t>(files_.size()));
+}
+
+std::string ZipMaker::bytesWithLongNumbers() const {
+  std::string result = files_ + directory_;
+  const std::size_t record = result.size();
+  put(result, 0x06064b50, 4);
+  put(result, 44, 8);
+  put(result, 45, 2);
+  put(result, 45, 2);
+  put(result, 0, 8);
+  put(result, count_, 8);
+  put(result, count_, 8);
+  put(result, directory_.size(), 8);
+  put(result, files_.size(), 8);
+  put(result, 0x07064b50, 4);
+  put(result, 0, 4);
+  put(result, record, 8);
+  put(result, 1, 4);
+  return result + end(0xFFFF, 0xFFFFFFFF, 0xFFFFFFFF);
+}
+
+std::string ZipMaker::deflated(std::string_view data) {
+  z_stream stream = {};
+  if (deflateInit2(&stream, 9, Z_DEFLATED, -MAX_WBITS, 9, Z_DEFAULT_STRATEGY) != Z_OK)
+    throw std::runtime_error("deflateInit2");
+  std::string result(deflateBound(&stream, static_cast<uLong>(data.size())), '\0');
+  stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(data.data()));
+  stream.avail_in = static_cast<uInt>(data.size());
+  stream.next_out = reinterpret_cast<Bytef*>(result.data());
+  stream.avail_out = static_cast<uInt>(result.size());
+  const int state = deflate(&stream, Z_FINISH);
+  result.resize(stream.total_out);
+  deflateEnd(&stream);
+  if (state != Z_STREAM_END) throw std::runtime_error("deflate");
+  return result;
+}
+
+std::string ZipMaker::number(std::uint64_t value, int bytes) {
+  std::string result;
+  put(result, value, bytes);
+  return result;
+}
+
+std::string ZipMaker::field(std::uint16_t id, std::string_view data) {
+  std::string result;
+  put(result, id, 2);
+  put(result, data.size(), 2);
+  return result.append(data);
+}
+
+std::string ZipMaker::unicodeName(std::string_view name, std::string_view utf8) {
+  std::string data("\1");
+  put(data, crc(name), 4);
+  return field(0x7075, data.append(utf8));
 }
