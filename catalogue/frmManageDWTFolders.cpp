@@ -114,14 +114,14 @@ void frmManageDWTFolders::cmdAdd_Click() {
 void frmManageDWTFolders::cmdEdit_Click() {
   handle(L"cmdAdd_Click", [this] {
     if (lvSelectedFolders.selected() < 0) {
-      message(L"Please select an item to edit.", MB_ICONINFORMATION);
+      tell(L"Please select an item to edit.", MB_ICONINFORMATION);
       return;
     }
     std::wstring path = selectedPath();
     modCommon::WriteLog({L"Path Name : ", path});
     if (!pickFolder(path)) return;
     if (path.empty()) {
-      message(modBrowseForFolder::invalidPath, MB_ICONINFORMATION);
+      tell(modBrowseForFolder::invalidPath, MB_ICONINFORMATION);
       modCommon::WriteLog(modBrowseForFolder::invalidPath);
       return;
     }
@@ -134,7 +134,7 @@ void frmManageDWTFolders::accept(const std::wstring& path) {
     case FolderListEdit::Change::none:
       return;
     case FolderListEdit::Change::alreadyListed:
-      message(path + L"\r\n" + alreadyListed, MB_ICONINFORMATION);
+      tell(path + L"\r\n" + alreadyListed, MB_ICONINFORMATION);
       modCommon::WriteLog({path, L": ", alreadyListed});
       return;
     case FolderListEdit::Change::done:
@@ -148,11 +148,11 @@ void frmManageDWTFolders::accept(const std::wstring& path) {
 void frmManageDWTFolders::cmdRemove_Click() {
   handle(L"cmdRemove_Click", [this] {
     if (lvSelectedFolders.selected() < 0) {
-      message(L"Please select an item to remove.", MB_ICONINFORMATION);
+      tell(L"Please select an item to remove.", MB_ICONINFORMATION);
       return;
     }
-    if (message(L"Are you sure you want to remove the selected folder?",
-                MB_ICONQUESTION | MB_YESNO) != IDYES)
+    if (tell(L"Are you sure you want to remove the selected folder?", MB_ICONQUESTION | MB_YESNO) !=
+        IDYES)
       return;
     edit_.Remove();
     lvSelectedFolders_ItemClick();
@@ -161,8 +161,7 @@ void frmManageDWTFolders::cmdRemove_Click() {
 
 void frmManageDWTFolders::cmdRemoveAll_Click() {
   handle(L"cmdRemoveAll_Click", [this] {
-    if (message(L"Are you sure you want to remove all folders?", MB_ICONQUESTION | MB_YESNO) !=
-        IDYES)
+    if (tell(L"Are you sure you want to remove all folders?", MB_ICONQUESTION | MB_YESNO) != IDYES)
       return;
     edit_.RemoveAll();
     lvSelectedFolders_ItemClick();
@@ -178,6 +177,10 @@ void frmManageDWTFolders::cmdOk_Click() {
     saved_ = true;
     unload();
   });
+}
+
+int frmManageDWTFolders::tell(std::wstring_view text, UINT style) const noexcept {
+  return showMessage(boxOwner(), text, style);
 }
 
 bool frmManageDWTFolders::pickFolder(std::wstring& path) {

@@ -48,6 +48,8 @@ class frmManageDWTFolders : public forms::Form {
 
   void loadIcons();
   void keepEdges();
+  // A box titled with the application's title; only one of them bears the dialog's caption.
+  int tell(std::wstring_view text, UINT style) const noexcept;
   bool pickFolder(std::wstring& path);
   void accept(const std::wstring& path);
   std::wstring selectedPath() const;
