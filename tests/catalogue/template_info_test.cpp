@@ -164,6 +164,12 @@ TEST_CASE("hidden previews and notes count as existing") {
   CHECK(folder.info().readme == folder / L"readme.htm");
 }
 
+TEST_CASE("without a Readme key and readme.htm the preview is the notes") {
+  const TemplateFolder folder("[home]\r\nPreview=shot.htm\r\n");
+  folder.writeFile(L"shot.htm");
+  CHECK(folder.info().readme == folder / L"shot.htm");
+}
+
 TEST_CASE("notes that are missing give way to readme.htm") {
   const TemplateFolder folder("[home]\r\nReadme=gone.htm\r\n");
   folder.writeFile(L"readme.htm");

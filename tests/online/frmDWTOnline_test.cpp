@@ -600,6 +600,19 @@ TEST_CASE("a download into a listed folder lists it once") {
   CHECK(online.registry.valueNames(HKEY_CURRENT_USER, userFolders) == Lines{online.disk / L"NEW"});
 }
 
+TEST_CASE("a download into a folder listed for the machine does not list it for the user too") {
+  const HttpServer server({{"/d.zip", HttpServer::ok(archive())}});
+  OnlineWindow online;
+  const std::wstring folder = online.disk.makeFolder(L"New");
+  listForMachine(online.registry, online.disk / L"NEW");
+  online.saveIn(folder);
+  online.show([&] {
+    online.page.follow(downloadPage(L"?dwt1=" + server.url(L"/d.zip") + L"&success=about:blank"));
+  });
+  CHECK(online.saved(L"DWTDownloadDir") == folder);
+  CHECK_FALSE(online.registry.hasKey(HKEY_CURRENT_USER, userFolders));
+}
+
 TEST_CASE("a download that fails leaves the window on its page") {
   const HttpServer server({{"/d.zip", HttpServer::ok("no archive")}});
   OnlineWindow online;
