@@ -6,15 +6,15 @@ constexpr GUID commandBarButtonEvents = {
     0x000C0351, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
 constexpr DISPID click = 1;
 
-// The arguments stand in reverse order: the button last.
+// The arguments stand in reverse order: the button last. Named ones may stand in any order.
 IDispatch* buttonOf(const DISPPARAMS& parameters) noexcept {
-  if (parameters.cArgs < 2) return nullptr;
+  if (parameters.cNamedArgs > 0 || parameters.cArgs < 2) return nullptr;
   const VARIANT& argument = parameters.rgvarg[1];
   return argument.vt == VT_DISPATCH ? argument.pdispVal : nullptr;
 }
 
 VARIANT_BOOL* cancelDefaultOf(const DISPPARAMS& parameters) noexcept {
-  if (parameters.cArgs < 1) return nullptr;
+  if (parameters.cNamedArgs > 0 || parameters.cArgs < 1) return nullptr;
   const VARIANT& argument = parameters.rgvarg[0];
   return argument.vt == (VT_BYREF | VT_BOOL) ? argument.pboolVal : nullptr;
 }

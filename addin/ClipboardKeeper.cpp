@@ -5,6 +5,8 @@
 #include <optional>
 #include <string_view>
 
+#include "common/errors.h"
+
 namespace clipboard {
 
 void MetafilePictureTraits::close(HGLOBAL handle) noexcept {
@@ -57,7 +59,7 @@ bool staysBehind(UINT format) noexcept {
 
 handles::Global copyMemory(HANDLE memory) noexcept {
   const SIZE_T size = GlobalSize(memory);
-  handles::Global copy(size ? GlobalAlloc(GMEM_MOVEABLE, size) : nullptr);
+  handles::Global copy(GlobalAlloc(GMEM_MOVEABLE, size));
   if (!copy) return copy;
   const void* source = GlobalLock(memory);
   void* target = GlobalLock(copy.get());
@@ -72,7 +74,6 @@ handles::Global copyMemory(HANDLE memory) noexcept {
 handles::Gdi copyPalette(HANDLE handle) {
   const auto palette = static_cast<HPALETTE>(handle);
   const UINT count = GetPaletteEntries(palette, 0, 0, nullptr);
-  if (count == 0) return {};
   std::vector<BYTE> memory(sizeof(LOGPALETTE) + count * sizeof(PALETTEENTRY));
   auto* record = reinterpret_cast<LOGPALETTE*>(memory.data());
   record->palVersion = 0x300;
@@ -92,14 +93,16 @@ MetafilePicture copyMetafilePicture(HANDLE handle) noexcept {
   return MetafilePicture(copied ? record.release() : nullptr);
 }
 
+// Without all of it the user's clipboard could not be given back.
 template <class Handle>
-std::optional<Saved> kept(UINT format, Handle copy) {
-  if (!copy) return std::nullopt;
-  return Saved{format, std::move(copy)};
+Item kept(UINT format, Handle copy) {
+  if (!copy) throw Error(errors::outOfMemory);
+  return {format, std::move(copy)};
 }
 
-// Nothing when the clipboard's owner, asked to render its data only now, fails to.
-std::optional<Saved> copyFormat(UINT format) {
+// Nothing when the clipboard's owner, asked to render its data only now, fails to, or when there is
+// nothing in it.
+std::optional<Item> copyFormat(UINT format) {
   const HANDLE data = GetClipboardData(format);
   if (!data) return std::nullopt;
   switch (format) {
@@ -113,30 +116,29 @@ std::optional<Saved> copyFormat(UINT format) {
       return kept(format,
                   EnhancedMetafile(CopyEnhMetaFileW(static_cast<HENHMETAFILE>(data), nullptr)));
     default:
+      if (GlobalSize(data) == 0) return std::nullopt;
       return kept(format, copyMemory(data));
   }
 }
 
 // The clipboard owns the data from now on.
-void give(Saved& saved) {
-  std::visit(
+bool give(Item& item) {
+  return std::visit(
       [&](auto& data) {
-        if (data && SetClipboardData(saved.format, data.get())) static_cast<void>(data.release());
+        const bool given = data && SetClipboardData(item.format, data.get());
+        if (given) static_cast<void>(data.release());
+        return given;
       },
-      saved.data);
+      item.data);
 }
 
 }  // namespace
 }  // namespace clipboard
 
-ClipboardKeeper::ClipboardKeeper()
-    : owner_(CreateWindowExW(0, L"Static", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr,
-                             nullptr)) {}
-
 ClipboardKeeper::~ClipboardKeeper() {
-  if (!changed_) return;
+  if (!offered_) return;
   const clipboard::Access access(owner_.get(), clipboard::attemptsToGiveBack);
-  if (!access) return;
+  if (!access || !holdsOffer()) return;
   EmptyClipboard();
   const UINT order[] = {CF_PALETTE,
                         CF_DIB,
@@ -146,31 +148,40 @@ ClipboardKeeper::~ClipboardKeeper() {
                         RegisterClipboardFormatW(L"Rich Text Format"),
                         RegisterClipboardFormatW(L"Link")};
   for (const UINT format : order) putBack(format);
-  for (auto& saved : saved_) clipboard::give(saved);
+  for (auto& item : saved_) clipboard::give(item);
 }
 
 void ClipboardKeeper::putBack(UINT format) {
-  for (auto& saved : saved_)
-    if (saved.format == format) clipboard::give(saved);
+  for (auto& item : saved_)
+    if (item.format == format) clipboard::give(item);
 }
 
-bool ClipboardKeeper::save() {
+bool ClipboardKeeper::offer(clipboard::Contents contents) {
+  if (unsavable_) return false;
+  if (!owner_)
+    owner_.reset(CreateWindowExW(0, L"Static", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                                 nullptr, nullptr));
   const clipboard::Access access(owner_.get(), clipboard::attemptsToTake);
   if (!access) return false;
-  for (UINT format = EnumClipboardFormats(0); format; format = EnumClipboardFormats(format)) {
-    if (clipboard::staysBehind(format)) continue;
-    if (auto saved = clipboard::copyFormat(format)) saved_.push_back(std::move(*saved));
-  }
-  return true;
+  if (!holdsOffer()) save();
+  offered_ = true;
+  EmptyClipboard();
+  bool complete = true;
+  for (auto& item : contents) complete = clipboard::give(item) && complete;
+  return complete;
 }
 
-bool ClipboardKeeper::offer(HBITMAP picture) {
-  handles::Gdi copy(CopyImage(picture, IMAGE_BITMAP, 0, 0, 0));
-  const clipboard::Access access(owner_.get(), clipboard::attemptsToTake);
-  if (!copy || !access) return false;
-  changed_ = true;
-  EmptyClipboard();
-  if (!SetClipboardData(CF_BITMAP, copy.get())) return false;
-  static_cast<void>(copy.release());
-  return true;
+// With the clipboard open.
+void ClipboardKeeper::save() {
+  saved_.clear();
+  try {
+    for (UINT format = EnumClipboardFormats(0); format; format = EnumClipboardFormats(format)) {
+      if (clipboard::staysBehind(format)) continue;
+      if (auto item = clipboard::copyFormat(format)) saved_.push_back(std::move(*item));
+    }
+  } catch (...) {
+    saved_.clear();
+    unsavable_ = true;
+    throw;
+  }
 }

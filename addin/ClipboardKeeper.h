@@ -27,13 +27,14 @@ struct WindowTraits {
   static void close(type handle) noexcept { DestroyWindow(handle); }
 };
 
-// A copy of what the clipboard held in one format.
-struct Saved {
+// Data for the clipboard in one format.
+struct Item {
   UINT format;
   std::variant<handles::Global, handles::Gdi, handles::Unique<MetafilePictureTraits>,
                handles::Unique<EnhancedMetafileTraits>>
       data;
 };
+using Contents = std::vector<Item>;
 
 }  // namespace clipboard
 
@@ -43,23 +44,27 @@ struct Saved {
 // goes.
 class ClipboardKeeper {
  public:
-  ClipboardKeeper();
-  // Gives back what was saved.
+  ClipboardKeeper() noexcept = default;
+  // Gives back what the user had, unless another program has put something there meanwhile.
   ~ClipboardKeeper();
   ClipboardKeeper(const ClipboardKeeper&) = delete;
   ClipboardKeeper& operator=(const ClipboardKeeper&) = delete;
 
-  // Takes the user's data aside; false, and nothing is touched, when another program holds the
-  // clipboard and does not let go of it soon.
-  bool save();
-  // The clipboard then holds a copy of `picture` and nothing else. Only after `save`.
-  bool offer(HBITMAP picture);
+  // The clipboard then holds `contents` and nothing else. The first time, the user's data is taken
+  // aside. False, and nothing is touched, when another program holds the clipboard and does not let
+  // go of it soon. Raises an Error (7), with nothing touched either, when there is no memory for a
+  // copy of all that the user has there; the keeper then offers nothing any more.
+  bool offer(clipboard::Contents contents);
+  // Whether what was offered last is still there.
+  bool holdsOffer() const noexcept { return offered_ && GetClipboardOwner() == owner_.get(); }
 
  private:
+  void save();
   void putBack(UINT format);
 
   // Data set without a window would have no owner, and setting it may then be refused.
   handles::Unique<clipboard::WindowTraits> owner_;
-  std::vector<clipboard::Saved> saved_;
-  bool changed_ = false;
+  clipboard::Contents saved_;
+  bool offered_ = false;
+  bool unsavable_ = false;
 };

@@ -2,10 +2,11 @@
 
 #include <vector>
 
+#include "addin/ButtonFace.h"
 #include "addin/ClipboardKeeper.h"
 #include "addin/accelerator.h"
 #include "addin/commands.h"
-#include "addin/host/environment.h"
+#include "addin/owner.h"
 #include "addin/resource.h"
 #include "common/handles.h"
 #include "common/letter_case.h"
@@ -26,6 +27,9 @@ constexpr long plainButton = static_cast<long>(HostControlType::button);
 constexpr long iconAndCaption = 3;
 constexpr long hostShutsDown = 0;
 
+constexpr int attemptsToPaste = 10;
+constexpr DWORD pauseBetween = 10;  // milliseconds
+
 // The host application is let go with the last connection: later, when the module is unloaded, it
 // would be too late to release it.
 LONG connections = 0;
@@ -40,7 +44,7 @@ void quietly(std::wstring_view procedure, Body&& body) noexcept {
   }
 }
 
-// Its grey is the button face's, which the host takes as see-through.
+// Its grey is the button face's, for a host that takes nothing but the bitmap.
 handles::Gdi loadFace(int resource) {
   return handles::Gdi(LoadImageW(module::instance(), MAKEINTRESOURCEW(resource), IMAGE_BITMAP, 0, 0,
                                  LR_LOADMAP3DCOLORS));
@@ -76,16 +80,26 @@ std::optional<long> positionBehind(const HostControl& parent, const ControlKey& 
   return behind;
 }
 
-// A dialog of the host's may stand in front of its main window.
-HWND ownerOfWindows() noexcept {
-  const HWND active = GetActiveWindow();
-  return active ? active : modCommon::GetHostMainWindow();
-}
-
 void tellNoWebIsOpen() {
   std::wstring title = module::title;
   quietly(L"tellNoWebIsOpen", [&] { title = hostApplication().name(); });
   showMessage(ownerOfWindows(), L"No web is currently open.", MB_ICONINFORMATION, title);
+}
+
+// The host takes the face from the clipboard at once or not at all, and programs that watch the
+// clipboard open it as soon as there is something new.
+void pasteFace(const HostControl& button, HBITMAP picture, ClipboardKeeper& clipboard) {
+  if (!clipboard.offer(buttonFace(picture))) return;
+  for (int attempt = 1;; ++attempt) {
+    try {
+      button.pasteFace();
+      return;
+    } catch (const Error&) {
+      if (attempt == attemptsToPaste) throw;
+    }
+    Sleep(pauseBetween);
+    if (!clipboard.holdsOffer() && !clipboard.offer(buttonFace(picture))) return;
+  }
 }
 
 }  // namespace
@@ -126,6 +140,9 @@ HRESULT DWTemplate::OnBeginShutdown(SAFEARRAY**) noexcept {
 }
 
 void DWTemplate::IDTExtensibility2_OnConnection(IDispatch* Application) noexcept {
+  // The user's data is taken aside and put back once for both faces.
+  ClipboardKeeper keeper;
+  ClipboardKeeper* const former = std::exchange(clipboard_, clipboard_ ? clipboard_ : &keeper);
   quietly(L"IDTExtensibility2_OnConnection", [&] {
     hostApplication() = HostApplication(com::Dispatch(ComPtr<IDispatch>(Application)));
     m_btnCopyToWeb = {};
@@ -140,6 +157,7 @@ void DWTemplate::IDTExtensibility2_OnConnection(IDispatch* Application) noexcept
     m_btnDWTOnline = menuButton(bar, anchorOfDWTOnline, dwtOnline, IDB_DWTONLINE,
                                 &DWTemplate::m_btnDWTOnline_Click);
   });
+  clipboard_ = former;
 }
 
 MenuButton DWTemplate::menuButton(const std::optional<HostCommandBar>& bar, long anchor,
@@ -237,8 +255,8 @@ std::wstring DWTemplate::AddAcceleratorKey(const HostControl& bar,
 
 void DWTemplate::SetButtonFace(const HostControl& button, HBITMAP picture) noexcept {
   quietly(L"SetButtonFace", [&] {
-    ClipboardKeeper keeper;
-    if (keeper.save() && keeper.offer(picture)) button.pasteFace();
+    ClipboardKeeper own;
+    pasteFace(button, picture, clipboard_ ? *clipboard_ : own);
   });
 }
 
@@ -257,6 +275,7 @@ bool DWTemplate::RemoveAddInCommandBarButton(long RemoveMode,
 
 void DWTemplate::m_btnCopyToWeb_Click(IDispatch*, VARIANT_BOOL*) noexcept {
   quietly(L"m_btnCopyToWeb_Click", [&] {
+    if (commands::bringOpenWindowToFront()) return;
     if (hostApplication().activeWeb())
       commands::browseTemplates(hostApplication(), ownerOfWindows());
     else
@@ -266,6 +285,7 @@ void DWTemplate::m_btnCopyToWeb_Click(IDispatch*, VARIANT_BOOL*) noexcept {
 
 void DWTemplate::m_btnDWTOnline_Click(IDispatch*, VARIANT_BOOL* CancelDefault) noexcept {
   quietly(L"m_btnDWTOnline_Click", [&] {
+    if (commands::bringOpenWindowToFront()) return;
     if (!hostApplication().activeWeb()) {
       tellNoWebIsOpen();
       return;

@@ -11,6 +11,8 @@
 #include "addin/host/HostCommandBars.h"
 #include "common/com.h"
 
+class ClipboardKeeper;
+
 // A menu entry that is ours and its connected click event.
 struct MenuButton {
   std::optional<HostControl> control;
@@ -43,7 +45,8 @@ class DWTemplate final : public ConnectionObject {
   // Deletes the entry of that tag; false when the host does so itself.
   bool RemoveAddInCommandBarButton(long RemoveMode, const std::wstring& ctl_key) noexcept;
   std::wstring AddAcceleratorKey(const HostControl& bar, const std::wstring& caption) noexcept;
-  // Through the clipboard, whose content survives.
+  // Through the clipboard, whose content survives; where it cannot, the button stays without a
+  // face.
   void SetButtonFace(const HostControl& button, HBITMAP picture) noexcept;
 
  private:
@@ -68,4 +71,5 @@ class DWTemplate final : public ConnectionObject {
 
   MenuButton m_btnCopyToWeb;
   MenuButton m_btnDWTOnline;
+  ClipboardKeeper* clipboard_ = nullptr;  // while the entries get their faces
 };

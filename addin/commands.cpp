@@ -3,9 +3,12 @@
 #include <memory>
 
 #include "catalogue/frmQuillet.h"
+#include "common/forms/Form.h"
 #include "online/frmDWTOnline.h"
 
 namespace commands {
+
+bool bringOpenWindowToFront() noexcept { return forms::bringToFront(); }
 
 void browseTemplates(HostApplication& host, HWND owner) {
   const auto window = std::make_unique<frmQuillet>(host);

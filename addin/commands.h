@@ -7,6 +7,9 @@
 
 namespace commands {
 
+// The window that a command has opened before, with what stands over it; false when none is open.
+bool bringOpenWindowToFront() noexcept;
+
 // The template browser, modal to `owner`. Needs an open web.
 void browseTemplates(HostApplication& host, HWND owner);
 

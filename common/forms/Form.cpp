@@ -175,6 +175,15 @@ void yieldToMessages() {
   }
 }
 
+bool bringToFront() noexcept {
+  if (showing().forms.empty()) return false;
+  if (const HWND window = showing().forms.back()->hwnd()) {
+    if (IsIconic(window)) ShowWindow(window, SW_RESTORE);
+    SetForegroundWindow(GetLastActivePopup(window));
+  }
+  return true;
+}
+
 WaitCursor::WaitCursor() noexcept {
   ++showing().waits;
   SetCursor(LoadCursorW(nullptr, IDC_WAIT));

@@ -163,6 +163,9 @@ std::wstring windowText(HWND window);
 // navigation of the form on top works as in its own loop.
 void yieldToMessages();
 
+// The form on top and what stands over it, to the front of the screen; false when none is shown.
+bool bringToFront() noexcept;
+
 // The wait cursor while it lives, also when the mouse moves meanwhile. Scopes nest.
 class WaitCursor {
  public:

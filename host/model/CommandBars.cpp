@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "host/model/ClickPoint.h"
+#include "host/model/faces.h"
 
 namespace standin {
 namespace {
@@ -99,16 +100,6 @@ com::Variant itemOf(const std::vector<ComPtr<T>>& items, const Arguments& argume
       return objectValue(items[static_cast<std::size_t>(index) - 1]);
   }
   throw Refusal{DISP_E_BADINDEX, L"There is no item of that index or name."};
-}
-
-// The clipboard's picture as a bitmap of its own; nothing when there is none.
-handles::Gdi clipboardBitmap() {
-  handles::Gdi copy;
-  if (!OpenClipboard(nullptr)) return copy;
-  if (const HANDLE bitmap = GetClipboardData(CF_BITMAP))
-    copy.reset(CopyImage(bitmap, IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION));
-  CloseClipboard();
-  return copy;
 }
 
 }  // namespace
@@ -395,7 +386,7 @@ com::Variant CommandBarButton::putStyle(const Arguments& arguments) {
 
 com::Variant CommandBarButton::pasteFace(const Arguments&) {
   requireAlive();
-  handles::Gdi face = clipboardBitmap();
+  handles::Gdi face = clipboardFace(session()->options.maskedFaces);
   if (!face) throw Refusal{E_FAIL, L"The clipboard holds no picture."};
   face_ = std::move(face);
   session()->menuChanged();

@@ -28,6 +28,7 @@ const Row rows[] = {
     {L"rootIsWeb", &HostOptions::rootIsWeb},
     {L"vtiFoldersListed", &HostOptions::vtiFoldersListed},
     {L"beforePastEndRefused", &HostOptions::beforePastEndRefused},
+    {L"maskedFaces", &HostOptions::maskedFaces},
     {L"explorerObject", &HostOptions::explorerObject},
     {L"importMilliseconds", &HostOptions::importMilliseconds},
     {L"addInsOfVersion", &HostOptions::addInsOfVersion},

@@ -48,6 +48,11 @@ struct HostOptions {
   // Controls.Add with Before one past the last control appends (false) or refuses (true).
   bool beforePastEndRefused = false;
 
+  // PasteFace takes the clipboard's bitmap as it is (false), or, where they are, the two formats
+  // "Toolbar Button Face" and "Toolbar Button Mask" and makes the parts see-through that are white
+  // in the mask (true).
+  bool maskedFaces = false;
+
   // The older automation object "FrontPage.Explorer.<version>" is not registered (false) or is;
   // read when the host is made.
   bool explorerObject = false;

@@ -8,6 +8,7 @@
 #include "common/handles.h"
 #include "host/model/Host.h"
 #include "tests/addin/ShippedModule.h"
+#include "tests/support/ImportPatch.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchRegistry.h"
 #include "tests/support/text_output.h"
@@ -38,17 +39,22 @@ class Owner {
     CloseClipboard();
   }
   HWND window() const { return window_; }
+  int rendered() const { return rendered_; }
 
   std::function<void(UINT)> render = [](UINT) {};
 
  private:
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     auto* self = reinterpret_cast<Owner*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    if (self && message == WM_RENDERFORMAT) self->render(static_cast<UINT>(wParam));
+    if (self && message == WM_RENDERFORMAT) {
+      ++self->rendered_;
+      self->render(static_cast<UINT>(wParam));
+    }
     return DefWindowProcW(window, message, wParam, lParam);
   }
 
   HWND window_ = nullptr;
+  int rendered_ = 0;
 };
 
 void putBytes(UINT format, const std::string& bytes) {
@@ -112,10 +118,11 @@ HBITMAP twoPixels() {
 }
 
 // The entries are created and removed again by the shipped module; true when both got their faces.
-bool createEntries() {
+bool createEntries(const std::function<void(standin::Host&)>& prepare = {}) {
   ScratchRegistry registry;
   ModalDriver modal;
   standin::Host host;
+  if (prepare) prepare(host);
   ShippedModule module;
   const auto addIn = module.connection();
   addIn->OnConnection(host.application(), atStartup, nullptr, nullptr);
@@ -138,11 +145,146 @@ struct HoldEvents {
 };
 DWORD WINAPI holdClipboard(void* parameter) {
   const auto* events = static_cast<HoldEvents*>(parameter);
-  OpenClipboard(nullptr);
+  // With a window of its own: without one it would be let in beside others without one.
+  const HWND window =
+      CreateWindowW(L"Static", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+  OpenClipboard(window);
   SetEvent(events->held);
   WaitForSingleObject(events->done, 30000);
   CloseClipboard();
+  DestroyWindow(window);
   return 0;
+}
+
+// Holds the clipboard from `take` to `letGo`.
+class Holder {
+ public:
+  ~Holder() { letGo(); }
+  void take() {
+    thread_.reset(CreateThread(nullptr, 0, holdClipboard, &events_, 0, nullptr));
+    WaitForSingleObject(held_.get(), 30000);
+  }
+  void letGo() {
+    if (!thread_) return;
+    SetEvent(done_.get());
+    WaitForSingleObject(thread_.get(), 30000);
+    thread_.reset();
+  }
+
+ private:
+  handles::Kernel held_{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+  handles::Kernel done_{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+  HoldEvents events_{held_.get(), done_.get()};
+  handles::Kernel thread_;
+};
+
+constexpr SIZE_T muchText = 200000;  // bytes
+
+HGLOBAL WINAPI allocateLittle(UINT flags, SIZE_T size) {
+  if (size < muchText) return GlobalAlloc(flags, size);
+  SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+  return nullptr;
+}
+HANDLE WINAPI copyNoImage(HANDLE, UINT, int, int, UINT) { return nullptr; }
+HPALETTE WINAPI createNoPalette(const LOGPALETTE*) { return nullptr; }
+HMETAFILE WINAPI copyNoMetafile(HMETAFILE, LPCWSTR) { return nullptr; }
+HENHMETAFILE WINAPI copyNoEnhancedMetafile(HENHMETAFILE, LPCWSTR) { return nullptr; }
+
+// How often the module did so since the counts were set back.
+int readings = 0, emptyings = 0;
+HANDLE WINAPI countReading(UINT format) {
+  if (format == CF_UNICODETEXT) ++readings;
+  return GetClipboardData(format);
+}
+BOOL WINAPI countEmptying() {
+  ++emptyings;
+  return EmptyClipboard();
+}
+
+// Formats in the order in which the module sets them.
+std::vector<UINT> formatsSet;
+HANDLE WINAPI recordSetting(UINT format, HANDLE data) {
+  formatsSet.push_back(format);
+  return SetClipboardData(format, data);
+}
+
+// So many attempts to open the clipboard fail.
+int failingAttempts = 0;
+BOOL WINAPI openAfterAWhile(HWND owner) {
+  if (failingAttempts > 0) {
+    --failingAttempts;
+    return FALSE;
+  }
+  return OpenClipboard(owner);
+}
+void WINAPI doNotSleep(DWORD) {}
+
+// One picture that every kind of program would put there.
+HPALETTE onePalette() {
+  LOGPALETTE palette = {};
+  palette.palVersion = 0x300;
+  palette.palNumEntries = 1;
+  return CreatePalette(&palette);
+}
+HENHMETAFILE oneEnhancedMetafile() {
+  const HDC context = CreateEnhMetaFileW(nullptr, nullptr, nullptr, nullptr);
+  Rectangle(context, 1, 2, 3, 4);
+  return CloseEnhMetaFile(context);
+}
+void putMetafilePicture() {
+  const HDC context = CreateMetaFileW(nullptr);
+  Rectangle(context, 1, 2, 3, 4);
+  const METAFILEPICT picture = {MM_ANISOTROPIC, 1234, 567, CloseMetaFile(context)};
+  putBytes(CF_METAFILEPICT, std::string(reinterpret_cast<const char*>(&picture), sizeof picture));
+}
+
+// The clipboard is as it was, and no entry has a face.
+void checkLeftAlone(const std::function<void()>& data) {
+  Owner owner;
+  owner.put([&] {
+    putText(L"kept");
+    data();
+  });
+  const DWORD sequence = GetClipboardSequenceNumber();
+  CHECK_FALSE(createEntries());
+  CHECK(GetClipboardSequenceNumber() == sequence);
+  CHECK(GetClipboardOwner() == owner.window());
+  CHECK(unicodeText() == L"kept");
+}
+
+UINT faceFormat() { return RegisterClipboardFormatW(L"Toolbar Button Face"); }
+UINT maskFormat() { return RegisterClipboardFormatW(L"Toolbar Button Mask"); }
+
+// A device-independent bitmap on the clipboard: its pixels from the top, as 0xRRGGBB.
+struct Picture {
+  LONG width = 0, height = 0;
+  std::vector<DWORD> pixels;
+  DWORD at(LONG x, LONG y) const { return pixels[static_cast<std::size_t>(y * width + x)]; }
+};
+Picture pictureOf(UINT format) {
+  Picture result;
+  const OpenedClipboard open;
+  const HANDLE memory = GetClipboardData(format);
+  if (!memory) return result;
+  const auto* info = static_cast<const BITMAPINFO*>(GlobalLock(memory));
+  BITMAPINFO wanted = {};
+  wanted.bmiHeader = info->bmiHeader;
+  result.width = info->bmiHeader.biWidth;
+  result.height = info->bmiHeader.biHeight;
+  REQUIRE(info->bmiHeader.biCompression == BI_RGB);
+  REQUIRE(info->bmiHeader.biBitCount == 24);
+  REQUIRE(result.height > 0);  // the rows stand upside down
+  const auto* rows = reinterpret_cast<const BYTE*>(info) + info->bmiHeader.biSize;
+  const LONG stride = (result.width * 3 + 3) / 4 * 4;
+  REQUIRE(GlobalSize(memory) >=
+          info->bmiHeader.biSize + static_cast<SIZE_T>(stride * result.height));
+  for (LONG y = result.height - 1; y >= 0; --y)
+    for (LONG x = 0; x < result.width; ++x) {
+      const BYTE* pixel = rows + y * stride + x * 3;
+      result.pixels.push_back(static_cast<DWORD>(pixel[2] << 16 | pixel[1] << 8 | pixel[0]));
+    }
+  GlobalUnlock(memory);
+  return result;
 }
 
 }  // namespace
@@ -247,13 +389,7 @@ TEST_SUITE("clipboard") {
 
   TEST_CASE("A metafile picture survives with its size") {
     Owner owner;
-    owner.put([] {
-      const HDC context = CreateMetaFileW(nullptr);
-      Rectangle(context, 1, 2, 3, 4);
-      const METAFILEPICT picture = {MM_ANISOTROPIC, 1234, 567, CloseMetaFile(context)};
-      putBytes(CF_METAFILEPICT,
-               std::string(reinterpret_cast<const char*>(&picture), sizeof picture));
-    });
+    owner.put(putMetafilePicture);
     CHECK(createEntries());
     const OpenedClipboard open;
     const HANDLE memory = GetClipboardData(CF_METAFILEPICT);
@@ -268,11 +404,7 @@ TEST_SUITE("clipboard") {
 
   TEST_CASE("An enhanced metafile survives") {
     Owner owner;
-    owner.put([] {
-      const HDC context = CreateEnhMetaFileW(nullptr, nullptr, nullptr, nullptr);
-      Rectangle(context, 1, 2, 3, 4);
-      SetClipboardData(CF_ENHMETAFILE, CloseEnhMetaFile(context));
-    });
+    owner.put([] { SetClipboardData(CF_ENHMETAFILE, oneEnhancedMetafile()); });
     CHECK(createEntries());
     const OpenedClipboard open;
     const auto picture = static_cast<HENHMETAFILE>(GetClipboardData(CF_ENHMETAFILE));
@@ -318,14 +450,10 @@ TEST_SUITE("clipboard") {
 
   TEST_CASE("Data that its owner renders on demand is rendered and survives") {
     Owner owner;
-    int rendered = 0;
-    owner.render = [&](UINT format) {
-      ++rendered;
-      putBytes(format, std::string("rendered\0", 9));
-    };
+    owner.render = [&](UINT format) { putBytes(format, std::string("rendered\0", 9)); };
     owner.put([] { SetClipboardData(richText(), nullptr); });
     CHECK(createEntries());
-    CHECK(rendered == 1);
+    CHECK(owner.rendered() == 1);
     CHECK(bytes(richText(), 9) == std::string("rendered\0", 9));
   }
 
@@ -344,17 +472,196 @@ TEST_SUITE("clipboard") {
       "A clipboard held by another program leaves the entries without faces and is untouched") {
     Owner owner;
     owner.put([] { putText(L"mine"); });
-    const handles::Kernel held(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-    const handles::Kernel done(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-    HoldEvents events = {held.get(), done.get()};
-    const handles::Kernel holder(CreateThread(nullptr, 0, holdClipboard, &events, 0, nullptr));
-    WaitForSingleObject(held.get(), 30000);
+    Holder holder;
+    holder.take();
     const DWORD sequence = GetClipboardSequenceNumber();
     CHECK_FALSE(createEntries());
     CHECK(GetClipboardSequenceNumber() == sequence);
-    SetEvent(done.get());
-    WaitForSingleObject(holder.get(), 30000);
+    holder.letGo();
     CHECK(unicodeText() == L"mine");
+  }
+
+  TEST_CASE("Without memory for a copy the clipboard is left alone and the entries have no faces") {
+    const ShippedModule module;
+    const std::string much(muchText, 'x');
+    const std::pair<std::function<void()>, std::function<ImportPatch()>> shortages[] = {
+        {[&] { putBytes(CF_TEXT, much); },
+         [&] {
+           return ImportPatch(module.handle(), "kernel32.dll", "GlobalAlloc", allocateLittle);
+         }},
+        {[] { SetClipboardData(CF_BITMAP, twoPixels()); },
+         [&] { return ImportPatch(module.handle(), "user32.dll", "CopyImage", copyNoImage); }},
+        {[] { SetClipboardData(CF_PALETTE, onePalette()); },
+         [&] {
+           return ImportPatch(module.handle(), "gdi32.dll", "CreatePalette", createNoPalette);
+         }},
+        {putMetafilePicture,
+         [&] {
+           return ImportPatch(module.handle(), "gdi32.dll", "CopyMetaFileW", copyNoMetafile);
+         }},
+        {[] { SetClipboardData(CF_ENHMETAFILE, oneEnhancedMetafile()); },
+         [&] {
+           return ImportPatch(module.handle(), "gdi32.dll", "CopyEnhMetaFileW",
+                              copyNoEnhancedMetafile);
+         }},
+    };
+    for (const auto& [data, shortage] : shortages) {
+      const ImportPatch patch = shortage();
+      checkLeftAlone(data);
+    }
+  }
+
+  TEST_CASE("An owner is asked to render once also when there is no memory for a copy") {
+    Owner owner;
+    owner.put([] {
+      SetClipboardData(richText(), nullptr);
+      putBytes(CF_TEXT, std::string(muchText, 'x'));
+    });
+    const ShippedModule module;
+    const ImportPatch patch(module.handle(), "kernel32.dll", "GlobalAlloc", allocateLittle);
+    CHECK_FALSE(createEntries());
+    CHECK(owner.rendered() == 1);
+  }
+
+  TEST_CASE("The user's data is taken aside once and put back once for both faces") {
+    Owner owner;
+    owner.put([] { putText(L"kept"); });
+    const ShippedModule module;
+    const ImportPatch reading(module.handle(), "user32.dll", "GetClipboardData", countReading);
+    const ImportPatch emptying(module.handle(), "user32.dll", "EmptyClipboard", countEmptying);
+    readings = emptyings = 0;
+    CHECK(createEntries());
+    CHECK(readings == 1);
+    CHECK(emptyings == 3);  // for each face, and before the user's data comes back
+    CHECK(unicodeText() == L"kept");
+  }
+
+  TEST_CASE("A clipboard that another program opens for a moment is waited for") {
+    Owner owner;
+    owner.put([] { putText(L"kept"); });
+    const ShippedModule module;
+    const ImportPatch opening(module.handle(), "user32.dll", "OpenClipboard", openAfterAWhile);
+    const ImportPatch sleeping(module.handle(), "kernel32.dll", "Sleep", doNotSleep);
+    failingAttempts = 19;
+    CHECK(createEntries());
+    CHECK(failingAttempts == 0);
+    CHECK(unicodeText() == L"kept");
+  }
+
+  TEST_CASE("The user's data comes back however long another program holds the clipboard") {
+    Owner owner;
+    owner.put([] { putText(L"kept"); });
+    const ShippedModule module;
+    const ImportPatch opening(module.handle(), "user32.dll", "OpenClipboard", openAfterAWhile);
+    const ImportPatch sleeping(module.handle(), "kernel32.dll", "Sleep", doNotSleep);
+    int pasted = 0;
+    failingAttempts = 0;
+    createEntries([&](standin::Host& host) {
+      host.faults().before(L"CommandBarButton.PasteFace", [&] {
+        if (++pasted == 2) failingAttempts = 199;
+      });
+    });
+    CHECK(failingAttempts == 0);
+    CHECK(unicodeText() == L"kept");
+  }
+
+  TEST_CASE("A face is pasted again when another program took the clipboard from the host") {
+    Owner owner;
+    owner.put([] { putText(L"kept"); });
+    Holder holder;
+    int calls = 0;
+    CHECK(createEntries([&](standin::Host& host) {
+      host.faults().before(L"CommandBarButton.PasteFace", [&] {
+        if (++calls == 1) holder.take();
+        if (calls == 3) holder.letGo();
+      });
+    }));
+    CHECK(calls == 4);  // the second face at once
+    CHECK(unicodeText() == L"kept");
+  }
+
+  TEST_CASE("A host that never takes the face is asked a few times and no more") {
+    const ShippedModule module;
+    const ImportPatch sleeping(module.handle(), "kernel32.dll", "Sleep", doNotSleep);
+    int calls = 0;
+    CHECK_FALSE(createEntries([&](standin::Host& host) {
+      host.faults().refuse(L"CommandBarButton.PasteFace", L"No.");
+      host.faults().before(L"CommandBarButton.PasteFace", [&] { ++calls; });
+    }));
+    CHECK(calls == 20);
+  }
+
+  TEST_CASE("What another program puts there after the faces stays there as that program's") {
+    Owner owner;
+    owner.put([] { putText(L"old"); });
+    {
+      ClipboardKeeper keeper;
+      REQUIRE(keeper.offer({}));
+      owner.put([] { putText(L"new"); });
+      CHECK_FALSE(keeper.holdsOffer());
+    }
+    CHECK(unicodeText() == L"new");
+    CHECK(GetClipboardOwner() == owner.window());
+  }
+
+  TEST_CASE("What another program puts there while a face is pasted is what comes back") {
+    Owner owner;
+    owner.put([] { putText(L"old"); });
+    int pasted = 0;
+    CHECK(createEntries([&](standin::Host& host) {
+      host.faults().before(L"CommandBarButton.PasteFace", [&] {
+        if (++pasted == 1) owner.put([] { putText(L"new"); });
+      });
+    }));
+    CHECK(pasted == 3);
+    CHECK(unicodeText() == L"new");
+  }
+
+  TEST_CASE("What another program puts there between the two faces is what comes back") {
+    Owner owner;
+    owner.put([] { putText(L"old"); });
+    CHECK(createEntries([&](standin::Host& host) {
+      bool done = false;
+      host.faults().before(L"CommandBarButton.Style", [&, done]() mutable {
+        if (host.button(L"Browse/Copy Dynamic Web Template to Web...")->face() && !done) {
+          owner.put([] { putText(L"new"); });
+          done = true;
+        }
+      });
+    }));
+    CHECK(unicodeText() == L"new");
+  }
+
+  TEST_CASE("A face is offered as a bitmap and as the pair of face and mask") {
+    std::vector<Picture> faces, masks;
+    std::vector<bool> bitmaps;
+    CHECK(createEntries([&](standin::Host& host) {
+      host.faults().before(L"CommandBarButton.PasteFace", [&] {
+        bitmaps.push_back(IsClipboardFormatAvailable(CF_BITMAP) != FALSE);
+        faces.push_back(pictureOf(faceFormat()));
+        masks.push_back(pictureOf(maskFormat()));
+      });
+    }));
+    CHECK(bitmaps == std::vector<bool>{true, true});
+    REQUIRE(faces.size() == 2);
+    for (std::size_t i = 0; i < 2; ++i) {
+      REQUIRE(faces[i].pixels.size() == 256);
+      REQUIRE(masks[i].pixels.size() == 256);
+      CHECK(faces[i].width == 16);
+      CHECK(masks[i].width == 16);
+      // The corners are see-through, a picture's frame is not.
+      for (const LONG x : {0L, 15L}) {
+        CHECK(masks[i].at(x, 0) == 0xFFFFFF);
+        CHECK(faces[i].at(x, 0) == 0);
+      }
+      CHECK(masks[i].at(8, 7) == 0);
+      CHECK(faces[i].at(8, 7) != 0);
+    }
+    // The first one's page stands at the left from the second row on, the second one's globe not.
+    CHECK(masks[0].at(1, 1) == 0);
+    CHECK(faces[0].at(1, 1) == 0x606070);
+    CHECK(masks[1].at(1, 1) == 0xFFFFFF);
+    CHECK(faces[1].at(4, 1) == 0x143C8C);
   }
 
   TEST_CASE("The clipboard survives a host that refuses the face") {
@@ -371,14 +678,16 @@ TEST_SUITE("clipboard") {
     addIn->OnDisconnection(userClosed, nullptr);
   }
 
-  TEST_CASE("While it is borrowed the clipboard holds the picture and nothing else") {
+  TEST_CASE("While it is borrowed the clipboard holds what is offered and nothing else") {
     Owner owner;
     owner.put([] { putText(L"kept"); });
-    const handles::Gdi picture(twoPixels());
     {
       ClipboardKeeper keeper;
-      REQUIRE(keeper.save());
-      REQUIRE(keeper.offer(static_cast<HBITMAP>(picture.get())));
+      CHECK_FALSE(keeper.holdsOffer());
+      clipboard::Contents picture;
+      picture.push_back({CF_BITMAP, handles::Gdi(twoPixels())});
+      REQUIRE(keeper.offer(std::move(picture)));
+      CHECK(keeper.holdsOffer());
       CHECK(IsClipboardFormatAvailable(CF_BITMAP));
       CHECK_FALSE(IsClipboardFormatAvailable(CF_TEXT));
     }
@@ -386,32 +695,31 @@ TEST_SUITE("clipboard") {
     CHECK_FALSE(IsClipboardFormatAvailable(CF_BITMAP));
   }
 
-  TEST_CASE("Saving alone changes nothing") {
+  TEST_CASE("What was saved is put back in the order of the published formats") {
+    const UINT html = RegisterClipboardFormatW(L"HTML Format");
     Owner owner;
-    owner.put([] { putText(L"kept"); });
-    const DWORD sequence = GetClipboardSequenceNumber();
-    {
-      ClipboardKeeper keeper;
-      REQUIRE(keeper.save());
-    }
-    CHECK(GetClipboardSequenceNumber() == sequence);
-    CHECK(GetClipboardOwner() == owner.window());
-  }
-
-  TEST_CASE("Saved pictures come first and then plain rich and link text") {
-    Owner owner;
-    owner.put([] {
+    owner.put([&] {
+      putBytes(html, "Version:0.9");
       putBytes(linkText(), std::string("link\0", 5));
       putBytes(richText(), std::string("rich\0", 5));
       putBytes(CF_TEXT, std::string("text\0", 5));
+      putMetafilePicture();
       SetClipboardData(CF_BITMAP, twoPixels());
+      putBytes(CF_DIB, std::string(sizeof(BITMAPINFOHEADER), '\0'));
+      SetClipboardData(CF_PALETTE, onePalette());
     });
-    CHECK(createEntries());
-    std::vector<UINT> order;
-    for (const UINT format : formats())
-      if (format == CF_BITMAP || format == CF_TEXT || format == richText() || format == linkText())
-        order.push_back(format);
-    CHECK(order == std::vector<UINT>{CF_BITMAP, CF_TEXT, richText(), linkText()});
+    const ShippedModule module;
+    const ImportPatch setting(module.handle(), "user32.dll", "SetClipboardData", recordSetting);
+    int pasted = 0;
+    CHECK(createEntries([&](standin::Host& host) {
+      host.faults().before(L"CommandBarButton.PasteFace", [&] {
+        if (++pasted == 2) formatsSet.clear();
+      });
+    }));
+    REQUIRE(formatsSet.size() >= 8);
+    formatsSet.resize(8);
+    CHECK(formatsSet == std::vector<UINT>{CF_PALETTE, CF_DIB, CF_BITMAP, CF_METAFILEPICT, CF_TEXT,
+                                          richText(), linkText(), html});
   }
 
   TEST_CASE("No handle of what was saved is left open") {
@@ -423,7 +731,7 @@ TEST_SUITE("clipboard") {
     const long before = handles::liveCount();
     {
       ClipboardKeeper keeper;
-      REQUIRE(keeper.save());
+      REQUIRE(keeper.offer({}));
       CHECK(handles::liveCount() > before);
     }
     CHECK(handles::liveCount() == before);

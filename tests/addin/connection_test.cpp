@@ -8,6 +8,7 @@
 #include "tests/addin/ShippedModule.h"
 #include "tests/support/DebugOutput.h"
 #include "tests/support/FakeWebBrowser.h"
+#include "tests/support/Frame.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/ScratchRegistry.h"
@@ -46,6 +47,75 @@ struct Connected {
   ComPtr<IDTExtensibility2> addIn = module.connection();
   HRESULT outcome = E_FAIL;
 };
+
+constexpr wchar_t browserCaption[] = L"Dynamic Web Template Browser";
+constexpr wchar_t onlineCaption[] = L"DWT Online";
+
+// What the online catalogue's window needs to open.
+struct InstalledCatalogue {
+  explicit InstalledCatalogue(Connected& connected) {
+    connected.registry.setString(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Korvel Software\\Quillet Viewer",
+                                 L"DWTOnline", L"http://127.0.0.1/start.htm");
+    connected.registry.setString(
+        HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders",
+        L"AppData", data.path());
+  }
+  ScratchFolder data;
+  FakeWebBrowser page;
+};
+
+void closeWindow(HWND dialog) { PostMessageW(dialog, WM_CLOSE, 0, 0); }
+
+// A top-level window of the host's process.
+class HostWindow {
+ public:
+  HostWindow(const wchar_t* className, DWORD style, DWORD extendedStyle = 0, HWND owner = nullptr) {
+    WNDCLASSW definition = {};
+    definition.lpfnWndProc = DefWindowProcW;
+    definition.hInstance = GetModuleHandleW(nullptr);
+    definition.lpszClassName = className;
+    RegisterClassW(&definition);
+    window_ = CreateWindowExW(extendedStyle, className, L"", style | WS_VISIBLE, 50, 50, 300, 200,
+                              owner, nullptr, definition.hInstance, nullptr);
+    SetActiveWindow(window_);
+    REQUIRE(GetActiveWindow() == window_);
+  }
+  ~HostWindow() { DestroyWindow(window_); }
+  HostWindow(const HostWindow&) = delete;
+  HostWindow& operator=(const HostWindow&) = delete;
+  HWND get() const { return window_; }
+
+ private:
+  HWND window_ = nullptr;
+};
+
+constexpr wchar_t frameClass[] = L"FrontPageExplorerWindow40";
+constexpr wchar_t otherClass[] = L"Other window of the host";
+constexpr DWORD barStyle = WS_POPUP | WS_CAPTION;
+
+// Who owns what the clicks on both entries show: without a web a box, with one a window.
+void checkOwner(HWND expected) {
+  for (const wchar_t* entry : {copyToWeb, dwtOnline}) {
+    Connected connected;
+    const HWND active = GetActiveWindow();
+    connected.host.click(entry);
+    REQUIRE(connected.modal.boxes().size() == 1);
+    CHECK(connected.modal.boxes().front().owner == expected);
+
+    const InstalledCatalogue catalogue(connected);
+    const ScratchFolder web;
+    connected.host.openWeb(web.path());
+    HWND owner = GetDesktopWindow();
+    for (const wchar_t* caption : {browserCaption, onlineCaption})
+      connected.modal.onDialog(caption, [&](HWND dialog) {
+        owner = GetWindow(dialog, GW_OWNER);
+        closeWindow(dialog);
+      });
+    SetActiveWindow(active);
+    connected.host.click(entry);
+    CHECK(owner == expected);
+  }
+}
 
 constexpr WPARAM quilletButton = 7;  // counted with the gaps
 
@@ -154,22 +224,31 @@ TEST_SUITE("connection to the host") {
   }
 
   TEST_CASE("Each entry has a face of 16 by 16 pixels of its own") {
-    Connected connected;
-    std::vector<COLORREF> middles;
-    for (const wchar_t* text : {copyToWeb, dwtOnline}) {
-      const HBITMAP face = connected.host.button(text)->face();
-      REQUIRE(face);
-      BITMAP bitmap = {};
-      GetObjectW(face, sizeof bitmap, &bitmap);
-      CHECK(bitmap.bmWidth == 16);
-      CHECK(bitmap.bmHeight == 16);
-      const handles::DeviceContext context(CreateCompatibleDC(nullptr));
-      const HGDIOBJ before = SelectObject(context.get(), face);
-      CHECK(GetPixel(context.get(), 15, 0) == GetSysColor(COLOR_3DFACE));
-      middles.push_back(GetPixel(context.get(), 7, 7));
-      SelectObject(context.get(), before);
+    for (const bool masked : {false, true}) {
+      standin::HostOptions options;
+      options.maskedFaces = masked;
+      Connected connected(options);
+      std::vector<DWORD> middles;
+      for (const wchar_t* text : {copyToWeb, dwtOnline}) {
+        DIBSECTION face = {};
+        REQUIRE(GetObjectW(connected.host.button(text)->face(), sizeof face, &face));
+        CHECK(face.dsBm.bmWidth == 16);
+        CHECK(face.dsBm.bmHeight == 16);
+        REQUIRE(face.dsBm.bmBitsPixel == 32);
+        const auto* pixels = static_cast<const DWORD*>(face.dsBm.bmBits);
+        // A host that takes the bitmap alone finds the button's own grey around the picture, one
+        // that takes the mask too can see through there.
+        const DWORD alpha = masked ? 0xFF000000 : 0;
+        const COLORREF grey = GetSysColor(COLOR_3DFACE);
+        const DWORD around = static_cast<DWORD>(GetRValue(grey)) << 16 |
+                             static_cast<DWORD>(GetGValue(grey)) << 8 | GetBValue(grey);
+        for (const std::size_t corner : {0U, 15U, 240U})
+          CHECK(pixels[corner] == (masked ? 0 : around));
+        middles.push_back(pixels[7 * 16 + 7]);
+        CHECK((middles.back() & 0xFF000000) == alpha);
+      }
+      CHECK(middles[0] != middles[1]);
     }
-    CHECK(middles[0] != middles[1]);
   }
 
   TEST_CASE("Connecting twice finds the first entries and creates no duplicates") {
@@ -409,6 +488,124 @@ TEST_SUITE("connection to the host") {
     CHECK_FALSE(cancelled);
   }
 
+  TEST_CASE("A click on either entry while a window is open brings that window to the front") {
+    for (const wchar_t* first : {copyToWeb, dwtOnline})
+      for (const wchar_t* second : {copyToWeb, dwtOnline}) {
+        const ScratchFolder web;
+        Connected connected({}, web.path());
+        const InstalledCatalogue catalogue(connected);
+        const wchar_t* caption = first == copyToWeb ? browserCaption : onlineCaption;
+        HWND front = nullptr;
+        bool cancelled = true;
+        connected.modal.onDialog(caption, [&](HWND dialog) {
+          // The host shows another window meanwhile, and may close the web.
+          const Frame other;
+          SetForegroundWindow(other.get());
+          if (first == second) connected.host.closeWeb();
+          connected.host.click(second, &cancelled);
+          front = GetForegroundWindow() == dialog ? GetActiveWindow() : nullptr;
+          CHECK(front == dialog);
+          closeWindow(dialog);
+        });
+        for (const wchar_t* further : {browserCaption, onlineCaption})
+          connected.modal.onDialog(further, closeWindow);
+        connected.host.click(first);
+        CHECK(front);
+        CHECK_FALSE(cancelled);
+        CHECK(connected.modal.dialogs() == std::vector<std::wstring>{caption});
+        CHECK(connected.modal.boxes().empty());
+
+        // Afterwards the entries open windows again.
+        connected.host.openWeb(web.path());
+        connected.host.click(second);
+        CHECK(connected.modal.dialogs().size() == 2);
+      }
+  }
+
+  TEST_CASE("A click while the online catalogue is an icon restores it") {
+    const ScratchFolder web;
+    Connected connected({}, web.path());
+    const InstalledCatalogue catalogue(connected);
+    connected.modal.onDialog(onlineCaption, [&](HWND dialog) {
+      ShowWindow(dialog, SW_MINIMIZE);
+      CHECK(IsIconic(dialog));
+      connected.host.click(dwtOnline);
+      CHECK_FALSE(IsIconic(dialog));
+      closeWindow(dialog);
+    });
+    connected.host.click(dwtOnline);
+    CHECK(connected.modal.dialogs().size() == 1);
+  }
+
+  TEST_CASE("A click while a box stands over the window brings the box to the front") {
+    const ScratchFolder web;
+    Connected connected({}, web.path());
+    HWND front = nullptr;
+    connected.modal.onDialog(browserCaption, [&](HWND dialog) {
+      {
+        const HostWindow box(otherClass, WS_POPUP | WS_CAPTION, 0, dialog);
+        const Frame other;
+        SetForegroundWindow(other.get());
+        connected.host.click(copyToWeb);
+        CHECK(GetForegroundWindow() == box.get());
+      }
+      front = dialog;
+      closeWindow(dialog);
+    });
+    connected.modal.onDialog(browserCaption, closeWindow);
+    connected.host.click(copyToWeb);
+    CHECK(front);
+    CHECK(connected.modal.dialogs().size() == 1);
+  }
+
+  TEST_CASE("The host's frame owns the windows and boxes whatever window of the host is active") {
+    const HostWindow frame(frameClass, WS_OVERLAPPEDWINDOW);
+    checkOwner(frame.get());
+    {
+      const HostWindow splash(otherClass, WS_POPUP);
+      checkOwner(frame.get());
+    }
+    {
+      const HostWindow bar(otherClass, barStyle, WS_EX_TOOLWINDOW);
+      checkOwner(frame.get());
+    }
+    const HostWindow ownedBar(otherClass, barStyle, WS_EX_TOOLWINDOW, frame.get());
+    checkOwner(frame.get());
+  }
+
+  TEST_CASE("A dialog for which the host has disabled its frame owns what is shown meanwhile") {
+    const HostWindow frame(frameClass, WS_OVERLAPPEDWINDOW);
+    const HostWindow dialog(otherClass, barStyle, 0, frame.get());
+    EnableWindow(frame.get(), FALSE);
+    checkOwner(dialog.get());
+    EnableWindow(frame.get(), TRUE);
+  }
+
+  TEST_CASE("Without the host's frame an ordinary active window owns what is shown") {
+    {
+      const HostWindow splash(otherClass, WS_POPUP);
+      checkOwner(nullptr);
+    }
+    {
+      const HostWindow bar(otherClass, barStyle, WS_EX_TOOLWINDOW);
+      checkOwner(nullptr);
+    }
+    const HostWindow ordinary(otherClass, WS_OVERLAPPEDWINDOW);
+    checkOwner(ordinary.get());
+    const HostWindow bar(otherClass, barStyle, WS_EX_TOOLWINDOW, ordinary.get());
+    checkOwner(ordinary.get());
+  }
+
+  TEST_CASE("The message about the missing menu stands over the host's frame") {
+    const HostWindow frame(frameClass, WS_OVERLAPPEDWINDOW);
+    const HostWindow splash(otherClass, WS_POPUP);
+    standin::HostOptions options;
+    options.templatesMenu = false;
+    const Connected connected(options);
+    REQUIRE(connected.modal.boxes().size() == 1);
+    CHECK(connected.modal.boxes().front().owner == frame.get());
+  }
+
   TEST_CASE("The host may let go of the add-in while its browser is shown") {
     ScratchFolder web;
     Connected connected({}, web.path());
@@ -437,6 +634,40 @@ TEST_SUITE("connection to the host") {
       });
       checkNoWebMessage(connected, entry);
       CHECK(connected.module.canUnload());
+    }
+  }
+
+  TEST_CASE("The host may let go of the add-in while it is connected or disconnected") {
+    for (const bool connecting : {true, false}) {
+      ScratchRegistry registry;
+      ModalDriver modal;
+      standin::Host host;
+      ShippedModule module;
+      const auto references = [&] {
+        host.application()->AddRef();
+        return host.application()->Release();
+      };
+      auto addIn = module.connection();
+      IDTExtensibility2* const called = addIn.get();
+      ULONG before = 0;
+      ULONG after = 0;
+      const auto letGo = [&] {
+        if (!addIn) return;
+        before = references();
+        addIn.reset();
+        after = references();
+      };
+      if (connecting) host.faults().before(L"CommandBarControls.Add", letGo);
+      called->OnConnection(host.application(), atStartup, nullptr, nullptr);
+      if (!connecting) {
+        host.faults().before(L"CommandBarControl.Delete", letGo);
+        called->OnDisconnection(userClosed, nullptr);
+      }
+      // The application object is let go with the connection object, which is still at work.
+      CHECK(before > 1);
+      CHECK(after == before);
+      CHECK(references() == 1);
+      CHECK(module.canUnload());
     }
   }
 
@@ -552,17 +783,22 @@ TEST_SUITE("connection to the host") {
     CHECK(modal.boxes().empty());
   }
 
-  TEST_CASE("An entry whose caption is refused does not stay in the menu half-made") {
-    ScratchRegistry registry;
-    ModalDriver modal;
-    standin::Host host;
-    const auto captions = host.captions();
-    host.faults().refuse(L"CommandBarControl.BeginGroup", L"No.");
-    ShippedModule module;
-    const auto addIn = module.connection();
-    addIn->OnConnection(host.application(), atStartup, nullptr, nullptr);
-    CHECK(host.captions() == captions);
-    CHECK(modal.boxes().empty());
+  TEST_CASE("An entry of which anything but the face is refused does not stay in the menu") {
+    for (const wchar_t* member : {L"CommandBarControl.Tag", L"CommandBarControl.Caption",
+                                  L"CommandBarControl.BeginGroup", L"CommandBarButton.Style"}) {
+      ScratchRegistry registry;
+      ModalDriver modal;
+      standin::Host host;
+      const auto captions = host.captions();
+      host.faults().refuse(member, L"No.");
+      ShippedModule module;
+      const auto addIn = module.connection();
+      addIn->OnConnection(host.application(), atStartup, nullptr, nullptr);
+      CHECK(host.captions() == captions);
+      CHECK(host.faults().calls(L"CommandBarControls.Add") == 1);
+      CHECK(host.faults().calls(L"CommandBarButton.PasteFace") == 0);
+      CHECK(modal.boxes().empty());
+    }
   }
 
   TEST_CASE("An entry whose face is refused stays without a face") {
@@ -655,13 +891,39 @@ TEST_SUITE("connection to the host") {
     VARIANT four[4] = {};
     four[3].vt = VT_I4;
     DISPPARAMS wrongType = {four, nullptr, 4, 0};
-    CHECK(addIn->Invoke(1, IID_NULL, locale, DISPATCH_METHOD, &wrongType, nullptr, nullptr,
-                        nullptr) == DISP_E_TYPEMISMATCH);
+    UINT badArgument = 99;
+    VARIANT result = number;
+    CHECK(addIn->Invoke(1, IID_NULL, locale, DISPATCH_METHOD, &wrongType, &result, nullptr,
+                        &badArgument) == DISP_E_TYPEMISMATCH);
+    CHECK(badArgument == 3);  // the first one stands last
+    CHECK(result.vt == VT_EMPTY);
+    DISPID first = 0;
+    DISPPARAMS named = {&number, &first, 1, 1};
+    CHECK(addIn->Invoke(3, IID_NULL, locale, DISPATCH_METHOD, &named, nullptr, nullptr, nullptr) ==
+          DISP_E_NONAMEDARGS);
+    CHECK(addIn->Invoke(3, IID_NULL, locale, DISPATCH_PROPERTYGET, &one, nullptr, nullptr,
+                        nullptr) == DISP_E_MEMBERNOTFOUND);
+    CHECK(addIn->Invoke(3, IID_NULL, locale, DISPATCH_METHOD, nullptr, nullptr, nullptr, nullptr) ==
+          E_POINTER);
     wchar_t unknown[] = L"OnLunch";
     LPOLESTR name = unknown;
     DISPID id = 0;
     CHECK(addIn->GetIDsOfNames(IID_NULL, &name, 1, locale, &id) == DISP_E_UNKNOWNNAME);
     CHECK(id == DISPID_UNKNOWN);
+    CHECK(addIn->GetIDsOfNames(IID_NULL, nullptr, 1, locale, &id) == E_POINTER);
+    CHECK(addIn->GetIDsOfNames(IID_NULL, &name, 1, locale, nullptr) == E_POINTER);
+  }
+
+  TEST_CASE("The names of arguments are unknown to calls by name") {
+    ShippedModule module;
+    const auto addIn = module.connection();
+    wchar_t method[] = L"OnConnection";
+    wchar_t argument[] = L"Application";
+    LPOLESTR names[] = {method, argument};
+    DISPID ids[2] = {};
+    CHECK(addIn->GetIDsOfNames(IID_NULL, names, 2, LOCALE_USER_DEFAULT, ids) == DISP_E_UNKNOWNNAME);
+    CHECK(ids[0] == 1);
+    CHECK(ids[1] == DISPID_UNKNOWN);
   }
 
   TEST_CASE("The published identifiers belong to the published names") {

@@ -457,3 +457,83 @@ TEST_CASE(
     CHECK((pixel & 0xFF) == GetBValue(menu));
   }
 }
+
+namespace {
+
+// A device-independent bitmap for the clipboard: the lower half in one colour, the upper one black.
+HGLOBAL packedPicture(LONG width, WORD bits, BYTE colour) {
+  BITMAPINFOHEADER header = {};
+  header.biSize = sizeof header;
+  header.biWidth = width;
+  header.biHeight = 16;
+  header.biPlanes = 1;
+  header.biBitCount = bits;
+  const auto rows = static_cast<SIZE_T>((width * bits + 31) / 32 * 4 * header.biHeight);
+  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, sizeof header + rows);
+  auto* to = static_cast<BYTE*>(GlobalLock(memory));
+  memcpy(to, &header, sizeof header);
+  memset(to + sizeof header, colour, rows / 2);
+  memset(to + sizeof header + rows / 2, 0, rows / 2);
+  GlobalUnlock(memory);
+  return memory;
+}
+
+void putFaceOnClipboard(HGLOBAL face, HGLOBAL mask) {
+  REQUIRE(OpenClipboard(nullptr));
+  EmptyClipboard();
+  SetClipboardData(CF_BITMAP, plainBitmap(RGB(10, 20, 30)));
+  SetClipboardData(RegisterClipboardFormatW(L"Toolbar Button Face"), face);
+  if (mask) SetClipboardData(RegisterClipboardFormatW(L"Toolbar Button Mask"), mask);
+  CloseClipboard();
+}
+
+// The first pixel of the lowest row in a menu, as 0xAARRGGBB.
+DWORD colourInMenu(HBITMAP drawn) {
+  const handles::Gdi face = standin::menuFace(drawn);
+  REQUIRE(face);
+  DIBSECTION section = {};
+  REQUIRE(GetObjectW(face.get(), sizeof section, &section));
+  return *static_cast<const DWORD*>(section.dsBm.bmBits);
+}
+
+DWORD pastedInMenu(bool masked, HGLOBAL face, HGLOBAL mask) {
+  HostOptions options;
+  options.maskedFaces = masked;
+  const Host host(options);
+  const LateBound button = add(templatesMenu(host), {});
+  button.put(L"Tag", L"mine");
+  putFaceOnClipboard(face, mask);
+  REQUIRE(button.call(L"PasteFace").result == S_OK);
+  putOnClipboard(nullptr);
+  return colourInMenu(host.button(L"mine")->face());
+}
+
+}  // namespace
+
+TEST_CASE("a face with a mask is see-through where the mask is white and opaque elsewhere") {
+  const COLORREF menu = GetSysColor(COLOR_MENU);
+  const DWORD under = 0xFF000000 | static_cast<DWORD>(GetRValue(menu)) << 16 |
+                      static_cast<DWORD>(GetGValue(menu)) << 8 | GetBValue(menu);
+  CHECK(pastedInMenu(true, packedPicture(16, 24, 0x40), packedPicture(16, 24, 0xFF)) == under);
+  CHECK(pastedInMenu(true, packedPicture(16, 32, 0x40), packedPicture(16, 24, 0)) == 0xFF404040);
+}
+
+TEST_CASE("a host without masked faces takes the bitmap and so does one without the mask") {
+  CHECK(pastedInMenu(false, packedPicture(16, 24, 0x40), packedPicture(16, 24, 0xFF)) ==
+        0xFF0A141E);
+  CHECK(pastedInMenu(true, packedPicture(16, 24, 0x40), nullptr) == 0xFF0A141E);
+}
+
+TEST_CASE("a face and a mask that do not fit together are refused") {
+  HostOptions options;
+  options.maskedFaces = true;
+  const Host host(options);
+  const LateBound button = add(templatesMenu(host), {});
+  for (const auto& [width, bits] : {std::pair<LONG, WORD>{15, 24}, {16, 8}}) {
+    putFaceOnClipboard(packedPicture(16, 24, 0), packedPicture(width, bits, 0));
+    const Answer answer = button.call(L"PasteFace");
+    CHECK(answer.result == DISP_E_EXCEPTION);
+    CHECK(answer.description == L"The face and its mask do not fit together.");
+  }
+  putOnClipboard(nullptr);
+}
