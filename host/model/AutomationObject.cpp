@@ -207,6 +207,7 @@ STDMETHODIMP AutomationObject::GetTypeInfo(UINT, LCID, ITypeInfo** info) {
 STDMETHODIMP AutomationObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
                                              DISPID* ids) {
   if (!names || !ids || count == 0) return E_INVALIDARG;
+  session_->faults.noteName();
   std::fill(ids, ids + count, DISPID_UNKNOWN);
   ids[0] = members().idOf(names[0]);
   if (ids[0] == DISPID_UNKNOWN) return DISP_E_UNKNOWNNAME;

@@ -58,9 +58,20 @@ int Faults::calls(std::wstring_view member) const {
   return found == calls_.end() ? 0 : found->second;
 }
 
+int Faults::allCalls() const {
+  const Locked locked(*this);
+  return allCalls_;
+}
+
+int Faults::namesAsked() const {
+  const Locked locked(*this);
+  return namesAsked_;
+}
+
 void Faults::resetCalls() {
   const Locked locked(*this);
   calls_.clear();
+  allCalls_ = namesAsked_ = 0;
   arguments_.clear();
 }
 
@@ -73,7 +84,7 @@ std::vector<std::wstring> Faults::lastArguments(std::wstring_view member) const 
 
 bool Faults::meet(const std::vector<std::wstring>& names,
                   const std::vector<std::wstring>& arguments) {
-  for (const auto& name : names) note(name, arguments);
+  noteCall(names, arguments);
   bool nothing = false;
   for (const auto& name : names)
     if (meet(name)) nothing = true;
@@ -96,10 +107,19 @@ bool Faults::meet(const std::wstring& name) {
   return nothing_.contains(name);
 }
 
-void Faults::note(const std::wstring& name, const std::vector<std::wstring>& arguments) {
+void Faults::noteCall(const std::vector<std::wstring>& names,
+                      const std::vector<std::wstring>& arguments) {
   const Locked locked(*this);
-  ++calls_[name];
-  arguments_[name] = arguments;
+  ++allCalls_;
+  for (const auto& name : names) {
+    ++calls_[name];
+    arguments_[name] = arguments;
+  }
+}
+
+void Faults::noteName() {
+  const Locked locked(*this);
+  ++namesAsked_;
 }
 
 std::function<void()> Faults::actionOf(const std::wstring& name) const {

@@ -39,6 +39,9 @@ class Faults {
   void clear();
 
   int calls(std::wstring_view member) const;
+  // Of all members together, and how often a member's name was asked to be resolved.
+  int allCalls() const;
+  int namesAsked() const;
   // What the member was given at its last call, as texts: "-1" and "0" for booleans, nothing for an
   // object and for what was left out.
   std::vector<std::wstring> lastArguments(std::wstring_view member) const;
@@ -47,6 +50,7 @@ class Faults {
   // Used by the objects: notes the call, runs the actions, raises the refusal. True when the
   // member is to give nothing.
   bool meet(const std::vector<std::wstring>& names, const std::vector<std::wstring>& arguments);
+  void noteName();
 
  private:
   struct Planned {
@@ -57,7 +61,7 @@ class Faults {
 
   class Locked;
   bool meet(const std::wstring& name);
-  void note(const std::wstring& name, const std::vector<std::wstring>& arguments);
+  void noteCall(const std::vector<std::wstring>& names, const std::vector<std::wstring>& arguments);
   std::function<void()> actionOf(const std::wstring& name) const;
 
   mutable CRITICAL_SECTION lock_;
@@ -65,6 +69,8 @@ class Faults {
   std::map<std::wstring, bool, std::less<>> nothing_;
   std::map<std::wstring, std::function<void()>, std::less<>> actions_;
   std::map<std::wstring, int, std::less<>> calls_;
+  int allCalls_ = 0;
+  int namesAsked_ = 0;
   std::map<std::wstring, std::vector<std::wstring>, std::less<>> arguments_;
 };
 

@@ -40,6 +40,14 @@ struct HostOptions {
   // MakeAbs puts a path with a leading "/" below the base (false) or below the server (true).
   bool makeAbsFromServer = false;
 
+  // Web.Url leaves blanks and the like as they are (false) or escapes them (true); the Url of a
+  // folder or file likewise.
+  bool webUrlEscaped = false;
+  bool itemUrlsEscaped = false;
+
+  // Folders and Files list their items in the order of their names (false) or in another (true).
+  bool listedUnsorted = false;
+
   // The open web's own root folder says IsWeb False (false) or True (true).
   bool rootIsWeb = false;
   // The host's own "_vti" folders are left out of Folders (false) or listed (true).

@@ -1,5 +1,7 @@
 #include "host/model/Web.h"
 
+#include <algorithm>
+
 #include "common/ansi.h"
 #include "common/text.h"
 #include "host/model/Themes.h"
@@ -69,9 +71,14 @@ std::wstring extensionOf(const std::wstring& name) {
   return point == name.npos ? std::wstring() : name.substr(point + 1);
 }
 
+std::vector<std::wstring> listed(const Session& session, std::vector<std::wstring> names) {
+  if (session.options.listedUnsorted) std::reverse(names.begin(), names.end());
+  return names;
+}
+
 std::vector<std::wstring> foldersIn(const Session& session, const std::wstring& relative) {
   std::vector<std::wstring> result;
-  for (const auto& name : disk::folderNames(diskPathOf(session, relative)))
+  for (const auto& name : listed(session, disk::folderNames(diskPathOf(session, relative))))
     if (session.options.vtiFoldersListed || !sameName(name.substr(0, 4), L"_vti"))
       result.push_back(joined(relative, name));
   return result;
@@ -79,7 +86,7 @@ std::vector<std::wstring> foldersIn(const Session& session, const std::wstring& 
 
 std::vector<std::wstring> filesIn(const Session& session, const std::wstring& relative) {
   std::vector<std::wstring> result;
-  for (const auto& name : disk::fileNames(diskPathOf(session, relative)))
+  for (const auto& name : listed(session, disk::fileNames(diskPathOf(session, relative))))
     result.push_back(joined(relative, name));
   return result;
 }

@@ -23,6 +23,37 @@ std::wstring_view serverOf(std::wstring_view url) {
   return url.substr(0, std::min(url.find(L'/', host), url.size()));
 }
 
+std::wstring plainWebUrl(const Session& session) {
+  return session.options.webUrl.empty() ? fileUrl(session.webFolder) : session.options.webUrl;
+}
+
+std::string utf8(std::wstring_view value) {
+  const int length = static_cast<int>(value.size());
+  std::string bytes(3 * value.size(), '\0');
+  bytes.resize(static_cast<std::size_t>(
+      WideCharToMultiByte(CP_UTF8, 0, value.data(), length, bytes.data(),
+                          static_cast<int>(bytes.size()), nullptr, nullptr)));
+  return bytes;
+}
+
+bool isUnescaped(char byte) {
+  return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
+         (byte >= '0' && byte <= '9') || std::string_view("-._~:/").find(byte) != std::string::npos;
+}
+
+std::wstring escaped(std::wstring_view url) {
+  constexpr wchar_t digits[] = L"0123456789ABCDEF";
+  std::wstring result;
+  for (const char byte : utf8(url)) {
+    const auto code = static_cast<unsigned char>(byte);
+    if (isUnescaped(byte))
+      result += static_cast<wchar_t>(code);
+    else
+      result.append({L'%', digits[code / 16], digits[code % 16]});
+  }
+  return result;
+}
+
 }  // namespace
 
 std::wstring fileUrl(std::wstring_view path) {
@@ -33,7 +64,8 @@ std::wstring fileUrl(std::wstring_view path) {
 }
 
 std::wstring webUrl(const Session& session) {
-  return session.options.webUrl.empty() ? fileUrl(session.webFolder) : session.options.webUrl;
+  const std::wstring url = plainWebUrl(session);
+  return session.options.webUrlEscaped ? escaped(url) : url;
 }
 
 bool isAbsoluteUrl(std::wstring_view address) { return address.find(L"://") != address.npos; }
@@ -43,7 +75,9 @@ std::wstring joined(const std::wstring& folder, const std::wstring& name) {
 }
 
 std::wstring urlOf(const Session& session, const std::wstring& relative) {
-  return relative.empty() ? webUrl(session) : joined(webUrl(session), relative);
+  const std::wstring web = plainWebUrl(session);
+  const std::wstring url = relative.empty() ? web : joined(web, relative);
+  return session.options.itemUrlsEscaped ? escaped(url) : url;
 }
 
 std::wstring diskPathOf(const Session& session, const std::wstring& relative) {

@@ -138,6 +138,19 @@ TEST_CASE("calls are counted by member and by class and member") {
   CHECK(host.faults().calls(L"CommandBarButton.Style") == 1);
 }
 
+TEST_CASE("calls of every member and names that were asked for are counted") {
+  const Host host;
+  const LateBound application(host.application());
+  application.get(L"Name");
+  application.get(L"Version");
+  application.get(L"Nam");
+  CHECK(host.faults().allCalls() == 2);
+  CHECK(host.faults().namesAsked() == 3);
+  host.faults().resetCalls();
+  CHECK(host.faults().allCalls() == 0);
+  CHECK(host.faults().namesAsked() == 0);
+}
+
 TEST_CASE("the arguments of the last call are kept") {
   const ScratchFolder web;
   const Host host({}, web.path());

@@ -155,6 +155,32 @@ TEST_CASE("folders are listed by index from 0 and by name without the host's own
   CHECK(open.folders().number(L"Count") == 4);
 }
 
+TEST_CASE("folders and files are listed in the order of their names or in another") {
+  OpenWeb open;
+  for (const wchar_t* name : {L"a", L"b", L"c"}) open.folder.makeFolder(name);
+  for (const wchar_t* name : {L"1.htm", L"2.htm"}) open.folder.writeFile(name);
+  open.host.options().listedUnsorted = true;
+  CHECK(names(open.folders()) == Names{L"c", L"b", L"a"});
+  CHECK(names(open.root().child(L"Files")) == Names{L"2.htm", L"1.htm"});
+}
+
+TEST_CASE("the addresses of the web and of what is in it are escaped where the switches say so") {
+  OpenWeb open;
+  open.folder.makeFolder(L"50% \u00e4");
+  open.host.options().webUrl = L"http://server/my web";
+  const auto item = [&] { return open.locateFolder(L"50% \u00e4").text(L"Url"); };
+  CHECK(open.url() == L"http://server/my web");
+  CHECK(item() == L"http://server/my web/50% \u00e4");
+  open.host.options().itemUrlsEscaped = true;
+  CHECK(open.url() == L"http://server/my web");
+  CHECK(item() == L"http://server/my%20web/50%25%20%C3%A4");
+  open.host.options().webUrlEscaped = true;
+  CHECK(open.url() == L"http://server/my%20web");
+  CHECK(item() == L"http://server/my%20web/50%25%20%C3%A4");
+  open.host.options().itemUrlsEscaped = false;
+  CHECK(item() == L"http://server/my web/50% \u00e4");
+}
+
 TEST_CASE("all folders and files of the web are listed flat and sub-webs are not entered") {
   const OpenWeb open;
   open.folder.writeFile(L"index.htm");
