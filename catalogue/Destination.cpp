@@ -11,12 +11,6 @@ bool isSamePlace(std::wstring_view templateFolder, const std::wstring& destinati
   return text::equalIgnoringCase(modCommon::localPathOf(destination + name), templateFolder);
 }
 
-std::wstring samePlaceMessage(std::wstring_view templateFolder) {
-  return text::message(
-      L"Cannot copy \" %s \". | The destination folder is the same as the source folder.",
-      templateFolder);
-}
-
 std::wstring copyToDefaultQuestion(const std::wstring& webUrl) {
   return text::message(
       L"Destination folder is not specified. Do you wish to copy the DWT's to the default "

@@ -18,7 +18,6 @@ std::wstring defaultDestination(const std::wstring& webUrl);
 bool isSamePlace(std::wstring_view templateFolder, const std::wstring& destination);
 
 // The texts of the questions and messages about destinations.
-std::wstring samePlaceMessage(std::wstring_view templateFolder);
 std::wstring copyToDefaultQuestion(const std::wstring& webUrl);
 inline constexpr wchar_t createDefaultQuestion[] =
     L"Default DWT directory does not exist.\r\nDo you want to create the default DWT directory?";

@@ -15,6 +15,7 @@
 #include "common/text.h"
 #include "common/version.h"
 #include "online/frmDWTOnline.h"
+#include "webcopy/SamePlace.h"
 #include "webcopy/frmCopyToWeb.h"
 #include "webcopy/frmSelectWebFolder.h"
 
@@ -453,7 +454,7 @@ bool frmQuillet::askForDefault(const HostWeb& web) {
 
 void frmQuillet::copyTo(const HostWeb& web, const forms::ListRow& row) {
   const auto located = web.locateFolder(destination_);
-  const HostFolder folder = located ? *located : web.createFolder(destination_);
+  const HostFolder folder = located ? *located : web.createFolder(destination_).folder;
   WriteLog({L"Copying folder to the following path : ", destination_});
   if (!frmCopyToWeb().CopyTemplateFolder(folder.url(), {row.text, row.tag}, hwnd())) return;
   if (lvDWTs.count() == 0) {

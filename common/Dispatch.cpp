@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "common/errors.h"
@@ -50,15 +51,6 @@ class Exception {
   EXCEPINFO info_ = {};
 };
 
-DISPID idOf(IDispatch* object, std::wstring_view member) {
-  std::wstring name(member);
-  OLECHAR* names[] = {name.data()};
-  DISPID id = DISPID_UNKNOWN;
-  const HRESULT result = object->GetIDsOfNames(IID_NULL, names, 1, memberLocale, &id);
-  if (FAILED(result)) throw errors::fromHResult(result);
-  return id;
-}
-
 // A callee may hand back a reference to its own variable: what it holds now is what counts.
 Variant withoutReference(Variant value) {
   if ((value.type() & VT_BYREF) == 0) return value;
@@ -70,13 +62,40 @@ Variant withoutReference(Variant value) {
 
 }  // namespace
 
+// What one object calls its members by.
+class Dispatch::Members {
+ public:
+  DISPID idOf(IDispatch* object, std::wstring_view member) {
+    for (const auto& [name, id] : ids_)
+      if (name == member) return id;
+    const DISPID id = ask(object, member);
+    ids_.emplace_back(member, id);
+    return id;
+  }
+
+  void forget() noexcept { ids_.clear(); }
+
+ private:
+  static DISPID ask(IDispatch* object, std::wstring_view member) {
+    std::wstring name(member);
+    OLECHAR* names[] = {name.data()};
+    DISPID id = DISPID_UNKNOWN;
+    const HRESULT result = object->GetIDsOfNames(IID_NULL, names, 1, memberLocale, &id);
+    if (FAILED(result)) throw errors::fromHResult(result);
+    return id;
+  }
+
+  std::vector<std::pair<std::wstring, DISPID>> ids_;
+};
+
 Variant Dispatch::invoke(std::wstring_view member, WORD flags,
                          std::initializer_list<Variant> arguments) const {
-  // A callee may run a message loop in which the last other reference goes.
+  // A callee may run a message loop in which the last other reference goes, and this value with it.
   const ComPtr<IDispatch> object = object_;
   if (!object) throw Error(errors::objectNotSet);
+  if (!members_) members_ = std::make_shared<Members>();
+  const std::shared_ptr<Members> members = members_;
   const HostStyles hostStyles;
-  const DISPID id = idOf(object.get(), member);
 
   // The last argument comes first. The copies are shallow: `arguments` stays the owner.
   std::vector<VARIANT> reversed;
@@ -94,10 +113,18 @@ Variant Dispatch::invoke(std::wstring_view member, WORD flags,
 
   Variant result;
   Exception exception;
-  UINT badArgument = 0;
-  const HRESULT outcome =
-      object->Invoke(id, IID_NULL, memberLocale, flags, &parameters, puts ? nullptr : result.put(),
-                     exception.put(), &badArgument);
+  const auto send = [&](DISPID id) {
+    UINT badArgument = 0;
+    return object->Invoke(id, IID_NULL, memberLocale, flags, &parameters,
+                          puts ? nullptr : result.put(), exception.put(), &badArgument);
+  };
+  const DISPID id = members->idOf(object.get(), member);
+  HRESULT outcome = send(id);
+  if (outcome == DISP_E_MEMBERNOTFOUND) {
+    members->forget();
+    const DISPID now = members->idOf(object.get(), member);
+    if (now != id) outcome = send(now);
+  }
   if (outcome == DISP_E_EXCEPTION) throw exception.error();
   if (FAILED(outcome)) throw errors::fromHResult(outcome);
   return withoutReference(std::move(result));

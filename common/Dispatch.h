@@ -2,6 +2,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <memory>
 #include <string_view>
 
 #include "common/com.h"
@@ -10,6 +11,9 @@ namespace com {
 
 // Calls by name. A failing call raises an Error: the callee's own number and text when it gave them
 // (EXCEPINFO), otherwise the run-time's number for the HRESULT. A call on "nothing" raises 91.
+//
+// An object's numbers for its members stay the same while it lives, so each is asked for once; one
+// that the object no longer knows is asked for again.
 class Dispatch {
  public:
   Dispatch() noexcept = default;
@@ -32,7 +36,10 @@ class Dispatch {
   Variant invoke(std::wstring_view member, WORD flags,
                  std::initializer_list<Variant> arguments) const;
 
+  class Members;
+
   ComPtr<IDispatch> object_;
+  mutable std::shared_ptr<Members> members_;  // made at the first call
 };
 
 }  // namespace com

@@ -207,14 +207,21 @@ std::vector<std::wstring> localPathsOf(const std::wstring& address) {
   return paths;
 }
 
-bool liesWithin(const std::wstring& path, const std::wstring& folder) {
-  const std::wstring place = fullPath(folder);
-  const FileIdentity wanted = identityOfFolder(place);
-  for (std::wstring level = fullPath(path); !level.empty(); level = folderAbove(level)) {
-    if (text::equalIgnoringCase(level, place)) return true;
-    if (wanted && identityOfFolder(level) == wanted) return true;
-  }
+KnownFolder::KnownFolder(const std::wstring& folder)
+    : path_(fullPath(folder)), identity_(identityOfFolder(path_)) {}
+
+bool KnownFolder::isAt(const std::wstring& path) const { return isLevel(fullPath(path)); }
+
+bool KnownFolder::holds(const std::wstring& path) const {
+  for (std::wstring level = fullPath(path); !level.empty(); level = folderAbove(level))
+    if (isLevel(level)) return true;
   return false;
+}
+
+bool KnownFolder::isLevel(const std::wstring& level) const {
+  if (level.empty()) return false;
+  if (text::equalIgnoringCase(level, path_)) return true;
+  return identity_ && identityOfFolder(level) == identity_;
 }
 
 }  // namespace modCommon

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "common/FileIdentity.h"
 #include "common/errors.h"
 #include "common/module.h"
 
@@ -58,8 +59,22 @@ std::wstring localPathOf(const std::wstring& address);
 // All that a URL may stand for whose author has escaped it or not; nothing for one on a server.
 std::vector<std::wstring> localPathsOf(const std::wstring& address);
 
-// True when `path`, which need not exist, is `folder` or lies below it, however the two are
-// written: letter case, short names, links and other names of a drive make no difference.
-bool liesWithin(const std::wstring& path, const std::wstring& folder);
+// A folder however a path to it is written: letter case, short names, links and other names of a
+// drive make no difference. What the file system tells of it is asked once.
+class KnownFolder {
+ public:
+  explicit KnownFolder(const std::wstring& folder);
+
+  // True when `path` is the folder itself.
+  bool isAt(const std::wstring& path) const;
+  // True when `path`, which need not exist, is the folder or lies below it.
+  bool holds(const std::wstring& path) const;
+
+ private:
+  bool isLevel(const std::wstring& level) const;
+
+  std::wstring path_;
+  FileIdentity identity_;
+};
 
 }  // namespace modCommon

@@ -15,8 +15,8 @@
 #include "common/handles.h"
 #include "common/letter_case.h"
 #include "common/log.h"
-#include "common/paths.h"
 #include "common/text.h"
+#include "webcopy/SamePlace.h"
 #include "webcopy/ThemeValue.h"
 
 namespace {
@@ -63,6 +63,20 @@ std::wstring baseNameOf(const HostFile& file) {
   return name.substr(0, name.size() - behindBase);
 }
 
+std::wstring joined(const std::wstring& webFolder, const std::wstring& name) {
+  return webFolder.empty() ? name : webFolder + L"/" + name;
+}
+
+// Whether a folder that is said to be new holds something already. A host that cannot tell has its
+// word taken.
+bool isInUse(const HostFolder& folder) noexcept {
+  try {
+    return folder.files().count() > 0 || folder.hasFolders();
+  } catch (...) {
+    return false;
+  }
+}
+
 // While it is held, nobody can delete the file.
 handles::File holdFile(const std::wstring& path) {
   const NoSystemBoxes quiet;
@@ -98,6 +112,7 @@ const HostWeb& CopyRun::web() const {
 }
 
 void CopyRun::EH_CopyDWTToWeb() {
+  failure_ = L"An error was encountered while copying the DWT's.";
   try {
     runSteps();
   } catch (...) {
@@ -109,7 +124,7 @@ void CopyRun::EH_CopyDWTToWeb() {
       throw errors::operationCancelled(view_.caption());
     }
     logError(L"EH_CopyDWTToWeb", error);
-    view_.fail(L"An error was encountered while copying the DWT's.");
+    view_.fail(failure_);
     view_.unload();
   }
 }
@@ -128,7 +143,8 @@ void CopyRun::startRun() {
   WriteLog(L"Begin process of copying DWT's to the web...");
   view_.resetOverall(overallSteps);
   web_ = host_.activeWeb();
-  view_.showWeb(web().url());
+  webUrl_ = web().url();
+  view_.showWeb(webUrl_);
   WriteLog(
       {L"Preparing to copy DWT Folder : \"", text::afterLast(item_.tag, L'\\'), L"\" to web..."});
   WriteLog({L"DWT Path : ", item_.tag});
@@ -160,9 +176,10 @@ void CopyRun::prepare() {
   CountFilesAndFolders(SourcePath_);
   view_.stepCurrent();
   DestinationFolder_ = text::withEnding(DestinationFolder_, L'/');
-  targetPath_ = text::replaceAll(
-      DestinationFolder_ + std::wstring(text::afterLast(SourcePath_, L'\\')), L"\\", L"/");
-  existing_ = web().locateFolder(targetPath_);
+  const std::wstring name(text::afterLast(SourcePath_, L'\\'));
+  targetPath_ = text::replaceAll(DestinationFolder_ + name, L"\\", L"/");
+  targetPlace_ = joined(web().relative(DestinationFolder_), name);
+  existing_ = web().locateFolder(targetPlace_);
   view_.stepCurrent();
   view_.stepOverall();
   view_.showOverallStatus({});
@@ -186,21 +203,39 @@ bool CopyRun::overwriteAgreed() {
 void CopyRun::copy() {
   view_.showOverallStatus(L"Copying files and folders to the web...");
   view_.resetCurrent(sum16(FileCount_, FolderCount_));
+  spareTemplate();
   if (existing_) {
     OverwriteChosen_ = overwriteAgreed();
     // Nothing is checked from here on: the steps that remain run over no template at all.
     if (!OverwriteChosen_) return;
   }
   WriteLog(L"Copying files and folders to the web.");
-  targetPlaces_ = findTargetPlaces();
-  const HostFolder folder = createFolder(targetPath_, {});
+  const auto folder = createTarget();
+  if (!folder) return;
   check();
   LogIndent(true);
-  CopyFolderTree(SourcePath_, folder.url());
+  CopyFolderTree(SourcePath_, {*folder, folder->url(), targetPlace_, {}});
   LogIndent(false);
   LogIndent(false);
   WriteLog(L"DWT copied successfully");
-  if (OverwriteChosen_) WriteLog({L"Overwritten DWT : ", folder.name()});
+  if (OverwriteChosen_) WriteLog({L"Overwritten DWT : ", folder->name()});
+}
+
+// Nothing when the folder turns out to be there and is not to be overwritten: a host may fail to
+// find what it then gives for a new one.
+std::optional<HostFolder> CopyRun::createTarget() {
+  logCreation(targetPath_);
+  const MadeFolder made = web().createFolder(targetPlace_);
+  if (!existing_ && (!made.isNew || isInUse(made.folder))) {
+    existing_ = made.folder;
+    OverwriteChosen_ = overwriteAgreed();
+    if (!OverwriteChosen_) return std::nullopt;
+  }
+  return made.folder;
+}
+
+void CopyRun::logCreation(const std::wstring& path) const {
+  WriteLog({L"Creating folder : ", host_.makeAbsolute(webUrl_, path)});
 }
 
 void CopyRun::optimise() {
@@ -264,48 +299,67 @@ void CopyRun::countEntries(const std::wstring& folder) {
   } while (search.next());
 }
 
-HostFolder CopyRun::createFolder(const std::wstring& path, const std::wstring& below) {
-  WriteLog({L"Creating folder : ", host_.makeAbsolute(web().url(), path)});
-  spareTemplate(below);
-  return web().createFolder(path);
-}
-
 // A folder of the web that is the template's own, or lies in it, is none to copy to: the web's
 // file would be deleted to make room for itself, and the walk would never leave what it makes.
-void CopyRun::spareTemplate(const std::wstring& below) const {
-  for (const auto& place : targetPlaces_)
-    if (modCommon::liesWithin(text::join({place, L"\\", below}), SourcePath_))
-      throw Error(errors::pathFileAccess);
+void CopyRun::spareTemplate() {
+  if (!meetsTemplate()) return;
+  failure_ = samePlaceMessage(SourcePath_);
+  throw Error(errors::pathFileAccess);
 }
 
-// Whether a host escapes what it tells of the destination is its own affair; names that come from
-// the disk are never escaped.
+bool CopyRun::meetsTemplate() {
+  const modCommon::KnownFolder source(SourcePath_);
+  for (const auto& place : findTargetPlaces())
+    if (source.holds(place) || isBelow(place, source, SourcePath_)) return true;
+  return false;
+}
+
+// Whether a folder that `folder` of the template would be copied to, below `place`, is the
+// template. Only one that is there already can be.
+bool CopyRun::isBelow(const std::wstring& place, const modCommon::KnownFolder& source,
+                      const std::wstring& folder) {
+  if (!modCommon::folderExists(place)) return false;
+  FileSearch search(folder + L"\\*.*");
+  for (bool more = search.found(); more; more = search.next()) {
+    const FileEntry& entry = search.entry();
+    const std::wstring path = modCommon::withBackslash(folder) + entry.name;
+    if (!entry.isFolder() || entry.isDots() || isHostOwn(path)) continue;
+    check();
+    const std::wstring target = modCommon::withBackslash(place) + entry.name;
+    if (source.isAt(target) || isBelow(target, source, path)) return true;
+  }
+  return false;
+}
+
+// Whether a host escapes what it tells of the web is its own affair; names that come from the disk
+// are never escaped.
 std::vector<std::wstring> CopyRun::findTargetPlaces() const {
   std::vector<std::wstring> places;
-  const auto add = [&](const std::wstring& address, const std::wstring& rest) {
+  const auto add = [&](const std::wstring& address, std::wstring_view rest) {
     for (const auto& path : modCommon::localPathsOf(address))
-      places.push_back(modCommon::withBackslash(path) + rest);
+      places.push_back(modCommon::withBackslash(path).append(rest));
   };
-  const std::wstring name(text::afterLast(SourcePath_, L'\\'));
-  const std::wstring rest = web().relative(DestinationFolder_ + name);
-  if (webpath::isAbsolute(DestinationFolder_)) add(DestinationFolder_, name);
-  if (!webpath::isAbsolute(rest)) add(web().url(), rest);
+  if (webpath::isAbsolute(DestinationFolder_))
+    add(DestinationFolder_, text::afterLast(SourcePath_, L'\\'));
+  if (!webpath::isAbsolute(targetPlace_)) add(webUrl_, targetPlace_);
   return places;
 }
 
 // An error other than a cancel leaves the whole walk without a message; the run still comes to its
 // end, and its result tells.
-void CopyRun::CopyFolderTree(const std::wstring& sourceFolder, const std::wstring& webFolder) {
+void CopyRun::CopyFolderTree(const std::wstring& sourceFolder, Target target) {
   try {
-    copyEntries(sourceFolder, webFolder);
+    copyEntries(sourceFolder, target);
   } catch (...) {
-    if (errors::current().number() == errors::cancelled) throw errors::operationCancelled();
+    const Error error = errors::current();
+    if (error.number() == errors::cancelled) throw errors::operationCancelled();
+    logError(L"CopyFolderTree", error);
     ContinueFlag_ = false;
     view_.unload();
   }
 }
 
-void CopyRun::copyEntries(const std::wstring& sourceFolder, const std::wstring& webFolder) {
+void CopyRun::copyEntries(const std::wstring& sourceFolder, Target& target) {
   FileSearch search(sourceFolder + L"\\*.*");
   if (!search.found()) {
     view_.inform(L"Could not open : \r\n" + sourceFolder);
@@ -313,7 +367,6 @@ void CopyRun::copyEntries(const std::wstring& sourceFolder, const std::wstring& 
     throw errors::operationCancelled();
   }
   const std::wstring source = text::withEnding(sourceFolder, L'\\');
-  const std::wstring target = text::withEnding(webFolder, L'/');
   text::NameSet seen;
   // Not undone here: a folder's line goes back one level itself, the caller of the walk the last.
   LogIndent(true);
@@ -331,30 +384,31 @@ void CopyRun::copyEntries(const std::wstring& sourceFolder, const std::wstring& 
   if (search.endError()) throw errors::fromSystemCode(search.endError());
 }
 
-void CopyRun::copyFolder(const std::wstring& source, const std::wstring& target,
+void CopyRun::copyFolder(const std::wstring& source, const Target& target,
                          const std::wstring& name) {
   check();
   LogIndent(false);
-  createFolder(target + name, (source + name).substr(modCommon::withBackslash(SourcePath_).size()));
+  const std::wstring url = text::withEnding(target.url, L'/') + name;
+  const std::wstring path = joined(target.path, name);
+  logCreation(url);
+  Target made = {web().createSubfolder(target.folder, name, path).folder, url, path, {}};
   view_.showCurrentStatus(name);
-  copyEntries(source + name, target + name);
+  copyEntries(source + name, made);
   view_.stepCurrent();
   view_.showCurrentStatus({});
 }
 
-void CopyRun::copyFile(const std::wstring& sourceFolder, const std::wstring& webFolder,
-                       const std::wstring& name) {
+void CopyRun::copyFile(const std::wstring& sourceFolder, Target& target, const std::wstring& name) {
   check();
   view_.showCurrentStatus(name);
   if (isDescriptionFile(name)) return;
   WriteLog({L"Copying file : ", name});
-  importFile(sourceFolder + name, webFolder, name);
+  importFile(sourceFolder + name, target, name);
   view_.stepCurrent();
 }
 
-void CopyRun::importFile(const std::wstring& source, const std::wstring& webFolder,
-                         const std::wstring& name) {
-  const auto old = web().locateFile(webFolder + name);
+void CopyRun::importFile(const std::wstring& source, Target& target, const std::wstring& name) {
+  const auto old = web().locateFile(joined(target.path, name));
   // One that has gone meanwhile, or whose name the code page lacks, must not cost its namesake.
   if (!modCommon::fileExists(source)) throw Error(errors::fileNotFound);
   if (old) {
@@ -362,9 +416,8 @@ void CopyRun::importFile(const std::wstring& source, const std::wstring& webFold
     const handles::File held = holdFile(source);
     old->remove();
   }
-  const auto folder = web().locateFolder(webFolder);
-  if (!folder) throw Error(errors::objectNotSet);
-  HostFile imported = folder->importFile(source);
+  if (!target.files) target.files = target.folder.files();
+  HostFile imported = target.files->import(source);
   if (isTemplateFile(name)) ImportedTemplates_.push_back(std::move(imported));
 }
 
@@ -393,10 +446,8 @@ void CopyRun::ApplyTemplateTheme(const HostFile& file, const std::wstring& templ
   WriteLog({L"DWT: ", baseName, L", Theme: ", value});
   const auto theme = parseThemeValue(value);
   if (!theme) return;
-  for (const std::wstring& installed : host_.themeNames()) {
-    if (!text::equalIgnoringCase(installed, theme->name)) continue;
+  if (host_.hasTheme(theme->name))
     file.applyTheme(theme->name, theme->flags);
-    return;
-  }
-  WriteLog(L"  Theme not available in FP");
+  else
+    WriteLog(L"  Theme not available in FP");
 }

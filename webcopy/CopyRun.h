@@ -8,6 +8,7 @@
 
 #include "addin/host/HostApplication.h"
 #include "common/KeepGoing.h"
+#include "common/paths.h"
 
 // The row of the browser's list that is copied.
 struct SourceItem {
@@ -34,7 +35,8 @@ class CopyRunView : public KeepGoing {
   virtual void fail(const std::wstring& text) = 0;    // critical icon
   virtual std::wstring caption() const = 0;
 
-  // The run wants its window gone; the run itself may go on for a while, and may want it again.
+  // The run wants its window gone as soon as it is over, which may be a while yet. It may ask
+  // twice.
   virtual void unload() = 0;
 
  protected:
@@ -59,6 +61,14 @@ class CopyRun {
   static std::wstring sourcePathOf(std::wstring_view tag);
 
  private:
+  // A folder of the web that files are copied to.
+  struct Target {
+    HostFolder folder;
+    std::wstring url;                // as the host told of the first one
+    std::wstring path;               // in the web
+    std::optional<HostFiles> files;  // asked for with the first file
+  };
+
   void runSteps();
   void startRun();
   void initialise();
@@ -71,17 +81,18 @@ class CopyRun {
 
   void CountFilesAndFolders(const std::wstring& folder);
   void countEntries(const std::wstring& folder);
-  // `below` is where the folder lies in the template; empty for the template's own.
-  HostFolder createFolder(const std::wstring& path, const std::wstring& below);
-  void spareTemplate(const std::wstring& below) const;
+  void spareTemplate();
+  bool meetsTemplate();
+  bool isBelow(const std::wstring& place, const modCommon::KnownFolder& source,
+               const std::wstring& folder);
   std::vector<std::wstring> findTargetPlaces() const;
-  void CopyFolderTree(const std::wstring& sourceFolder, const std::wstring& webFolder);
-  void copyEntries(const std::wstring& sourceFolder, const std::wstring& webFolder);
-  void copyFolder(const std::wstring& source, const std::wstring& target, const std::wstring& name);
-  void copyFile(const std::wstring& sourceFolder, const std::wstring& webFolder,
-                const std::wstring& name);
-  void importFile(const std::wstring& source, const std::wstring& webFolder,
-                  const std::wstring& name);
+  std::optional<HostFolder> createTarget();
+  void logCreation(const std::wstring& path) const;
+  void CopyFolderTree(const std::wstring& sourceFolder, Target target);
+  void copyEntries(const std::wstring& sourceFolder, Target& target);
+  void copyFolder(const std::wstring& source, const Target& target, const std::wstring& name);
+  void copyFile(const std::wstring& sourceFolder, Target& target, const std::wstring& name);
+  void importFile(const std::wstring& source, Target& target, const std::wstring& name);
   void CleanUploadedFolder();
   void ApplyTemplateTheme(const HostFile& file, const std::wstring& templateFolder);
 
@@ -94,13 +105,15 @@ class CopyRun {
   SourceItem item_;
   CopyRunView& view_;
   std::optional<HostWeb> web_;
+  std::wstring webUrl_;
   std::wstring SourcePath_;
-  std::wstring targetPath_;                 // the template's folder in the web
-  std::vector<std::wstring> targetPlaces_;  // where that may lie on the local disk
+  std::wstring targetPath_;   // the template's folder in the web, as it is shown
+  std::wstring targetPlace_;  // the same as the host takes it
   std::optional<HostFolder> existing_;
   bool OverwriteChosen_ = false;
   short FileCount_ = 0;
   short FolderCount_ = 0;
   bool ContinueFlag_ = true;
+  std::wstring failure_;  // what the user is told of an error
   std::vector<HostFile> ImportedTemplates_;
 };

@@ -54,7 +54,8 @@ void frmCopyToWeb::Form_Activate() {
       if (error.number() != errors::cancelled) throw;
     }
   });
-  if (!run_->continueFlag()) unload();
+  // While the run could still call the host, the host's windows had to stay disabled.
+  if (done_ || !run_->continueFlag()) Form::unload();
 }
 
 void frmCopyToWeb::cmdCancel_Click() {
@@ -66,7 +67,7 @@ void frmCopyToWeb::cmdCancel_Click() {
     cmdCancel.setEnabled(false);
     // A run is still on the stack, perhaps below an event loop of the host's own, and the window
     // must not free the others before it has returned: Form_Activate unloads then.
-    if (!started_) unload();
+    if (!started_) Form::unload();
   });
 }
 
@@ -132,4 +133,7 @@ void frmCopyToWeb::fail(const std::wstring& text) { message(text, MB_OK | MB_ICO
 
 std::wstring frmCopyToWeb::caption() const { return Form::caption(); }
 
-void frmCopyToWeb::unload() { Form::unload(); }
+void frmCopyToWeb::unload() {
+  done_ = true;
+  cmdCancel.setEnabled(false);
+}

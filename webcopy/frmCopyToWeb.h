@@ -53,4 +53,5 @@ class frmCopyToWeb final : public forms::Form, private CopyRunView {
 
   std::optional<CopyRun> run_;
   bool started_ = false;
+  bool done_ = false;  // the run wants its window gone
 };

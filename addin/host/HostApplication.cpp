@@ -1,5 +1,7 @@
 #include "addin/host/HostApplication.h"
 
+#include "common/letter_case.h"
+
 std::wstring HostApplication::name() const { return object_.value(L"Name").text(); }
 
 std::wstring HostApplication::version() const { return object_.value(L"Version").text(); }
@@ -10,13 +12,14 @@ std::optional<HostWeb> HostApplication::activeWeb() const {
   return HostWeb(web);
 }
 
-std::vector<std::wstring> HostApplication::themeNames() const {
+bool HostApplication::hasTheme(std::wstring_view name) const {
   const com::Dispatch themes = object_.object(L"Themes");
   const long count = themes.value(L"Count").number();
-  std::vector<std::wstring> names;
-  for (long index = 0; index < count; ++index)
-    names.push_back(themes.object(L"Item", {index}).value(L"Name").text());
-  return names;
+  for (long index = 0; index < count; ++index) {
+    const com::Dispatch theme = themes.object(L"Item", {index});
+    if (text::equalIgnoringCase(theme.value(L"Name").text(), name)) return true;
+  }
+  return false;
 }
 
 std::wstring HostApplication::makeAbsolute(const std::wstring& base,

@@ -3,7 +3,7 @@
 
 #include <optional>
 #include <string>
-#include <vector>
+#include <string_view>
 
 #include "addin/host/HostCommandBars.h"
 #include "addin/host/HostWeb.h"
@@ -21,8 +21,9 @@ class HostApplication {
   std::wstring version() const;
   // Nothing when no web is open, however the host says so.
   std::optional<HostWeb> activeWeb() const;
-  // The names of the installed themes, in the host's order.
-  std::vector<std::wstring> themeNames() const;
+  // Whether a theme of that name, in any letter case, is installed. The themes behind the first
+  // such one, in the host's order, are not looked at.
+  bool hasTheme(std::wstring_view name) const;
   // The absolute URL of `url` seen from `base`; an absolute one comes back unchanged.
   std::wstring makeAbsolute(const std::wstring& base, const std::wstring& url) const;
 

@@ -59,16 +59,26 @@ bool HostFolder::hasFolders() const {
   return object_.object(L"Folders").value(L"Count").number() > 0;
 }
 
+std::optional<HostFolder> HostFolder::folderNamed(const std::wstring& name) const {
+  const com::Dispatch folders = object_.lookUp(L"Folders");
+  const com::Dispatch folder = folders.lookUp(L"Item", {name});
+  if (!folder) return std::nullopt;
+  return HostFolder(folder);
+}
+
 HostFolder HostFolder::addFolder(const std::wstring& name) const {
   const com::Dispatch folders = object_.object(L"Folders");
   return added<HostFolder>(folders, folders.call(L"Add", {name}), name);
 }
 
-HostFile HostFolder::importFile(const std::wstring& localPath) const {
-  const com::Dispatch files = object_.object(L"Files");
-  const Variant answer = files.call(L"Add", {localPath, /*overwrite=*/false});
-  return added<HostFile>(files, answer, text::afterLast(localPath, L'\\'));
+HostFiles HostFolder::files() const { return HostFiles(object_.object(L"Files")); }
+
+HostFile HostFiles::import(const std::wstring& localPath) const {
+  const Variant answer = object_.call(L"Add", {localPath, /*overwrite=*/false});
+  return added<HostFile>(object_, answer, text::afterLast(localPath, L'\\'));
 }
+
+long HostFiles::count() const { return object_.value(L"Count").number(); }
 
 std::wstring HostWeb::url() const {
   std::wstring url = object_.value(L"Url").text();
@@ -79,7 +89,12 @@ std::wstring HostWeb::url() const {
 HostFolder HostWeb::rootFolder() const { return HostFolder(object_.object(L"RootFolder")); }
 
 std::optional<HostFolder> HostWeb::locateFolder(std::wstring_view path) const {
-  const std::wstring place = relative(path);
+  for (const auto& place : readings(path))
+    if (auto folder = folderAt(place)) return folder;
+  return std::nullopt;
+}
+
+std::optional<HostFolder> HostWeb::folderAt(const std::wstring& place) const {
   if (place.empty()) return rootFolder();
   const com::Dispatch folder = object_.lookUp(L"LocateFolder", {place});
   if (!folder) return std::nullopt;
@@ -87,38 +102,44 @@ std::optional<HostFolder> HostWeb::locateFolder(std::wstring_view path) const {
 }
 
 std::optional<HostFile> HostWeb::locateFile(std::wstring_view path) const {
-  const std::wstring place = relative(path);
+  for (const auto& place : readings(path))
+    if (auto file = fileAt(place)) return file;
+  return std::nullopt;
+}
+
+std::optional<HostFile> HostWeb::fileAt(const std::wstring& place) const {
   if (place.empty()) return std::nullopt;
   const com::Dispatch file = object_.lookUp(L"LocateFile", {place});
   if (!file) return std::nullopt;
   return HostFile(file);
 }
 
-HostFolder HostWeb::createFolder(std::wstring_view path) const {
+MadeFolder HostWeb::createFolder(std::wstring_view path) const {
   const std::wstring place = relative(path);
-  if (auto existing = locateFolder(place)) return *existing;
+  if (auto existing = folderAt(place)) return {*existing};
   // An address of another web: its levels must not be made in this one.
   if (webpath::isAbsolute(place)) throw Error(errors::pathNotFound);
 
-  HostFolder folder = rootFolder();
+  MadeFolder made = {rootFolder()};
   std::wstring reached;
   for (const auto& level : webpath::levels(place)) {
     if (!reached.empty()) reached += L'/';
     reached += level;
-    folder = subfolder(folder, level, reached);
+    made = createSubfolder(made.folder, level, reached);
   }
-  return folder;
+  return made;
 }
 
-HostFolder HostWeb::subfolder(const HostFolder& parent, const std::wstring& name,
-                              const std::wstring& path) const {
-  if (auto existing = locateFolder(path)) return *existing;
+MadeFolder HostWeb::createSubfolder(const HostFolder& parent, const std::wstring& name,
+                                    const std::wstring& path) const {
+  if (auto existing = folderAt(path)) return {*existing};
   try {
-    return parent.addFolder(name);
+    return {parent.addFolder(name), true};
   } catch (const Error&) {
     // Whether the host refuses a name that exists is not settled, and its look-up may have missed
-    // one made by another program meanwhile.
-    if (auto existing = locateFolder(path)) return *existing;
+    // one made by another program meanwhile, or failed.
+    if (auto existing = folderAt(path)) return {*existing};
+    if (auto existing = parent.folderNamed(name)) return {*existing};
     throw;
   }
 }
@@ -126,11 +147,20 @@ HostFolder HostWeb::subfolder(const HostFolder& parent, const std::wstring& name
 void HostWeb::refresh() const { object_.call(L"Refresh", {true}); }
 
 std::wstring HostWeb::relative(std::wstring_view path) const {
-  if (!webpath::isAbsolute(path)) return webpath::normal(path);
-  const std::wstring own = url();
-  if (text::beginsIgnoringCase(path, own)) {
-    const std::wstring_view rest = path.substr(own.size());
-    if (rest.empty() || rest.front() == L'/' || rest.front() == L'\\') return webpath::normal(rest);
-  }
-  return std::wstring(path);
+  const auto places = readings(path);
+  const bool second = places.size() > 1 && !folderAt(places[0]) && folderAt(places[1]);
+  return places[second ? 1 : 0];
+}
+
+// The web-relative paths that a path may mean, the likeliest first: whether a host escapes the
+// addresses it tells is its own affair.
+std::vector<std::wstring> HostWeb::readings(std::wstring_view path) const {
+  if (!webpath::isAbsolute(path)) return {webpath::normal(path)};
+  const auto below = webpath::below(path, url());
+  if (!below) return {std::wstring(path)};
+  const std::wstring plain = webpath::normal(below->path);
+  const std::wstring unescaped = webpath::normal(webpath::unescaped(below->path));
+  if (below->spelling == webpath::Spelling::escaped) return {unescaped};
+  if (below->spelling == webpath::Spelling::plain || plain == unescaped) return {plain};
+  return {plain, unescaped};
 }

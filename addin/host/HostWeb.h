@@ -2,7 +2,7 @@
 // length of an operation only.
 //
 // Paths are accepted in every shape the program meets: "/dwts", "dwts", "dwts/" and absolute URLs
-// of the web; this layer turns them into what the host takes.
+// of the web, escaped or not; this layer turns them into what the host takes.
 #pragma once
 
 #include <optional>
@@ -26,6 +26,19 @@ class HostFile {
   com::Dispatch object_;
 };
 
+// The files of one folder.
+class HostFiles {
+ public:
+  explicit HostFiles(com::Dispatch object) noexcept : object_(std::move(object)) {}
+
+  // A copy of a local file joins the folder; an existing one of that name is refused by the host.
+  HostFile import(const std::wstring& localPath) const;
+  long count() const;
+
+ private:
+  com::Dispatch object_;
+};
+
 class HostWeb;
 
 class HostFolder {
@@ -40,13 +53,19 @@ class HostFolder {
   std::vector<HostFolder> folders() const;
   // Asked without reading them.
   bool hasFolders() const;
+  // The immediate sub-folder of that name; nothing when the host does not give one.
+  std::optional<HostFolder> folderNamed(const std::wstring& name) const;
   // A new immediate sub-folder of that plain name. The host's refusal is raised as it is.
   HostFolder addFolder(const std::wstring& name) const;
-  // A copy of a local file joins the folder; an existing one of that name is refused by the host.
-  HostFile importFile(const std::wstring& localPath) const;
+  HostFiles files() const;
 
  private:
   com::Dispatch object_;
+};
+
+struct MadeFolder {
+  HostFolder folder;
+  bool isNew = false;  // as far as the host tells
 };
 
 class HostWeb {
@@ -59,15 +78,20 @@ class HostWeb {
   std::optional<HostFile> locateFile(std::wstring_view path) const;
   // The folder at that path, made level by level where it is missing. An existing one is the
   // answer, not an error.
-  HostFolder createFolder(std::wstring_view path) const;
+  MadeFolder createFolder(std::wstring_view path) const;
+  // The same for the folder `name` of `parent`; the web-relative path is its own.
+  MadeFolder createSubfolder(const HostFolder& parent, const std::wstring& name,
+                             const std::wstring& path) const;
   void refresh() const;
   // The web-relative path of a path in any of the accepted shapes: no "/" at either end. An address
-  // outside the web stays what it is: nothing is found there.
+  // outside the web stays what it is: nothing is found there. Of two paths that an address may
+  // mean it is the one where there is a folder, else the address as it stands.
   std::wstring relative(std::wstring_view path) const;
 
  private:
-  HostFolder subfolder(const HostFolder& parent, const std::wstring& name,
-                       const std::wstring& path) const;
+  std::vector<std::wstring> readings(std::wstring_view path) const;
+  std::optional<HostFolder> folderAt(const std::wstring& place) const;
+  std::optional<HostFile> fileAt(const std::wstring& place) const;
 
   com::Dispatch object_;
 };

@@ -1,5 +1,6 @@
 // The thin values over the host's objects, under both answers to each open question.
 #include <functional>
+#include <memory>
 
 #include "addin/host/HostApplication.h"
 #include "addin/host/web_path.h"
@@ -49,6 +50,10 @@ Error errorOf(const std::function<void()>& body) {
 class Failing final : public IDispatch {
  public:
   HRESULT names = S_OK;
+  DISPID id = 1;
+  int asked = 0;  // for the number of a name
+  int calls = 0;
+  DISPID invoked = 0;  // at the last call
   std::function<HRESULT(VARIANT*, EXCEPINFO*)> invoke;
 
   STDMETHOD(QueryInterface)(REFIID, void** object) override {
@@ -60,11 +65,15 @@ class Failing final : public IDispatch {
   STDMETHOD(GetTypeInfoCount)(UINT*) override { return E_NOTIMPL; }
   STDMETHOD(GetTypeInfo)(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
   STDMETHOD(GetIDsOfNames)(REFIID, LPOLESTR*, UINT, LCID, DISPID* ids) override {
-    *ids = 1;
+    ++asked;
+    *ids = id;
     return names;
   }
   STDMETHOD(Invoke)
-  (DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO* exception, UINT*) override {
+  (DISPID member, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO* exception,
+   UINT*) override {
+    ++calls;
+    invoked = member;
     return invoke(result, exception);
   }
 
@@ -173,6 +182,67 @@ TEST_SUITE("calls by name") {
     CHECK_FALSE(object.dispatch().lookUp(L"x"));
   }
 
+  TEST_CASE("The name of a member is asked for once") {
+    Failing object;
+    object.invoke = [](VARIANT*, EXCEPINFO*) { return S_OK; };
+    const com::Dispatch dispatch = object.dispatch();
+    dispatch.call(L"Refresh");
+    const com::Dispatch copy = dispatch;
+    copy.call(L"Refresh");
+    CHECK(object.asked == 1);
+    dispatch.call(L"Delete");
+    dispatch.call(L"Refresh");
+    CHECK(object.asked == 2);
+    // Another object may have other numbers.
+    object.dispatch().call(L"Refresh");
+    CHECK(object.asked == 3);
+  }
+
+  TEST_CASE("A member that is no longer known by its number is asked for again") {
+    Failing object;
+    object.invoke = [&](VARIANT*, EXCEPINFO*) {
+      return object.invoked == object.id ? S_OK : DISP_E_MEMBERNOTFOUND;
+    };
+    const com::Dispatch dispatch = object.dispatch();
+    dispatch.call(L"Refresh");
+    object.id = 7;
+    dispatch.call(L"Refresh");
+    CHECK(object.invoked == 7);
+    CHECK(object.asked == 2);
+    CHECK(object.calls == 3);
+  }
+
+  TEST_CASE("A member that is not there under any number is asked for no more than twice") {
+    Failing object;
+    object.invoke = [](VARIANT*, EXCEPINFO*) { return DISP_E_MEMBERNOTFOUND; };
+    CHECK(errorOf([&] { object.dispatch().call(L"Refresh"); }).number() == 438);
+    CHECK(object.asked == 2);
+    CHECK(object.calls == 1);
+  }
+
+  TEST_CASE("A name that was refused is asked for again at the next call") {
+    Failing object;
+    object.invoke = [](VARIANT*, EXCEPINFO*) { return S_OK; };
+    object.names = DISP_E_UNKNOWNNAME;
+    const com::Dispatch dispatch = object.dispatch();
+    CHECK(errorOf([&] { dispatch.call(L"Refresh"); }).number() == 438);
+    object.names = S_OK;
+    dispatch.call(L"Refresh");
+    CHECK(object.calls == 1);
+  }
+
+  TEST_CASE("A value that goes during its own call is called to the end") {
+    Failing object;
+    auto dispatch = std::make_unique<com::Dispatch>(object.dispatch());
+    object.invoke = [&](VARIANT* result, EXCEPINFO*) {
+      dispatch.reset();
+      result->vt = VT_I4;
+      result->lVal = 5;
+      return S_OK;
+    };
+    CHECK(dispatch->value(L"Count").number() == 5);
+  }
+
   TEST_CASE("A count that comes as a reference to a variant is read") {
     static VARIANT inner;
     inner.vt = VT_I2;
@@ -209,6 +279,58 @@ TEST_SUITE("paths in a web") {
     CHECK_FALSE(webpath::isAbsolute(L"dwts/a://b"));
     CHECK_FALSE(webpath::isAbsolute(L"c:/dwts"));
     CHECK_FALSE(webpath::isAbsolute(L""));
+  }
+}
+
+TEST_SUITE("spellings of an address") {
+  using webpath::Spelling;
+
+  TEST_CASE("Escapes are read as UTF-8") {
+    CHECK(webpath::unescaped(L"my%20web") == L"my web");
+    CHECK(webpath::unescaped(L"%c3%A4%E2%82%ac%F0%9F%98%80") == L"\u00e4\u20ac\xd83d\xde00");
+    CHECK(webpath::unescaped(L"50%25") == L"50%");
+    CHECK(webpath::unescaped(L"%2520") == L"%20");
+    CHECK(webpath::unescaped(L"\u00e4 b") == L"\u00e4 b");
+    CHECK(webpath::unescaped(L"") == L"");
+  }
+
+  TEST_CASE("What is no escape of a character stays as it is") {
+    for (const wchar_t* text : {L"50%", L"50%2", L"%zz", L"%g0", L"%0g", L"%E4", L"%C3x", L"%C3%",
+                                L"%C3%2", L"%C0%80", L"%E0%80%80", L"%ED%A0%80", L"%F4%90%80%80",
+                                L"%F5%80%80%80", L"%80", L"%00", L"%F0%80%80%80", L"%C1%BF"})
+      CHECK(webpath::unescaped(text) == text);
+  }
+
+  TEST_CASE("An address at or below another is told from one elsewhere") {
+    const auto rest = [](const wchar_t* address, const wchar_t* root) {
+      const auto below = webpath::below(address, root);
+      return below ? below->path : L"none";
+    };
+    CHECK(rest(L"http://server/sub/dwts", L"http://server/sub") == L"/dwts");
+    CHECK(rest(L"http://server/sub/dwts", L"http://server/sub/") == L"/dwts");
+    CHECK(rest(L"http://server/sub", L"http://server/sub") == L"");
+    CHECK(rest(L"http://server/sub/", L"http://server/sub") == L"/");
+    CHECK(rest(L"HTTP:\\\\Server\\SUB\\a", L"http://server/sub") == L"\\a");
+    CHECK(rest(L"http://server/subway", L"http://server/sub") == L"none");
+    CHECK(rest(L"http://server", L"http://server/sub") == L"none");
+    CHECK(rest(L"http://other/sub", L"http://server/sub") == L"none");
+    CHECK(rest(L"http://server/sub", L"") == L"none");
+    CHECK(rest(L"", L"http://server/sub") == L"none");
+    CHECK(rest(L"/", L"/") == L"none");
+  }
+
+  TEST_CASE("The root that two addresses share tells how they are spelled") {
+    const auto spelling = [](const wchar_t* address, const wchar_t* root) {
+      const auto below = webpath::below(address, root);
+      REQUIRE(below);
+      return below->spelling;
+    };
+    CHECK(spelling(L"file:///C:/web/a%20b", L"file:///C:/web") == Spelling::unknown);
+    CHECK(spelling(L"file:///C:/my%20web/a", L"file:///C:/my web") == Spelling::escaped);
+    CHECK(spelling(L"file:///C:/my web/a", L"file:///C:/my%20web") == Spelling::plain);
+    CHECK(spelling(L"file:///C:/a%2520b/a", L"file:///C:/a%20b") == Spelling::escaped);
+    CHECK(spelling(L"file:///C:/a%20b/a", L"file:///C:/a%2520b") == Spelling::plain);
+    CHECK(spelling(L"file:///C:/%6Dy%20web/a", L"file:///C:/my%20%77eb") == Spelling::escaped);
   }
 }
 
@@ -319,7 +441,7 @@ TEST_SUITE("open web") {
     underEachAnswer([](const standin::HostOptions& options) {
       const OpenWeb open(options);
       open.folder.makeFolder(L"dwts");
-      const HostFolder made = open.web().createFolder(L"/dwts/Plain/images/");
+      const HostFolder made = open.web().createFolder(L"/dwts/Plain/images/").folder;
       CHECK(made.name() == L"images");
       CHECK(open.folder.tree() ==
             std::vector<std::wstring>{L"dwts\\", L"dwts\\Plain\\", L"dwts\\Plain\\images\\"});
@@ -338,7 +460,7 @@ TEST_SUITE("open web") {
     underEachAnswer([](const standin::HostOptions& options) {
       const OpenWeb open(options);
       open.folder.makeFolder(L"dwts");
-      CHECK(open.web().createFolder(L"/dwts").name() == L"dwts");
+      CHECK(open.web().createFolder(L"/dwts").folder.name() == L"dwts");
       CHECK(open.host.faults().calls(L"WebFolders.Add") == 0);
     });
   }
@@ -346,7 +468,7 @@ TEST_SUITE("open web") {
   TEST_CASE("A folder that appears while it is being added is the answer") {
     OpenWeb open;
     open.host.faults().before(L"WebFolders.Add", [&] { open.folder.makeFolder(L"dwts"); });
-    CHECK(open.web().createFolder(L"/dwts").name() == L"dwts");
+    CHECK(open.web().createFolder(L"/dwts").folder.name() == L"dwts");
   }
 
   TEST_CASE("A folder that cannot be made raises the host's own error") {
@@ -380,10 +502,10 @@ TEST_SUITE("open web") {
     ScratchFolder local;
     const std::wstring file = local.writeFile(L"logo.gif", "GIF");
     const HostFolder root = open.web().rootFolder();
-    CHECK(root.importFile(file).name() == L"logo.gif");
+    CHECK(root.files().import(file).name() == L"logo.gif");
     CHECK(open.folder.readFile(L"logo.gif") == "GIF");
-    CHECK_FALSE(errorOf([&] { root.importFile(file); }).description().empty());
-    CHECK(errorOf([&] { root.importFile(file); }).number() != 0);
+    CHECK_FALSE(errorOf([&] { root.files().import(file); }).description().empty());
+    CHECK(errorOf([&] { root.files().import(file); }).number() != 0);
   }
 
   TEST_CASE("A file can be deleted through the host") {
@@ -399,7 +521,7 @@ TEST_SUITE("open web") {
     CHECK(open.application.makeAbsolute(open.web().url(), L"http://a/b") == L"http://a/b");
   }
 
-  TEST_CASE("Installed themes are listed by name") {
+  TEST_CASE("An installed theme is found in any letter case and no other") {
     ScratchFolder themes;
     themes.writeFile(L"blends\\blends.inf", "[info]\r\ntitle=Blends\r\n");
     themes.writeFile(L"blends\\blends.elm");
@@ -407,6 +529,21 @@ TEST_SUITE("open web") {
     themes.writeFile(L"arctic\\arctic.elm");
     const standin::Host host({}, {}, themes.path());
     const HostApplication application(com::Dispatch(ComPtr<IDispatch>(host.application())));
-    CHECK(application.themeNames() == std::vector<std::wstring>{L"arctic", L"blends"});
+    CHECK(application.hasTheme(L"arctic"));
+    CHECK(application.hasTheme(L"BLENDS"));
+    CHECK_FALSE(application.hasTheme(L"blend"));
+    CHECK_FALSE(application.hasTheme(L""));
+  }
+
+  TEST_CASE("No theme behind the wanted one is looked at") {
+    ScratchFolder themes;
+    for (const wchar_t* name : {L"arctic", L"blends"}) {
+      themes.writeFile(std::wstring(name) + L"\\" + name + L".inf");
+      themes.writeFile(std::wstring(name) + L"\\" + name + L".elm");
+    }
+    const standin::Host host({}, {}, themes.path());
+    const HostApplication application(com::Dispatch(ComPtr<IDispatch>(host.application())));
+    CHECK(application.hasTheme(L"arctic"));
+    CHECK(host.faults().calls(L"Theme.Name") == 1);
   }
 }

@@ -223,12 +223,6 @@ TEST_CASE("two paths that differ in the last backslash only are not found to be 
   CHECK_FALSE(isSamePlace(L"C:\\templates\\home", L"file:///C:/" + std::wstring(400, L'x')));
 }
 
-TEST_CASE("the message about one place names the template folder") {
-  CHECK(samePlaceMessage(L"C:\\a|b\\%s") ==
-        L"Cannot copy \" C:\\a|b\\%s \". \r\n The destination folder is the same as the source "
-        L"folder.");
-}
-
 TEST_CASE("choosing a destination shows it as the host names it") {
   BrowserWindow browser;
   browser.addTemplate(L"home");

@@ -460,6 +460,14 @@ TEST_CASE("a file URL gives its local path and no other address does") {
   CHECK(localPathOf(L"file:///C:/" + std::wstring(MAX_PATH, L'n')).empty());
 }
 
+namespace {
+
+bool liesWithin(const std::wstring& path, const std::wstring& folder) {
+  return KnownFolder(folder).holds(path);
+}
+
+}  // namespace
+
 TEST_CASE("a folder and what is below it lies within it and nothing else does") {
   ScratchFolder disk;
   const std::wstring folder = disk.makeFolder(L"web\\Blue");
@@ -477,6 +485,19 @@ TEST_CASE("a folder and what is below it lies within it and nothing else does") 
   CHECK_FALSE(liesWithin(disk / L"web", folder));
   CHECK_FALSE(liesWithin(folder + L"\\..\\Red", folder));
   CHECK_FALSE(liesWithin(L"Q:\\gone", folder));
+}
+
+TEST_CASE("a folder is at its own path however that is written and at no other") {
+  ScratchFolder disk;
+  const std::wstring folder = disk.makeFolder(L"web\\Blue");
+  disk.makeFolder(L"web\\Blue\\images");
+  const KnownFolder known(folder);
+  for (const auto& path : {folder, folder + L"\\", disk / L"WEB\\x\\..\\blue", L"\\\\?\\" + folder})
+    CHECK(known.isAt(path));
+  for (const auto& path :
+       {folder + L"\\images", disk / L"web", disk / L"web\\gone", std::wstring()})
+    CHECK_FALSE(known.isAt(path));
+  CHECK_FALSE(KnownFolder(L"").isAt(L""));
 }
 
 TEST_CASE("an address is read as escaped and as it stands") {

@@ -5,12 +5,12 @@
 #include "common/text.h"
 #include "tests/support/text_output.h"
 #include "tests/webcopy/CopyFixture.h"
+#include "webcopy/SamePlace.h"
 
 using Lines = std::vector<std::wstring>;
 
 namespace {
 
-constexpr wchar_t failure[] = L"fail: An error was encountered while copying the DWT's.";
 constexpr wchar_t question[] =
     L"ask: The DWT named \r\n \" /dwts/Blue. \"\r\n already exists. Do you want to overwrite the "
     L"existing DWT with the new DWT?";
@@ -36,13 +36,19 @@ struct OwnTemplate {
   std::wstring folder;
 };
 
+std::wstring samePlace(const std::wstring& folder) {
+  return L"Cannot copy \" " + folder +
+         L" \". \r\n The destination folder is the same as the source folder.";
+}
+
 // The copy ends with the message and its line in the log, and the web is what it was.
 void checkRefused(OwnTemplate& own, const std::wstring& destination, const std::wstring& tag) {
   const Lines before = own.fixture.webTree();
   const RunResult result = runCopy(own.fixture, own.view, destination, tag);
   CHECK_FALSE(result.copied);
   CHECK_FALSE(result.cancelled);
-  CHECK(own.view.of(L"fail: ") == Lines{failure});
+  CHECK(own.view.of(L"fail: ") == Lines{L"fail: " + samePlace(CopyRun::sourcePathOf(tag))});
+  CHECK(own.view.of(L"ask: ").empty());
   CHECK(own.view.events.back() == L"unload");
   CHECK(own.fixture.log.messages().back() == errorLine);
   CHECK(own.fixture.webTree() == before);
@@ -74,7 +80,6 @@ standin::HostOptions escapedAddress(const CopyFixture& fixture) {
 TEST_CASE("a template that lies where its copy would go is left as it is") {
   OwnTemplate own(L"\\dwts\\Blue");
   checkRefused(own, L"/dwts", own.folder);
-  CHECK(own.view.of(L"ask: ") == Lines{question});
   CHECK(own.fixture.log.messages() == Lines{
                                           L"Begin process of copying DWT's to the web...",
                                           L"Preparing to copy DWT Folder : \"Blue\" to web...",
@@ -82,9 +87,6 @@ TEST_CASE("a template that lies where its copy would go is left as it is") {
                                           L"  Performing initialisation of the variables...",
                                           L"  Completed initialization of the variables...",
                                           L"  Preparing to copy files and folders to the web...",
-                                          L"  Overwriting DWT : Blue",
-                                          L"  Copying files and folders to the web.",
-                                          L"  Creating folder : " + own.fixture.url(L"/dwts/Blue"),
                                           errorLine,
                                       });
 }
@@ -92,7 +94,6 @@ TEST_CASE("a template that lies where its copy would go is left as it is") {
 TEST_CASE("a web that is a template folder itself is not copied into itself") {
   OwnTemplate own(L"");
   checkRefused(own, L"/dwts", own.folder);
-  CHECK(own.view.of(L"ask: ").empty());
   CHECK(own.fixture.log.messages() == Lines{
                                           L"Begin process of copying DWT's to the web...",
                                           L"Preparing to copy DWT Folder : \"site\" to web...",
@@ -100,8 +101,6 @@ TEST_CASE("a web that is a template folder itself is not copied into itself") {
                                           L"  Performing initialisation of the variables...",
                                           L"  Completed initialization of the variables...",
                                           L"  Preparing to copy files and folders to the web...",
-                                          L"  Copying files and folders to the web.",
-                                          L"  Creating folder : " + own.fixture.url(L"/dwts/site"),
                                           errorLine,
                                       });
 }
@@ -201,13 +200,38 @@ TEST_CASE("a template below the folder that it is copied to keeps its files") {
                                                     L"home.dwt", L"images\\", L"images\\logo.gif"});
 }
 
-TEST_CASE("a template below the folder that it is copied to is not filled from its own folders") {
+TEST_CASE("a template that a folder of its own would be copied onto is left as it is") {
+  for (const wchar_t* place : {L"\\dwts\\Blue\\Blue", L"\\dwts\\Blue\\images\\deep\\Blue"}) {
+    CAPTURE(std::wstring(place));
+    OwnTemplate own(place);
+    // A file that would be replaced before the walk meets the folder.
+    own.fixture.disk.writeFile(L"webs\\site\\dwts\\Blue\\a.htm", "old");
+    own.write(L"a.htm", "new");
+    own.write(L"Blue\\home.dwt", "inner");
+    own.write(L"images\\deep\\Blue\\home.dwt", "inner");
+    checkRefused(own, L"/dwts", own.folder);
+    CHECK(own.fixture.disk.readFile(L"webs\\site\\dwts\\Blue\\a.htm") == "old");
+  }
+}
+
+TEST_CASE("a template that only the host's own folders of it would meet is copied") {
+  OwnTemplate own(L"\\dwts\\Blue\\_vti_x\\Blue");
+  CHECK(runCopy(own.fixture, own.view, L"/dwts", own.folder).copied);
+}
+
+TEST_CASE("a look whether a template meets its target can be cancelled") {
   OwnTemplate own(L"\\dwts\\Blue\\Blue");
-  own.write(L"Blue\\home.dwt", "inner");
-  CHECK_FALSE(runCopy(own.fixture, own.view, L"/dwts", own.folder).copied);
-  CHECK(own.fixture.disk.readFile(L"webs\\site\\dwts\\Blue\\Blue\\home.dwt") ==
-        "<html><head></head></html>");
-  CHECK(own.fixture.disk.readFile(L"webs\\site\\dwts\\Blue\\Blue\\Blue\\home.dwt") == "inner");
+  int folders = 0;
+  for (int number = 0; number < 20; ++number) {
+    own.write((L"f" + std::to_wstring(number) + L"\\a.txt").c_str(), "x");
+    own.fixture.disk.makeFolder(L"webs\\site\\dwts\\Blue\\f" + std::to_wstring(number));
+  }
+  own.view.onCheck = [&] {
+    if (own.view.has(L"overall status: Copying files and folders to the web...")) ++folders;
+    if (folders == 3) own.view.refusedCheck = own.view.checks + 1;
+  };
+  CHECK(runCopy(own.fixture, own.view, L"/dwts", own.folder).cancelled);
+  CHECK(own.view.of(L"ask: ").empty());
 }
 
 // Such an address says nothing about the disk.
@@ -246,4 +270,10 @@ TEST_CASE("a local file that another program is writing to is copied all the sam
   RecordingView view;
   CHECK(runCopy(fixture, view).copied);
   CHECK(fixture.disk.readFile(L"webs\\site\\dwts\\Blue\\page.htm") == "new");
+}
+
+TEST_CASE("the message about one place names the template folder") {
+  CHECK(samePlaceMessage(L"C:\\a|b\\%s") ==
+        L"Cannot copy \" C:\\a|b\\%s \". \r\n The destination folder is the same as the source "
+        L"folder.");
 }

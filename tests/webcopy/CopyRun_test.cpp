@@ -522,6 +522,8 @@ TEST_CASE("a refused import leaves the walk without a message and the run comes 
                                       L"      Copying file : home.dwt",
                                       L"    Creating folder : " + fixture.url(L"/dwts/Blue/images"),
                                       L"      Copying file : logo.gif",
+                                      L"      ERROR in procedure CopyFolderTree of Form "
+                                      L"frmCopyToWeb. Error : No room.",
                                       L"  DWT copied successfully",
                                       L"  Cleaning uploaded folder...",
                                       L"  Folder cleaned.",

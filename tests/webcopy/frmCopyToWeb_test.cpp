@@ -324,12 +324,12 @@ TEST_CASE("an error of the copy is shown and closes the copy dialog") {
 TEST_CASE("a template that is its own copy is refused with a message and keeps its files") {
   CopySession session;
   session.fixture.disk.writeFile(L"webs\\site\\dwts\\Blue\\home.dwt", "mine");
-  session.driver.answer(IDYES);
-  CHECK_FALSE(session.run(session.fixture.disk / L"webs\\site\\dwts\\Blue"));
-  REQUIRE(session.driver.boxes().size() == 2);
-  CHECK(session.driver.boxes()[0].icon == MB_ICONQUESTION);
-  const ShownBox& box = session.driver.boxes()[1];
-  CHECK(box.text == L"An error was encountered while copying the DWT's.");
+  const std::wstring folder = session.fixture.disk / L"webs\\site\\dwts\\Blue";
+  CHECK_FALSE(session.run(folder));
+  REQUIRE(session.driver.boxes().size() == 1);
+  const ShownBox& box = session.driver.boxes()[0];
+  CHECK(box.text == L"Cannot copy \" " + folder +
+                        L" \". \r\n The destination folder is the same as the source folder.");
   CHECK(box.title == dialogCaption);
   CHECK(box.icon == MB_ICONHAND);
   CHECK(session.fixture.disk.readFile(L"webs\\site\\dwts\\Blue\\home.dwt") == "mine");
@@ -344,7 +344,7 @@ TEST_CASE("a refused import closes the copy dialog without a message") {
   CHECK(logged(session, L"DWT copied successfully"));
 }
 
-TEST_CASE("an error after a refused import is shown although the copy dialog has gone") {
+TEST_CASE("an error after a refused import is shown over the copy dialog") {
   CopySession session;
   const Frame frame;
   session.owner = frame.get();
@@ -355,7 +355,7 @@ TEST_CASE("an error after a refused import is shown although the copy dialog has
   CHECK(session.driver.boxes().front().text ==
         L"An error was encountered while copying the DWT's.");
   CHECK(session.driver.boxes().front().title == dialogCaption);
-  CHECK(session.driver.boxes().front().owner == frame.get());
+  CHECK(session.driver.boxes().front().owner == session.dialog);
 }
 
 TEST_CASE("a cancelled copy leaves no error line of the dialog itself") {
@@ -383,6 +383,56 @@ TEST_CASE("the windows of the host are disabled while a template is copied") {
   CHECK(owner == frame);
   CHECK(IsWindowEnabled(frame));
   DestroyWindow(frame);
+}
+
+TEST_CASE(
+    "the windows of the host stay disabled until the host has been called for the last time") {
+  enum class End { refusedImport, declinedOverwrite, cancel };
+  for (const End end : {End::refusedImport, End::declinedOverwrite, End::cancel}) {
+    CAPTURE(static_cast<int>(end));
+    CopySession session;
+    const Frame frame;
+    session.owner = frame.get();
+    int calls = 0;
+    int enabled = 0;
+    const auto look = [&] {
+      ++calls;
+      if (IsWindowEnabled(frame.get())) ++enabled;
+    };
+    for (const wchar_t* member : {L"Web.Refresh", L"WebFile.Url", L"Application.Themes"})
+      session.fixture.host.faults().before(member, look);
+    if (end == End::refusedImport)
+      session.fixture.host.faults().refuse(L"WebFiles.Add", L"No.", E_FAIL, 1);
+    if (end == End::declinedOverwrite) {
+      session.fixture.disk.makeFolder(L"webs\\site\\dwts\\Blue");
+      session.driver.answer(IDNO);
+    }
+    if (end == End::cancel) {
+      session.driver.answer(IDYES);
+      session.fixture.host.faults().before(L"WebFile.Url", [&] {
+        look();
+        SendMessageW(session.dialog, WM_COMMAND, IDCANCEL, 0);
+      });
+    }
+    CHECK_FALSE(session.run());
+    CHECK(calls >= (end == End::declinedOverwrite ? 1 : 3));
+    CHECK(enabled == 0);
+    CHECK(IsWindowEnabled(frame.get()));
+    CHECK_FALSE(IsWindow(session.dialog));
+  }
+}
+
+TEST_CASE("a copy that goes on after its end was decided takes no Cancel") {
+  CopySession session;
+  bool enabled = true;
+  session.fixture.host.faults().refuse(L"WebFiles.Add", L"No.");
+  session.fixture.host.faults().before(L"Web.Refresh", [&] {
+    enabled = isEnabled(session.dialog, IDCANCEL);
+    SendMessageW(session.dialog, WM_CLOSE, 0, 0);
+  });
+  CHECK_FALSE(session.run());
+  CHECK_FALSE(enabled);
+  CHECK(session.driver.boxes().empty());
 }
 
 TEST_CASE("a Cancel that the host lets through while it imports frees no window before its time") {
