@@ -15,7 +15,7 @@ namespace webfolder {
 std::wstring rootName(std::wstring_view address);
 
 // The path to walk for an initial selection. One that begins with the web's URL, in any letter
-// case, loses all of the URL but its last character.
+// case, loses all of the URL but its last character; where its escapes differ, all of it.
 std::wstring initialPath(std::wstring_view path, std::wstring_view webUrl);
 
 // The folders to descend into, from the root on. What stands before the first "/" is none; "/" and

@@ -1,10 +1,10 @@
 #include "webcopy/frmSelectWebFolder.h"
 
+#include "addin/host/web_path.h"
 #include "common/forms/folder_icons.h"
 #include "common/letter_case.h"
 #include "common/text.h"
 #include "webcopy/WebFolderPath.h"
-#include "webcopy/WebFolders.h"
 #include "webcopy/frmNewFolder.h"
 #include "webcopy/resource.h"
 
@@ -86,19 +86,35 @@ void frmSelectWebFolder::walkTo(const std::wstring& path) {
   Node node = root;
   for (const std::wstring& name : webfolder::foldersOf(path)) {
     tvFolders.expand(node);
-    node = childNamed(node, name);
+    const Node child = childNamed(node, name);
+    node = child ? child : childNamed(node, webpath::unescaped(name));
     if (!node) return;
   }
   tvFolders.select(node);
 }
 
-// Nothing happens to the node when the folder's own folders cannot be read.
+// A node counts as read from the beginning: the host may let the user open it once more while it
+// is asked. Nothing happens to one whose folders cannot be read.
 void frmSelectWebFolder::addChildren(Node node, const HostFolder& folder) {
-  const auto offered = webfolder::offeredFolders(folder);
-  const forms::TreeView::Frozen frozen(tvFolders);
   tvFolders.setTag(node, read);
-  if (const Node placeholder = tvFolders.firstChild(node)) tvFolders.remove(placeholder);
+  const Node placeholder = tvFolders.firstChild(node);
+  if (placeholder) tvFolders.remove(placeholder);
+  try {
+    addFolders(node, webfolder::offeredFolders(folder));
+  } catch (...) {
+    tvFolders.setTag(node, unread);
+    if (placeholder) addNode(node, {}, read);
+    throw;
+  }
+}
+
+void frmSelectWebFolder::addFolders(Node node,
+                                    const std::vector<webfolder::OfferedFolder>& offered) {
+  const forms::TreeView::Frozen frozen(tvFolders);
+  // One that was made while the host was asked is there already.
+  const bool anyThere = tvFolders.firstChild(node) != nullptr;
   for (const auto& each : offered) {
+    if (anyThere && childNamed(node, each.name)) continue;
     const Node child = addNode(node, each.name, each.hasFolders ? unread : read);
     // Something below it shows that it can be expanded.
     if (each.hasFolders) addNode(child, {}, read);

@@ -3,10 +3,12 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "addin/host/HostWeb.h"
 #include "common/forms/ImageList.h"
 #include "common/forms/TreeView.h"
+#include "webcopy/WebFolders.h"
 
 // `path` is the initial selection and, when the user pressed OK (true), the chosen folder: its path
 // below the web's root without a leading "/", empty for the root itself; when `absolute`, the web's
@@ -36,6 +38,7 @@ class frmSelectWebFolder final : public forms::Form {
   void loadTree();
   void walkTo(const std::wstring& path);
   void addChildren(Node node, const HostFolder& folder);
+  void addFolders(Node node, const std::vector<webfolder::OfferedFolder>& offered);
   Node addNode(Node parent, const std::wstring& name, int tag);
   Node childNamed(Node node, const std::wstring& name) const;
   std::optional<HostFolder> folderOf(Node node) const;

@@ -68,6 +68,17 @@ TEST_CASE("a folder reads as its URL without the web's") {
   CHECK(webfolder::displayPath(L"http://server/site/a/b c", L"http://server/site") == L"/a/b c");
 }
 
+TEST_CASE("a folder reads as it is called however its URL or the web's is escaped") {
+  CHECK(webfolder::displayPath(L"file:///C:/my%20web/a%20b", L"file:///C:/my web") == L"/a b");
+  CHECK(webfolder::displayPath(L"file:///C:/my web/a%20b", L"file:///C:/my%20web") == L"/a%20b");
+  CHECK(webfolder::displayPath(L"file:///C:/my%20web", L"file:///C:/my web") == L"<web root>");
+}
+
+TEST_CASE("an initial path below the web's URL in another spelling is cut behind it") {
+  CHECK(webfolder::initialPath(L"file:///C:/my%20web/a%20b", L"file:///C:/my web") == L"/a%20b");
+  CHECK(webfolder::initialPath(L"file:///C:/my%20web", L"file:///C:/my web") == L"");
+}
+
 TEST_CASE("the web's root reads as web root in angle brackets") {
   CHECK(webfolder::displayPath(L"http://server/site", L"http://server/site") == L"<web root>");
   CHECK(webfolder::displayPath(L"http://server/site/", L"http://server/site") == L"<web root>");

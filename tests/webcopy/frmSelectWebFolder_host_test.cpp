@@ -1,4 +1,6 @@
 // The folder picker and what it asks the host for.
+#include <utility>
+
 #include "tests/webcopy/PickerSession.h"
 
 namespace {
@@ -134,4 +136,102 @@ TEST_CASE("a new folder reaches the host with the blanks of its name") {
   CHECK(session.calls(L"WebFolders.Add") == 1);
   CHECK(session.fixture.host.faults().lastArguments(L"WebFolders.Add") == Lines{L" a "});
   CHECK(session.driver.boxes().empty());
+}
+
+TEST_CASE("the picker sorts what the host does not") {
+  standin::HostOptions options;
+  options.listedUnsorted = true;
+  PickerSession session(options);
+  session.makeFolders({L"beta", L"Alpha\\b", L"Alpha\\A", L"Alpha\\c", L"gamma"});
+  session.look([](const FolderTree& tree) {
+    CHECK(tree.children(tree.at({L"site"})) == Lines{L"Alpha", L"beta", L"gamma"});
+    tree.open(tree.at({L"site", L"Alpha"}));
+    CHECK(tree.children(tree.at({L"site", L"Alpha"})) == Lines{L"A", L"b", L"c"});
+  });
+}
+
+TEST_CASE("a folder that is opened again while the host reads it shows its folders once") {
+  PickerSession session;
+  session.makeFolders({L"dwts\\blue", L"dwts\\red"});
+  session.look([&](const FolderTree& tree) {
+    const HTREEITEM dwts = tree.at({L"site", L"dwts"});
+    int openings = 0;
+    session.fixture.host.faults().before(L"WebFolders.Item", [&] {
+      if (++openings == 1) tree.open(dwts);
+    });
+    tree.open(dwts);
+    CHECK(openings == 2);
+    CHECK(tree.expanded(dwts));
+    CHECK(tree.children(dwts) == Lines{L"blue", L"red"});
+  });
+}
+
+TEST_CASE("a folder that is opened again while a reading fails can be opened later") {
+  PickerSession session;
+  session.makeFolders({L"dwts\\blue", L"dwts\\red"});
+  session.look([&](const FolderTree& tree) {
+    standin::Faults& faults = session.fixture.host.faults();
+    const HTREEITEM dwts = tree.at({L"site", L"dwts"});
+    bool opened = false;
+    faults.before(L"WebFolder.Name", [&] {
+      if (!std::exchange(opened, true)) tree.open(dwts);
+    });
+    faults.refuse(L"WebFolder.Name", L"Not now.", E_FAIL, 1, 1);
+    tree.open(dwts);
+    CHECK_FALSE(tree.expanded(dwts));
+    CHECK(tree.children(dwts) == Lines{L""});
+    tree.open(dwts);
+    CHECK(tree.expanded(dwts));
+    CHECK(tree.children(dwts) == Lines{L"blue", L"red"});
+  });
+}
+
+TEST_CASE("a folder that is made while the host reads its parent shows once") {
+  PickerSession session;
+  session.makeFolders({L"dwts\\blue", L"dwts\\red"});
+  session.path = L"/";
+  session.pick([&](HWND dialog) {
+    const FolderTree tree = treeOf(dialog);
+    const HTREEITEM dwts = tree.at({L"site", L"dwts"});
+    tree.select(dwts);
+    bool made = false;
+    session.fixture.host.faults().before(L"WebFolders.Count", [&] {
+      if (!std::exchange(made, true)) makeFolder(session, dialog, confirming(L"beta"));
+    });
+    tree.open(dwts);
+    CHECK(tree.children(dwts) == Lines{L"beta", L"blue", L"red"});
+    press(dialog, IDCANCEL);
+  });
+  CHECK(session.existsInWeb(L"dwts\\beta"));
+}
+
+TEST_CASE("the picker opens at an address however the host spells it") {
+  for (const bool webEscaped : {false, true}) {
+    for (const bool itemEscaped : {false, true}) {
+      CAPTURE(webEscaped);
+      CAPTURE(itemEscaped);
+      standin::HostOptions options;
+      options.webUrlEscaped = webEscaped;
+      options.itemUrlsEscaped = itemEscaped;
+      PickerSession session(options);
+      session.fixture.host.openWeb(session.fixture.disk.makeFolder(L"webs\\my web"));
+      session.fixture.disk.makeFolder(L"webs\\my web\\a b\\50%20off\\new");
+      const auto web = session.fixture.application().activeWeb();
+      session.path = web->locateFolder(L"a b/50%20off")->url();
+      bool seen = false;
+      session.pick([&](HWND dialog) {
+        seen = true;
+        const std::wstring selected = treeOf(dialog).selectedPath();
+        CHECK(selected.substr(selected.find(L'/')) == L"/a b/50%20off");
+        makeFolder(session, dialog, [&](HWND window) {
+          // Where both are escaped nothing tells so.
+          CHECK(windowText(window, IDC_NEWFOLDER_LBLPARENTFOLDER) ==
+                (webEscaped && itemEscaped ? L"/a%20b/50%2520off" : L"/a b/50%20off"));
+          press(window, IDCANCEL);
+        });
+        press(dialog, IDCANCEL);
+      });
+      CHECK(seen);
+    }
+  }
 }
