@@ -39,9 +39,7 @@ class frmDownloadProgress : public forms::Form, private DownloadView {
   std::wstring hostVersion() const noexcept;
 
   bool keepGoing() override;
-  std::wstring caption() const override { return Form::caption(); }
   void showCaption(const std::wstring& text) override;
-  std::wstring current() const override { return lblCurrentDownload.text(); }
   void showCurrent(const std::wstring& text) override { lblCurrentDownload.setText(text); }
   void showCurrentSize(const std::wstring& text) override { lblCurrentDownloadSize.setText(text); }
   void showOverallSize(const std::wstring& text) override { lblOverallDownloadSize.setText(text); }

@@ -11,7 +11,6 @@
 #include "online/archive/modZipUnzip.h"
 #include "online/transfer/ByteSize.h"
 #include "online/transfer/DownloadSteps.h"
-#include "online/transfer/FileTransfer.h"
 #include "online/transfer/UrlValidation.h"
 
 using modCommon::WriteLog;
@@ -140,27 +139,26 @@ void DownloadRun::transferAndInstall() {
   // Each file once for its transfer, once for its unpacking.
   view_.resetOverall(static_cast<short>(2 * table_.places().size()));
   view_.showOverallSize(online::byteSizeText(validation.totalSize()));
-  FileTransfer(table_, session_, stagingFolder_, view_).run();
-  install();
+  install(FileTransfer(table_, session_, stagingFolder_, view_).run());
 }
 
-void DownloadRun::install() {
+void DownloadRun::install(const std::vector<FileTransfer::Archive>& archives) {
   view_.showCaption(L"Installing...");
   view_.disableCancel();
   WriteLog(L"Begin process of unzipping the files...");
   const std::wstring themesFolder = chooseThemesFolder();
   bool allUnpacked = true;
-  for (const auto& place : table_.places())
-    if (!unpack(place, themesFolder)) allUnpacked = false;
+  for (const auto& archive : archives)
+    if (!unpack(archive, themesFolder)) allUnpacked = false;
   completed_ = allUnpacked;
   WriteLog(L"Process of unzipping the files completed.");
   view_.showCaption(L"Downloading...");
   if (themeInstalled_) view_.fail(restartText, L"DWT Online");
 }
 
-bool DownloadRun::unpack(const DownloadTable::Place& place, const std::wstring& themesFolder) {
-  const bool isTheme = place.kind == Row::theme;
-  const std::wstring path = stagingFile(stagingFolder_, table_.address(place.column, place.kind));
+bool DownloadRun::unpack(const FileTransfer::Archive& archive, const std::wstring& themesFolder) {
+  const auto& [kind, path] = archive;
+  const bool isTheme = kind == Row::theme;
   WriteLog({L"Unzipping file : ", path});
   const std::wstring& folder = isTheme ? themesFolder : request_.destinationFolder;
   const modZipUnzip::ThemeMode mode(isTheme);

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "online/transfer/DownloadTable.h"
 #include "online/transfer/DownloadView.h"
+#include "online/transfer/FileTransfer.h"
 #include "online/transfer/InternetSession.h"
 
 struct DownloadRequest {
@@ -43,8 +45,8 @@ class DownloadRun {
   void openInternet();
   void makeFolders();
   void transferAndInstall();
-  void install();
-  bool unpack(const DownloadTable::Place& place, const std::wstring& themesFolder);
+  void install(const std::vector<FileTransfer::Archive>& archives);
+  bool unpack(const FileTransfer::Archive& archive, const std::wstring& themesFolder);
   std::wstring chooseThemesFolder() const;
 
   DownloadRequest request_;

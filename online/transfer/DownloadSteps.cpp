@@ -7,10 +7,20 @@ void DownloadSteps::check() const {
   if (!view_.keepGoing()) throw HandledError(errors::descriptionOf(errors::cancelled));
 }
 
+void DownloadSteps::showCaption(const std::wstring& text) {
+  caption_ = text;
+  view_.showCaption(text);
+}
+
+void DownloadSteps::showCurrent(const std::wstring& text) {
+  current_ = text;
+  view_.showCurrent(text);
+}
+
 void DownloadSteps::showAddress(const modWINInetURL::CrackedUrl& parts) {
   const bool ftp = parts.scheme == modWINInetURL::schemeFtp;
   if (ftp || parts.scheme == modWINInetURL::schemeHttp)
-    view_.showCurrent(text::join({ftp ? L"ftp://" : L"http://", parts.host, parts.path}));
+    showCurrent(text::join({ftp ? L"ftp://" : L"http://", parts.host, parts.path}));
 }
 
 handles::Internet DownloadSteps::openUrl(const std::wstring& address) {
@@ -25,6 +35,7 @@ void DownloadSteps::connectToFtp(const modWINInetURL::CrackedUrl& parts) {
 
 handles::Internet DownloadSteps::openFtpFile(const std::wstring& path) {
   handles::Internet file = session_.openFtpFile(path);
+  if (!file && session_.timedOut()) failToConnect();
   if (!file) failToFind();
   return file;
 }
@@ -52,8 +63,8 @@ void DownloadSteps::failToConnect() {
 void DownloadSteps::failToFind() {
   const std::wstring text = text::replaceAll(
       L"Unable to locate file \" %s \". The file does not exist or the URL may be invalid.", L"%s",
-      view_.current());
-  view_.fail(text, view_.caption());
+      current_);
+  view_.fail(text, caption_);
   throw HandledError(text);
 }
 

@@ -24,7 +24,11 @@ class DownloadSteps {
   // Lets pending events run; raises 512 when the run was cancelled.
   void check() const;
 
-  // Shows the file's address, as far as its scheme is known, and remembers it for messages.
+  // The caption and the line about the file at hand, remembered for messages.
+  void showCaption(const std::wstring& text);
+  void showCurrent(const std::wstring& text);
+  const std::wstring& current() const noexcept { return current_; }
+  // Shows the file's address, as far as its scheme is known.
   void showAddress(const modWINInetURL::CrackedUrl& parts);
 
   // Opens a file by its address, or by its path on its FTP server. What keeps it from being opened
@@ -43,6 +47,10 @@ class DownloadSteps {
 
   InternetSession& session_;
   DownloadView& view_;
+
+ private:
+  std::wstring caption_;
+  std::wstring current_;
 };
 
 // What the system says about an error, behind a message.

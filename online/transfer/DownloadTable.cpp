@@ -1,5 +1,7 @@
 #include "online/transfer/DownloadTable.h"
 
+#include <utility>
+
 #include "common/letter_case.h"
 #include "common/text.h"
 #include "online/transfer/numeric.h"
@@ -31,9 +33,10 @@ void DownloadTable::addPart(std::wstring_view part) {
 
 void DownloadTable::store(std::wstring_view number, Row kind, std::wstring_view address) {
   for (auto& column : columns_) {
-    if (!column[itemNumber].empty() && column[itemNumber] != number) continue;
-    column[kind] = address;
-    column[itemNumber] = number;
+    std::wstring& item = column.rows[itemNumber];
+    if (!item.empty() && item != number) continue;
+    column.rows[kind] = address;
+    item = number;
     ++addressCount_;
     return;
   }
@@ -42,14 +45,22 @@ void DownloadTable::store(std::wstring_view number, Row kind, std::wstring_view 
 short DownloadTable::itemCount() const {
   short count = 0;
   for (const auto& column : columns_) {
-    if (text::trimBlanks(column[itemNumber]).empty()) break;
+    if (text::trimBlanks(column.rows[itemNumber]).empty()) break;
     ++count;
   }
   return count;
 }
 
+void DownloadTable::setParts(std::size_t column, Row kind, Parts parts) {
+  (kind == theme ? columns_[column].theme : columns_[column].dwt) = std::move(parts);
+}
+
+const DownloadTable::Parts& DownloadTable::parts(std::size_t column, Row kind) const {
+  return kind == theme ? columns_[column].theme : columns_[column].dwt;
+}
+
 void DownloadTable::setSize(std::size_t column, Row kind, unsigned long long bytes) {
-  columns_[column][kind + 1] = std::to_wstring(bytes);
+  columns_[column].rows[kind + 1] = std::to_wstring(bytes);
 }
 
 unsigned long long DownloadTable::size(std::size_t column, Row kind) const {
@@ -57,15 +68,15 @@ unsigned long long DownloadTable::size(std::size_t column, Row kind) const {
 }
 
 const std::wstring& DownloadTable::sizeText(std::size_t column, Row kind) const {
-  return columns_[column][kind + 1];
+  return columns_[column].rows[kind + 1];
 }
 
 std::vector<DownloadTable::Place> DownloadTable::places() const {
   std::vector<Place> result;
   for (std::size_t column = 0; column < columns_.size(); ++column) {
-    if (columns_[column][itemNumber].empty()) break;
+    if (columns_[column].rows[itemNumber].empty()) break;
     for (const Row kind : kinds)
-      if (!columns_[column][kind].empty()) result.push_back({column, kind});
+      if (!address(column, kind).empty()) result.push_back({column, kind});
   }
   return result;
 }

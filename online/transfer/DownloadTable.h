@@ -6,9 +6,12 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "online/transfer/modWINInetURL.h"
 
 class DownloadTable {
  public:
@@ -20,7 +23,8 @@ class DownloadTable {
     dwt = 3,
     dwtSize = 4,
   };
-  static constexpr std::array<Row, 2> kinds = {theme, dwt};
+  using Kind = Row;  // theme or dwt
+  static constexpr std::array<Kind, 2> kinds = {theme, dwt};
 
   // Empties the table and fills it from an address's extra information.
   void fill(std::wstring_view extraInfo);
@@ -32,8 +36,13 @@ class DownloadTable {
   // How many addresses were stored. One that replaced another was counted, too, on purpose.
   short addressCount() const noexcept { return addressCount_; }
 
-  const std::wstring& text(std::size_t column, Row row) const { return columns_[column][row]; }
+  const std::wstring& text(std::size_t column, Row row) const { return columns_[column].rows[row]; }
   const std::wstring& address(std::size_t column, Row kind) const { return text(column, kind); }
+
+  // An address taken apart, once somebody has done so; nothing when it could not be.
+  using Parts = std::optional<modWINInetURL::CrackedUrl>;
+  void setParts(std::size_t column, Row kind, Parts parts);
+  const Parts& parts(std::size_t column, Row kind) const;
 
   // An archive's size in bytes; 0 when it could not be found.
   void setSize(std::size_t column, Row kind, unsigned long long bytes);
@@ -51,6 +60,12 @@ class DownloadTable {
   void addPart(std::wstring_view part);
   void store(std::wstring_view number, Row kind, std::wstring_view address);
 
-  std::vector<std::array<std::wstring, 5>> columns_;
+  struct Column {
+    std::array<std::wstring, 5> rows;
+    Parts theme;
+    Parts dwt;
+  };
+
+  std::vector<Column> columns_;
   short addressCount_ = 0;
 };

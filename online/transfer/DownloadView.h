@@ -11,10 +11,8 @@
 // Progress never fails the run.
 class DownloadView : public KeepGoing {
  public:
-  virtual std::wstring caption() const = 0;
   virtual void showCaption(const std::wstring& text) = 0;
   // The file at hand: its address, and how much of it has come.
-  virtual std::wstring current() const = 0;
   virtual void showCurrent(const std::wstring& text) = 0;
   virtual void showCurrentSize(const std::wstring& text) = 0;
   // The size of all files.

@@ -6,7 +6,6 @@
 #include "common/log.h"
 #include "common/paths.h"
 #include "common/text.h"
-#include "online/archive/ArchiveNames.h"
 #include "online/transfer/TransferProgress.h"
 
 using modCommon::WriteLog;
@@ -16,72 +15,66 @@ namespace {
 
 constexpr DWORD readSize = 255;
 
-handles::File openForWriting(const std::wstring& path) {
+// Raises an Error (61) without room for that many bytes in a folder. A disk that does not tell is
+// written to.
+void requireSpace(const std::wstring& folder, double bytes) {
   const NoSystemBoxes quiet;
-  handles::File file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
-                                 CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!file) throw modCommon::openingError(GetLastError());
-  return file;
-}
-
-void write(const handles::File& file, const char* bytes, DWORD count) {
-  const NoSystemBoxes quiet;
-  DWORD written = 0;
-  if (!WriteFile(file.get(), bytes, count, &written, nullptr)) throw errors::fromLastError();
-  if (written != count) throw Error(errors::diskFull);
-}
-
-bool deleteFile(const std::wstring& path) {
-  const NoSystemBoxes quiet;
-  return DeleteFileW(path.c_str()) != FALSE;
+  ULARGE_INTEGER available = {};
+  if (!GetDiskFreeSpaceExW(modCommon::withBackslash(folder).c_str(), &available, nullptr, nullptr))
+    return;
+  if (bytes > static_cast<double>(available.QuadPart))
+    throw Error(errors::diskFull,
+                text::join({folder, L"\r\n", modWINInetURL::ErrorText(ERROR_DISK_FULL)}));
 }
 
 }  // namespace
 
-std::wstring stagingFile(const std::wstring& folder, const std::wstring& address) {
-  const std::wstring name = text::replaceAll(text::afterLast(address, L'/'), L"%20", L" ");
-  if (!modCommon::IsValidFileName(name) || archive::faultOf(name) != archive::NameFault::none)
-    throw Error(errors::badFileName);
-  return modCommon::withBackslash(folder) + name;
-}
-
 FileTransfer::FileTransfer(const DownloadTable& table, InternetSession& session,
-                           std::wstring stagingFolder, DownloadView& view)
-    : DownloadSteps(session, view), table_(table), stagingFolder_(std::move(stagingFolder)) {}
+                           const std::wstring& stagingFolder, DownloadView& view)
+    : DownloadSteps(session, view),
+      table_(table),
+      places_(table.places()),
+      staged_(stagingFolder) {}
 
-void FileTransfer::run() {
-  const auto places = table_.places();
-  int number = 0;
-  for (const Place& place : places) {
-    view_.showCaption(text::join({L"Downloading ", std::to_wstring(++number), L" of ",
-                                  std::to_wstring(places.size()), L" files."}));
-    transfer(place);
+std::vector<FileTransfer::Archive> FileTransfer::run() {
+  std::vector<Archive> archives;
+  for (std::size_t index = 0; index < places_.size(); ++index) {
+    showCaption(text::join({L"Downloading ", std::to_wstring(index + 1), L" of ",
+                            std::to_wstring(places_.size()), L" files."}));
+    archives.push_back({places_[index].kind, transfer(index)});
   }
+  return archives;
 }
 
-void FileTransfer::transfer(const Place& place) {
-  const std::wstring& address = table_.address(place.column, place.kind);
-  const auto parts = modWINInetURL::CrackUrl(address);
+std::wstring FileTransfer::transfer(std::size_t index) {
+  const Place& place = places_[index];
+  const auto& parts = table_.parts(place.column, place.kind);
   if (!parts) {
     WriteLog(L"URL could not be cracked. Invalid URL");
     throw Error(errors::cancelled, L"URL could not be cracked. Invalid URL");
   }
   showAddress(*parts);
   view_.showCurrentSize({});
-  WriteLog({L"Download proceedings for ", view_.current(), L" begins."});
-  const std::wstring path = stagingFile(stagingFolder_, address);
+  WriteLog({L"Download proceedings for ", current(), L" begins."});
+  const std::wstring path = staged_.freePath(table_.address(place.column, place.kind));
   check();
-  handles::Internet source = locate(address, *parts);
+  handles::Internet source = locate(place, *parts);
   check();
-  if (mayWrite(path)) receive(source, place, path);
+  if (mayWrite(path)) {
+    requireSpace(index);
+    receive(source, place, path);
+  }
+  staged_.take(path);
   WriteLog(L"File closed.");
   WriteLog(L"Download completed successfully. ");
   source.reset();
   view_.stepOverall();
   check();
+  return path;
 }
 
-handles::Internet FileTransfer::locate(const std::wstring& address, const CrackedUrl& parts) {
+handles::Internet FileTransfer::locate(const Place& place, const CrackedUrl& parts) {
+  const std::wstring& address = table_.address(place.column, place.kind);
   WriteLog(L"Locating file...");
   handles::Internet file;
   if (parts.scheme == modWINInetURL::schemeFtp && session_.access() == InternetSession::direct) {
@@ -106,7 +99,8 @@ bool FileTransfer::mayWrite(const std::wstring& path) {
       view_.ask(L"The specified file already exists. Do you wish to overwrite the existing file?");
   if (overwrite) {
     WriteLog(L"Destination file is to be overwritten...");
-    deleteFile(path);
+    const NoSystemBoxes quiet;
+    DeleteFileW(path.c_str());
   } else {
     WriteLog(L"Destination file is not to be overwritten...");
   }
@@ -114,58 +108,57 @@ bool FileTransfer::mayWrite(const std::wstring& path) {
   return overwrite;
 }
 
+// The claims of the server are all that is known of what is to come. A file of an earlier run may
+// be kept, or makes room for the one in its place.
+void FileTransfer::requireSpace(std::size_t index) const {
+  const auto claimed = [this](const Place& place) {
+    return static_cast<double>(table_.size(place.column, place.kind));
+  };
+  double needed = claimed(places_[index]);
+  for (std::size_t later = index + 1; later < places_.size(); ++later)
+    if (!isStaged(places_[later])) needed += claimed(places_[later]);
+  ::requireSpace(staged_.folder(), needed);
+}
+
+// A name that no file can have ends the run when its turn comes.
+bool FileTransfer::isStaged(const Place& place) const noexcept {
+  try {
+    return modCommon::fileExists(staged_.freePath(table_.address(place.column, place.kind)));
+  } catch (...) {
+    return false;
+  }
+}
+
 void FileTransfer::receive(const handles::Internet& source, const Place& place,
                            const std::wstring& path) {
   const std::wstring_view name = text::afterLast(path, L'\\');
-  handles::File file = openForWriting(path);
+  IncomingFile file(path);
   WriteLog({L"File opened for binary input.  File Name : ", name});
   WriteLog({L"Beginning to download the file ", name});
-  checkReceiving(place, file);
-  copyBytes(source, place, file);
+  check();
+  copyBytes(source, table_.size(place.column, place.kind), file);
+  file.complete();
 }
 
 // Without a size nothing is read, and the file stays empty.
-void FileTransfer::copyBytes(const handles::Internet& source, const Place& place,
-                             handles::File& file) {
-  const unsigned long long size = table_.size(place.column, place.kind);
+void FileTransfer::copyBytes(const handles::Internet& source, unsigned long long size,
+                             IncomingFile& file) {
   TransferProgress progress(size, view_);
   char buffer[readSize];
   for (unsigned long long received = 0; received < size;) {
     const auto count = session_.read(source, buffer, readSize);
-    checkReceiving(place, file);
-    if (!count) readFailed(place, file, session_.lastError());
+    check();
+    if (!count) readFailed(file, session_.lastError());
     // A connection that ended early reads nothing, successfully and for ever.
-    if (*count == 0) readFailed(place, file, ERROR_SUCCESS);
-    write(file, buffer, *count);
+    if (*count == 0) readFailed(file, ERROR_SUCCESS);
+    file.write(buffer, *count);
     received += *count;
     progress.show(received);
   }
 }
 
-void FileTransfer::checkReceiving(const Place& place, handles::File& file) {
-  if (view_.keepGoing()) return;
-  file.reset();
-  DeleteRelatedFiles(place);
-  throw HandledError(errors::descriptionOf(errors::cancelled));
-}
-
-void FileTransfer::readFailed(const Place& place, handles::File& file, DWORD code) {
-  file.reset();
+void FileTransfer::readFailed(IncomingFile& file, DWORD code) {
+  file.close();
   const std::wstring text = L"Unable to read the current file.";
-  view_.fail(withErrorText(text, code));
-  DeleteRelatedFiles(place);
-  throw HandledError(text);
-}
-
-void FileTransfer::DeleteRelatedFiles(const Place& place) noexcept {
-  try {
-    WriteLog(L"Entering DeleteRelatedFiles()");
-    const std::wstring& address = table_.address(place.column, place.kind);
-    if (!address.empty() && !deleteFile(stagingFile(stagingFolder_, address)))
-      throw errors::fromLastError();
-    WriteLog(L"Exiting DeleteRelatedFiles()");
-  } catch (...) {
-    WriteLog(
-        {L"Error While Exiting DeleteRelatedFiles(). Error : ", errors::current().description()});
-  }
+  failWith(withErrorText(text, code), text);
 }

@@ -2,37 +2,39 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
-#include "common/handles.h"
 #include "online/transfer/DownloadSteps.h"
 #include "online/transfer/DownloadTable.h"
-
-// Where the archive of an address is kept: below `folder`, under the address's own file name, with
-// "%20" as a blank. Raises an Error (52) when that cannot be a file's name on this system: it could
-// lead out of the folder.
-std::wstring stagingFile(const std::wstring& folder, const std::wstring& address);
+#include "online/transfer/IncomingFile.h"
+#include "online/transfer/StagedFiles.h"
 
 class FileTransfer : private DownloadSteps {
  public:
-  FileTransfer(const DownloadTable& table, InternetSession& session, std::wstring stagingFolder,
-               DownloadView& view);
+  FileTransfer(const DownloadTable& table, InternetSession& session,
+               const std::wstring& stagingFolder, DownloadView& view);
 
-  // Transfers the files one after another. What ends it is raised.
-  void run();
+  struct Archive {
+    DownloadTable::Kind kind;
+    std::wstring path;
+  };
+  // Transfers the files one after another and tells where each is. What ends it is raised.
+  std::vector<Archive> run();
 
  private:
   using Place = DownloadTable::Place;
 
-  void transfer(const Place& place);
-  handles::Internet locate(const std::wstring& address, const modWINInetURL::CrackedUrl& parts);
+  std::wstring transfer(std::size_t index);
+  handles::Internet locate(const Place& place, const modWINInetURL::CrackedUrl& parts);
   bool mayWrite(const std::wstring& path);
+  // Raises an Error (61) when this file and those behind it are more than the disk has room for.
+  void requireSpace(std::size_t index) const;
+  bool isStaged(const Place& place) const noexcept;
   void receive(const handles::Internet& source, const Place& place, const std::wstring& path);
-  void copyBytes(const handles::Internet& source, const Place& place, handles::File& file);
-  // Ends a file that is being received when the run was cancelled.
-  void checkReceiving(const Place& place, handles::File& file);
-  [[noreturn]] void readFailed(const Place& place, handles::File& file, DWORD code);
-  void DeleteRelatedFiles(const Place& place) noexcept;
+  void copyBytes(const handles::Internet& source, unsigned long long size, IncomingFile& file);
+  [[noreturn]] void readFailed(IncomingFile& file, DWORD code);
 
   const DownloadTable& table_;
-  std::wstring stagingFolder_;
+  std::vector<Place> places_;
+  StagedFiles staged_;
 };

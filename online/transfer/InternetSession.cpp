@@ -1,5 +1,7 @@
 #include "online/transfer/InternetSession.h"
 
+#include <utility>
+
 #include "common/ansi.h"
 #include "common/log.h"
 
@@ -18,6 +20,19 @@ static_assert(queryLength == 5 && queryStatus == 19);
 
 constexpr DWORD proxyRecordSize = 516;
 
+constexpr DWORD longestWait = 30000;  // milliseconds
+
+// Calls block the host's only thread, so none may wait for ever. The system would try to connect to
+// each of a host's addresses several times over; its number for answers is that of an FTP server's
+// answers to commands, too.
+constexpr std::pair<DWORD, DWORD> limits[] = {
+    {INTERNET_OPTION_CONNECT_TIMEOUT, longestWait},
+    {INTERNET_OPTION_CONNECT_RETRIES, 1},
+    {INTERNET_OPTION_RECEIVE_TIMEOUT, longestWait},
+    {INTERNET_OPTION_DATA_RECEIVE_TIMEOUT, longestWait},
+};
+static_assert(INTERNET_OPTION_CONTROL_RECEIVE_TIMEOUT == INTERNET_OPTION_RECEIVE_TIMEOUT);
+
 }  // namespace
 
 // To be called before anything else can change the system's last error.
@@ -31,7 +46,15 @@ bool InternetSession::open() {
   const std::string name = text::toAnsi(agent);
   session_ =
       taken(functions_->open(name.c_str(), INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0));
-  return static_cast<bool>(session_);
+  if (!session_) return false;
+  limitWaiting();
+  return true;
+}
+
+// A system that does not know one of them waits as long as it always did.
+void InternetSession::limitWaiting() const noexcept {
+  for (auto [option, value] : limits)
+    functions_->setOption(session_.get(), option, &value, sizeof value);
 }
 
 // The system's functions must not be called with the handles the other way round.

@@ -14,7 +14,8 @@ class InternetSession {
   // What it tells servers that it is.
   static constexpr wchar_t agent[] = L"Vessari Systems Pvt. Ltd";
 
-  // Opens the session. False when the system refuses.
+  // Opens the session, whose calls give up after 30 seconds without an answer. False when the
+  // system refuses.
   bool open();
   void close() noexcept;
 
@@ -24,6 +25,7 @@ class InternetSession {
 
   // The system's code of the call that failed last.
   DWORD lastError() const noexcept { return lastError_; }
+  bool timedOut() const noexcept { return lastError_ == ERROR_INTERNET_TIMEOUT; }
 
   // A connection to an FTP server at the protocol's port, kept until the next one or the end of the
   // session. 0 when there is none.
@@ -46,6 +48,7 @@ class InternetSession {
 
  private:
   handles::Internet taken(HINTERNET handle);
+  void limitWaiting() const noexcept;
   std::optional<std::wstring> query(const handles::Internet& file, DWORD level) const;
 
   std::optional<wininet::Functions> functions_;

@@ -52,16 +52,16 @@ void UrlValidation::GetTotalDownloadSize() {
     measureItem(column);
   }
   WriteLog(L"EXITING GetTotalDownloadSize() successfully.");
-  view_.showCurrent(L"Current Download :");
-  view_.showCaption(L"Downloading...");
+  showCurrent(L"Current Download :");
+  showCaption(L"Downloading...");
 }
 
 void UrlValidation::begin() {
   totalSize_ = 0;
   view_.resetOverall(static_cast<short>(3 * table_.itemCount() + 2 * table_.addressCount()));
   addressCount_ = 0;
-  view_.showCaption(L"Validating URLs...");
-  view_.showCurrent(L"Current URL :");
+  showCaption(L"Validating URLs...");
+  showCurrent(L"Current URL :");
   check();
 }
 
@@ -77,7 +77,8 @@ void UrlValidation::measureItem(std::size_t column) {
 
 void UrlValidation::measure(std::size_t column, Row kind) {
   const std::wstring& address = table_.address(column, kind);
-  const auto parts = modWINInetURL::CrackUrl(address);
+  table_.setParts(column, kind, modWINInetURL::CrackUrl(address));
+  const auto& parts = table_.parts(column, kind);
   if (parts) showAddress(*parts);
   check();
   if (!isFileAddress(parts)) failToFind();

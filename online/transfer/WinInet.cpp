@@ -27,6 +27,7 @@ Functions::Functions() {
   const HMODULE module = library();
   find(open, module, "InternetOpenA");
   find(queryOption, module, "InternetQueryOptionA");
+  find(setOption, module, "InternetSetOptionA");
   find(connect, module, "InternetConnectA");
   find(openUrl, module, "InternetOpenUrlA");
   find(queryInfo, module, "HttpQueryInfoA");

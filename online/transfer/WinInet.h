@@ -16,6 +16,7 @@ struct Functions {
 
   decltype(&InternetOpenA) open;
   decltype(&InternetQueryOptionA) queryOption;
+  decltype(&InternetSetOptionA) setOption;
   decltype(&InternetConnectA) connect;
   decltype(&InternetOpenUrlA) openUrl;
   decltype(&HttpQueryInfoA) queryInfo;

@@ -137,12 +137,7 @@ void HttpServer::serve(SOCKET client) {
   }
   const auto start = request.find(' ') + 1;
   const std::string path = request.substr(start, request.find(' ', start) - start);
-  const auto found = answers_.find(path);
-  if (found == answers_.end()) {
-    send(client, "HTTP/1.0 404 Not Found\r\nContent-Length: 5\r\nConnection: close\r\n\r\nnone\n");
-    return;
-  }
-  const Answer& answer = found->second;
+  const Answer answer = answerTo(path);
   if (!send(client, answer.bytes)) return;
   // Whoever closes such a file may first want to have what has come in already: at the pace of a
   // network that has an end.
@@ -151,6 +146,23 @@ void HttpServer::serve(SOCKET client) {
     resetWhenClosed(client);
   else
     shutdown(client, SD_SEND);
+}
+
+HttpServer::Answer HttpServer::answerTo(const std::string& path) const {
+  EnterCriticalSection(&lock_);
+  const auto found = answers_.find(path);
+  const Answer answer =
+      found == answers_.end()
+          ? raw("HTTP/1.0 404 Not Found\r\nContent-Length: 5\r\nConnection: close\r\n\r\nnone\n")
+          : found->second;
+  LeaveCriticalSection(&lock_);
+  return answer;
+}
+
+void HttpServer::change(const std::string& path, const Answer& answer) {
+  EnterCriticalSection(&lock_);
+  answers_[path] = answer;
+  LeaveCriticalSection(&lock_);
 }
 
 FtpServer::FtpServer(std::string greeting, std::string pieceOfFile)

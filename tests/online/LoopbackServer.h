@@ -35,6 +35,9 @@ class LoopbackServer {
   void rest() const;
   void remember(const std::string& line);
 
+  // Holds what the test and the server's thread share.
+  mutable CRITICAL_SECTION lock_;
+
  private:
   static DWORD WINAPI threadProcedure(void* self);
 
@@ -42,7 +45,6 @@ class LoopbackServer {
   unsigned short port_ = 0;
   HANDLE thread_ = nullptr;
   HANDLE stop_ = nullptr;
-  mutable CRITICAL_SECTION lock_;
   std::vector<std::string> lines_;
 
  public:
@@ -64,6 +66,9 @@ class HttpServer final : public LoopbackServer {
   // "http://127.0.0.1:<port>" and the path.
   std::wstring url(const std::wstring& path) const;
 
+  // From now on it answers otherwise.
+  void change(const std::string& path, const Answer& answer);
+
   // What the last client called itself; to be asked when it has had its answer.
   const std::string& agent() const noexcept { return agent_; }
 
@@ -76,6 +81,7 @@ class HttpServer final : public LoopbackServer {
 
  private:
   void serve(SOCKET client) override;
+  Answer answerTo(const std::string& path) const;
 
   std::map<std::string, Answer> answers_;  // by path
   std::string agent_;

@@ -143,6 +143,81 @@ TEST_CASE("a redirect to a file that is not there is a missing file") {
   CHECK(download.failures() == Texts{notFound(L"http://127.0.0.1/d.zip")});
 }
 
+TEST_CASE("a length that is negative, a sum or beyond all measure counts as none") {
+  for (const char* length : {"-5", "+5", "5 5", "0x5", "5.0", "1e3", "9999999999999999999"}) {
+    CAPTURE(std::string(length));
+    const HttpServer server({{"/d.zip", HttpServer::raw("HTTP/1.0 200 OK\r\nContent-Length: " +
+                                                        std::string(length) + "\r\n\r\nhello")}});
+    Download download;
+    CHECK_FALSE(download.run(L"?dwt1=" + server.url(L"/d.zip")));
+    CHECK(download.output.has(L"File size could not be retrieved."));
+    CHECK(download.view.overallSizes == Texts{L"0 bytes"});
+  }
+}
+
+TEST_CASE("a file is as long as it was when it was measured whatever the server says later") {
+  const std::string bytes = page("a page");
+  for (const std::size_t claimed : {bytes.size(), bytes.size() + 300}) {
+    CAPTURE(claimed);
+    HttpServer server({{"/d.zip", {HttpServer::head(claimed) + bytes}}});
+    Download download;
+    bool told = false;
+    download.view.cancelWhen = whenTransferBegins(download.view, [&] {
+      told = true;
+      server.change("/d.zip", {HttpServer::head(bytes.size()) + bytes});
+    });
+    CHECK(download.run(L"?dwt1=" + server.url(L"/d.zip")) == (claimed == bytes.size()));
+    CHECK(told);
+    CHECK(download.isStaged(L"d.zip") == (claimed == bytes.size()));
+  }
+}
+
+TEST_CASE("a redirect to a file of this disk or to nowhere brings nothing in") {
+  Download elsewhere;
+  const std::wstring secret = elsewhere.scratch.writeFile(L"secret.zip", page("secret"));
+  const std::string path(secret.begin(), secret.end());
+  for (const std::string& target :
+       {"file:///" + path, path, std::string("javascript:x"), std::string("//"), "res://" + path}) {
+    CAPTURE(target);
+    const HttpServer server(
+        {{"/d.zip", HttpServer::raw("HTTP/1.0 302 Found\r\nLocation: " + target +
+                                    "\r\nContent-Length: 0\r\n"
+                                    "Connection: close\r\n\r\n")}});
+    Download download;
+    CHECK_FALSE(download.run(L"?dwt1=" + server.url(L"/d.zip")));
+    CHECK(download.view.failures.size() + download.driver.boxes().size() == 1);
+    CHECK_FALSE(download.isStaged(L"d.zip"));
+    CHECK_FALSE(download.scratch.exists(L"templates\\new\\page.dwt"));
+  }
+}
+
+TEST_CASE("a redirect to another host's file is followed") {
+  const HttpServer other({{"/d.zip", HttpServer::ok(page("a page"))}});
+  const std::wstring address = other.url(L"/d.zip");
+  const auto to = [](const std::string& target) {
+    return HttpServer::raw("HTTP/1.0 302 Found\r\nLocation: " + target +
+                           "\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+  };
+  const HttpServer server({{"/d.zip", to({address.begin(), address.end()})}});
+  Download download;
+  CHECK(download.run(L"?dwt1=" + server.url(L"/d.zip")));
+  CHECK(download.scratch.readFile(L"templates\\new\\page.dwt") == "a page");
+}
+
+TEST_CASE("an answer that forbids the file is taken for it and fails to unpack") {
+  for (const char* status : {"403 Forbidden", "401 Unauthorized", "410 Gone", "503 Busy"}) {
+    CAPTURE(std::string(status));
+    const HttpServer server(
+        {{"/d.zip", HttpServer::raw("HTTP/1.0 " + std::string(status) +
+                                    "\r\nContent-Length: 4\r\nConnection: close\r\n\r\nnope")}});
+    Download download;
+    CHECK_FALSE(download.run(L"?dwt1=" + server.url(L"/d.zip")));
+    REQUIRE(download.driver.boxes().size() == 1);
+    CHECK(download.driver.boxes()[0].text == notAnArchive(download.staged(L"d.zip")));
+    CHECK_FALSE(download.isStaged(L"d.zip"));
+  }
+}
+
 // Disks
 
 TEST_CASE("a disk that is not ready is a message") {

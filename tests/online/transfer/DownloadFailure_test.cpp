@@ -204,3 +204,21 @@ TEST_CASE("only while a theme is unpacked is the unpacking in theme mode") {
   CHECK(modes == std::vector<bool>{true, false});
   CHECK_FALSE(modZipUnzip::ThemeMode::isOn());
 }
+
+TEST_CASE("a file without a length is there and empty once it has been transferred") {
+  const HttpServer server(
+      {{"/d.zip", HttpServer::raw("HTTP/1.0 200 OK\r\n\r\n" + page("a page"))}});
+  Download download;
+  bool there = false;
+  std::string bytes = "not looked at";
+  download.view.cancelWhen = [&] {
+    if (!there && download.output.has(L"File closed.")) {
+      there = download.isStaged(L"d.zip");
+      bytes = download.stagedBytes(L"d.zip");
+    }
+    return false;
+  };
+  CHECK_FALSE(download.run(L"?dwt1=" + server.url(L"/d.zip")));
+  CHECK(there);
+  CHECK(bytes.empty());
+}

@@ -19,7 +19,12 @@ struct Changes {
   std::optional<unsigned long> noSession;
   std::optional<unsigned long> noUrl;
   std::optional<unsigned long> noRead;
+  std::optional<unsigned long> noFtpFile;
+  bool noOptions = false;
   std::string missing;
+  HINTERNET session = nullptr;
+  InternetPatch::Options ofSession;
+  InternetPatch::Options elsewhere;
   int staleCloses = 0;
 };
 
@@ -39,8 +44,29 @@ HINTERNET WINAPI openSession(LPCSTR agent, DWORD access, LPCSTR proxy, LPCSTR by
     SetLastError(*changes.noSession);
     return nullptr;
   }
-  return real(static_cast<decltype(&InternetOpenA)>(nullptr), "InternetOpenA")(agent, access, proxy,
-                                                                               bypass, flags);
+  changes.session = real(static_cast<decltype(&InternetOpenA)>(nullptr), "InternetOpenA")(
+      agent, access, proxy, bypass, flags);
+  return changes.session;
+}
+
+BOOL WINAPI setOption(HINTERNET handle, DWORD option, LPVOID value, DWORD size) {
+  const DWORD number = size == sizeof(DWORD) ? *static_cast<DWORD*>(value) : 0;
+  (handle && handle == changes.session ? changes.ofSession : changes.elsewhere)
+      .emplace_back(option, number);
+  if (!changes.noOptions)
+    return real(static_cast<decltype(&InternetSetOptionA)>(nullptr), "InternetSetOptionA")(
+        handle, option, value, size);
+  SetLastError(ERROR_INTERNET_INVALID_OPTION);
+  return FALSE;
+}
+
+HINTERNET WINAPI openFtpFile(HINTERNET connection, LPCSTR path, DWORD access, DWORD flags,
+                             DWORD_PTR context) {
+  if (!changes.noFtpFile)
+    return real(static_cast<decltype(&FtpOpenFileA)>(nullptr), "FtpOpenFileA")(
+        connection, path, access, flags, context);
+  SetLastError(*changes.noFtpFile);
+  return nullptr;
 }
 
 HINTERNET WINAPI connect(HINTERNET session, LPCSTR server, INTERNET_PORT port, LPCSTR user,
@@ -100,6 +126,8 @@ FARPROC WINAPI lookUp(HMODULE module, LPCSTR name) {
   const std::pair<const char*, void*> replacements[] = {
       {"InternetOpenA", reinterpret_cast<void*>(openSession)},
       {"InternetConnectA", reinterpret_cast<void*>(connect)},
+      {"InternetSetOptionA", reinterpret_cast<void*>(setOption)},
+      {"FtpOpenFileA", reinterpret_cast<void*>(openFtpFile)},
       {"FtpGetFileSize", reinterpret_cast<void*>(fileSize)},
       {"InternetQueryOptionA", reinterpret_cast<void*>(queryOption)},
       {"InternetOpenUrlA", reinterpret_cast<void*>(openUrl)},
@@ -132,5 +160,9 @@ void InternetPatch::openUrlAt(const char* address, const char* instead) {
 void InternetPatch::noSession(unsigned long code) { changes.noSession = code; }
 void InternetPatch::noUrl(unsigned long code) { changes.noUrl = code; }
 void InternetPatch::noRead(unsigned long code) { changes.noRead = code; }
+void InternetPatch::noFtpFile(unsigned long code) { changes.noFtpFile = code; }
+void InternetPatch::noOptions() { changes.noOptions = true; }
+const InternetPatch::Options& InternetPatch::optionsOfSession() { return changes.ofSession; }
+const InternetPatch::Options& InternetPatch::optionsElsewhere() { return changes.elsewhere; }
 void InternetPatch::missing(const char* function) { changes.missing = function; }
 int InternetPatch::staleCloses() const noexcept { return changes.staleCloses; }

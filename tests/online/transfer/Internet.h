@@ -1,6 +1,9 @@
 // The system's internet functions, changed for a test: what the platform under it cannot do.
 #pragma once
 
+#include <utility>
+#include <vector>
+
 #include "tests/support/ImportPatch.h"
 
 // While it lives, the product's look-ups of internet functions find the replacements given.
@@ -25,8 +28,17 @@ class InternetPatch {
   // The same for the calls of InternetOpenUrl and for reading.
   void noUrl(unsigned long code);
   void noRead(unsigned long code);
+  // The same for the files of FTP servers; for setting options.
+  void noFtpFile(unsigned long code);
+  void noOptions();
   // The system has no such function.
   void missing(const char* function);
+
+  // The options that were set to numbers: of the session that was opened last, and of anything
+  // else, such as the process.
+  using Options = std::vector<std::pair<unsigned long, unsigned long>>;
+  static const Options& optionsOfSession();
+  static const Options& optionsElsewhere();
 
   // How many handles were closed that the system no longer knew.
   int staleCloses() const noexcept;

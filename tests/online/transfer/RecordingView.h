@@ -14,9 +14,9 @@ class RecordingView : public DownloadView {
     ++checks;
     return !cancelWhen || !cancelWhen();
   }
-  std::wstring caption() const override { return captions.empty() ? L"" : captions.back(); }
+  std::wstring caption() const { return captions.empty() ? L"" : captions.back(); }
   void showCaption(const std::wstring& text) override { captions.push_back(text); }
-  std::wstring current() const override { return currents.empty() ? L"" : currents.back(); }
+  std::wstring current() const { return currents.empty() ? L"" : currents.back(); }
   void showCurrent(const std::wstring& text) override { currents.push_back(text); }
   void showCurrentSize(const std::wstring& text) override { currentSizes.push_back(text); }
   void showOverallSize(const std::wstring& text) override {

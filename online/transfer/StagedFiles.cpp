@@ -1,0 +1,65 @@
+#include "online/transfer/StagedFiles.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "common/NoSystemBoxes.h"
+#include "common/errors.h"
+#include "common/handles.h"
+#include "common/letter_case.h"
+#include "common/paths.h"
+#include "common/text.h"
+#include "online/archive/ArchiveNames.h"
+
+namespace {
+
+// "a.zip" becomes "a (2).zip".
+std::wstring numbered(const std::wstring& path, int number) {
+  const auto name = path.rfind(L'\\') + 1;
+  const auto point = path.rfind(L'.');
+  const auto end = point == path.npos || point <= name ? path.size() : point;
+  return text::join({path.substr(0, end), L" (", std::to_wstring(number), L")", path.substr(end)});
+}
+
+}  // namespace
+
+StagedFiles::StagedFiles(std::wstring folder) : folder_(std::move(folder)) {}
+
+std::wstring StagedFiles::ordinaryPath(std::wstring_view address) const {
+  const std::wstring name = text::replaceAll(text::afterLast(address, L'/'), L"%20", L" ");
+  if (!modCommon::IsValidFileName(name) || archive::faultOf(name) != archive::NameFault::none)
+    throw Error(errors::badFileName);
+  return modCommon::withBackslash(folder_) + name;
+}
+
+std::wstring StagedFiles::freePath(std::wstring_view address) const {
+  const std::wstring ordinary = ordinaryPath(address);
+  std::wstring path = ordinary;
+  for (int number = 2; isTaken(path); ++number) path = numbered(ordinary, number);
+  return path;
+}
+
+void StagedFiles::take(const std::wstring& path) { taken_.push_back({path, identityOf(path)}); }
+
+// A file system may not tell files apart; their names always do.
+bool StagedFiles::isTaken(const std::wstring& path) const {
+  if (taken_.empty()) return false;
+  const Identity identity = identityOf(path);
+  return std::any_of(taken_.begin(), taken_.end(), [&](const Taken& each) {
+    return text::equalIgnoringCase(each.path, path) ||
+           (identity != Identity() && each.identity == identity);
+  });
+}
+
+// All zero for a file that is not there, or whose file system does not tell.
+StagedFiles::Identity StagedFiles::identityOf(const std::wstring& path) {
+  const NoSystemBoxes quiet;
+  const handles::File file(CreateFileW(path.c_str(), 0,
+                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                       nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  BY_HANDLE_FILE_INFORMATION information = {};
+  if (!file || !GetFileInformationByHandle(file.get(), &information)) return {};
+  return {information.dwVolumeSerialNumber, information.nFileIndexHigh, information.nFileIndexLow};
+}
