@@ -42,6 +42,7 @@ class frmQuillet : public forms::Form, private TemplateScanView {
   void showWaitCursor(bool shown) noexcept override;
 
   void lvListView_ItemClick();
+  void xwpPreview_Failed(const Error& error);
   void cboZoom_Click();
   void cmdCopytoWeb_Click();
   void cmdDestFolder_Click();
@@ -74,7 +75,7 @@ class frmQuillet : public forms::Form, private TemplateScanView {
   void showPage(const std::wstring& file);
   void showPreviewError();
   void showPlace(bool picture);
-  void applyZoom();
+  SIZE zoomedSize(SIZE natural) const;
 
   void offerDefaultFolder(const HostWeb& web);
   bool askForDefault(const HostWeb& web);

@@ -1,12 +1,11 @@
 #include "common/forms/PictureBox.h"
 
-#include <olectl.h>
 #include <windowsx.h>
 
 #include <algorithm>
 
-#include "common/com.h"
 #include "common/errors.h"
+#include "common/forms/BitmapContext.h"
 #include "common/forms/Painting.h"
 #include "common/handles.h"
 
@@ -14,107 +13,24 @@ namespace forms {
 namespace {
 
 constexpr DWORD largestFile = 64u << 20;
+constexpr std::uint64_t decodedAtOnce = 1u << 20;  // pixels
+constexpr std::uint64_t keptPixels = 6u << 20;     // of all kept pictures together
 constexpr int lineStep = 16;
-
-// A bitmap stays selected only for the length of a drawing operation.
-class BitmapContext {
- public:
-  BitmapContext(HDC like, HGDIOBJ bitmap) noexcept
-      : context_(CreateCompatibleDC(like)), old_(SelectObject(context_.get(), bitmap)) {}
-  ~BitmapContext() { SelectObject(context_.get(), old_); }
-  BitmapContext(const BitmapContext&) = delete;
-  BitmapContext& operator=(const BitmapContext&) = delete;
-  HDC get() const noexcept { return context_.get(); }
-
- private:
-  handles::DeviceContext context_;
-  HGDIOBJ old_;
-};
+constexpr UINT failedMessage = WM_APP + 1;
 
 Error notAPicture() { return Error(PictureBox::invalidPicture, L"Invalid picture"); }
 
-// The whole file as a stream in memory, so that nobody finds the file locked afterwards.
-ComPtr<IStream> streamOver(const std::wstring& path) {
-  handles::File file(CreateFileW(path.c_str(), GENERIC_READ,
-                                 FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                 OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!file) throw errors::fromLastError();
-  DWORD high = 0;
-  const DWORD size = GetFileSize(file.get(), &high);
-  if (high != 0 || size == 0 || size > largestFile) throw notAPicture();
-
-  handles::Global memory(GlobalAlloc(GMEM_MOVEABLE, size));
-  if (!memory) throw Error(errors::outOfMemory);
+std::string contentsOf(HANDLE file, DWORD size) {
+  std::string contents(size, '\0');
   DWORD done = 0;
-  const BOOL ok = ReadFile(file.get(), GlobalLock(memory.get()), size, &done, nullptr);
-  const DWORD code = GetLastError();
-  GlobalUnlock(memory.get());
-  if (!ok) throw errors::fromSystemCode(code);
+  if (!ReadFile(file, contents.data(), size, &done, nullptr)) throw errors::fromLastError();
   if (done != size) throw notAPicture();
-
-  ComPtr<IStream> stream;
-  if (FAILED(CreateStreamOnHGlobal(memory.get(), TRUE, stream.put())))
-    throw Error(errors::outOfMemory);
-  static_cast<void>(memory.release());  // the stream frees it
-  return stream;
-}
-
-// The system's own decoders read foreign bytes here; only what they make a bitmap of is taken.
-ComPtr<IPicture> decode(const std::wstring& path) {
-  const auto stream = streamOver(path);
-  ComPtr<IPicture> picture;
-  const HRESULT result =
-      OleLoadPicture(stream.get(), 0, TRUE, IID_IPicture, reinterpret_cast<void**>(picture.put()));
-  if (result == E_OUTOFMEMORY) throw Error(errors::outOfMemory);
-  if (FAILED(result) || !picture) throw notAPicture();
-  short type = PICTYPE_NONE;
-  if (FAILED(picture->get_Type(&type)) || type != PICTYPE_BITMAP) throw notAPicture();
-  return picture;
-}
-
-// The picture's own unit is 0.01 mm, too coarse to get the pixels back: its bitmap knows them.
-SIZE sizeOf(IPicture& picture) {
-  OLE_HANDLE handle = 0;
-  BITMAP bitmap = {};
-  if (FAILED(picture.get_Handle(&handle)) ||
-      !GetObjectW(reinterpret_cast<HGDIOBJ>(static_cast<ULONG_PTR>(handle)), sizeof bitmap,
-                  &bitmap) ||
-      bitmap.bmWidth <= 0 || bitmap.bmHeight == 0)
-    throw notAPicture();
-  return {bitmap.bmWidth, std::abs(bitmap.bmHeight)};
+  return contents;
 }
 
 handles::Gdi blankBitmap(HDC like, SIZE size) {
   handles::Gdi bitmap(CreateCompatibleBitmap(like, size.cx, size.cy));
   if (!bitmap) throw Error(errors::outOfMemory);
-  return bitmap;
-}
-
-handles::Gdi rendered(IPicture& picture, SIZE size) {
-  const handles::ScreenContext screen;
-  handles::Gdi bitmap = blankBitmap(screen.get(), size);
-  const BitmapContext target(screen.get(), bitmap.get());
-  const RECT all = {0, 0, size.cx, size.cy};
-  FillRect(target.get(), &all, GetSysColorBrush(COLOR_WINDOW));
-  OLE_XSIZE_HIMETRIC width = 0;
-  OLE_YSIZE_HIMETRIC height = 0;
-  picture.get_Width(&width);
-  picture.get_Height(&height);
-  // A picture's origin is its lower left corner.
-  if (FAILED(
-          picture.Render(target.get(), 0, 0, size.cx, size.cy, 0, height, width, -height, nullptr)))
-    throw notAPicture();
-  return bitmap;
-}
-
-handles::Gdi stretched(HGDIOBJ source, SIZE from, SIZE to) {
-  const handles::ScreenContext screen;
-  handles::Gdi bitmap = blankBitmap(screen.get(), to);
-  const BitmapContext target(screen.get(), bitmap.get());
-  const BitmapContext origin(screen.get(), source);
-  SetStretchBltMode(target.get(), HALFTONE);
-  SetBrushOrgEx(target.get(), 0, 0, nullptr);
-  StretchBlt(target.get(), 0, 0, to.cx, to.cy, origin.get(), 0, 0, from.cx, from.cy, SRCCOPY);
   return bitmap;
 }
 
@@ -132,31 +48,107 @@ void PictureBox::onAttached() {
   updateScrollBars();
 }
 
-void PictureBox::load(const std::wstring& path) {
-  const auto picture = decode(path);
-  const SIZE size = sizeOf(*picture.get());
-  handles::Gdi bitmap = rendered(*picture.get(), size);
-  path_ = std::wstring(path);  // may be this very text
-  bitmap_ = std::move(bitmap);
-  natural_ = size;
-  setPictureSize(size);
+SIZE PictureBox::naturalSize() const noexcept {
+  return {picture_.header.width, picture_.header.height};
+}
+
+void PictureBox::load(const std::wstring& path, const Scale& scale) {
+  handles::File file(CreateFileW(path.c_str(), GENERIC_READ,
+                                 FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                 OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!file) throw errors::fromLastError();
+  Picture next;
+  next.path = path;
+  DWORD high = 0;
+  next.bytes = GetFileSize(file.get(), &high);
+  if (high != 0 || next.bytes == 0 || next.bytes > largestFile) throw notAPicture();
+  GetFileTime(file.get(), nullptr, nullptr, &next.written);
+
+  const bool shown = isSame(next, picture_) && (picture_.bitmap || !waiting_.empty());
+  if (!shown && !takeKept(next)) {
+    std::string contents = contentsOf(file.get(), next.bytes);
+    next.header = PictureDecoder::headerOf(contents);
+    if (next.header.pixels <= decodedAtOnce) {
+      next.bitmap = decoder_.decode(contents, next.header, GetSysColor(COLOR_WINDOW));
+      contents.clear();
+    }
+    keep(std::exchange(picture_, std::move(next)));
+    waiting_ = std::move(contents);
+  }
+  setPictureSize(scale ? scale(naturalSize()) : naturalSize());
+}
+
+bool PictureBox::isSame(const Picture& one, const Picture& other) noexcept {
+  return one.path == other.path && one.bytes == other.bytes &&
+         CompareFileTime(&one.written, &other.written) == 0;
+}
+
+// Shows a kept picture of the file as it is now.
+bool PictureBox::takeKept(const Picture& wanted) {
+  const auto found = std::find_if(kept_.begin(), kept_.end(),
+                                  [&](const Picture& each) { return isSame(each, wanted); });
+  if (found == kept_.end()) return false;
+  Picture picture = std::move(*found);
+  kept_.erase(found);
+  keep(std::exchange(picture_, std::move(picture)));
+  waiting_.clear();
+  return true;
+}
+
+void PictureBox::keep(Picture picture) noexcept try {
+  if (!picture.bitmap || picture.header.pixels > decodedAtOnce) return;
+  kept_.insert(kept_.begin(), std::move(picture));
+  std::uint64_t pixels = 0;
+  const auto tooMuch = std::find_if(kept_.begin(), kept_.end(), [&](const Picture& each) {
+    return (pixels += each.header.pixels) > keptPixels;
+  });
+  kept_.erase(tooMuch, kept_.end());
+} catch (...) {
+  // One that cannot be kept is decoded again.
+}
+
+void PictureBox::decodeWaiting() noexcept {
+  if (waiting_.empty()) return;
+  const std::string contents = std::exchange(waiting_, {});
+  try {
+    picture_.bitmap = decoder_.decode(contents, picture_.header, GetSysColor(COLOR_WINDOW));
+  } catch (...) {
+    failure_ = errors::current();
+    PostMessageW(hwnd(), failedMessage, 0, 0);
+  }
+}
+
+// Unless another picture has come since.
+void PictureBox::onDecodingFailed() {
+  if (!hasPicture() || picture_.bitmap || !waiting_.empty()) return;
+  clear();
+  if (onFailed) onFailed(failure_);
+}
+
+// Transparent parts show the window's colour.
+void PictureBox::onNewColours() noexcept try {
+  kept_.clear();
+  if (!hasPicture()) return;
+  const SIZE size = shown_;
+  const std::wstring path = picture_.path;
+  picture_.bytes = 0;  // no longer the same
+  load(path, [size](SIZE) { return size; });
+} catch (...) {
+  // The file has gone: what was made of it stays.
 }
 
 void PictureBox::clear() noexcept {
-  bitmap_.reset();
-  scaled_.reset();
-  natural_ = shown_ = {};
+  keep(std::exchange(picture_, {}));
+  waiting_.clear();
+  shown_ = {};
   offset_ = {};
-  path_.clear();
   updateScrollBars();
   InvalidateRect(hwnd(), nullptr, FALSE);
 }
 
 void PictureBox::setPictureSize(SIZE size) {
-  if (!bitmap_) return;
-  const bool natural = size.cx == natural_.cx && size.cy == natural_.cy;
+  if (!hasPicture()) return;
   const bool nothing = size.cx <= 0 || size.cy <= 0;  // a thin picture may shrink to nothing
-  scaled_ = natural || nothing ? handles::Gdi() : stretched(bitmap_.get(), natural_, size);
   shown_ = nothing ? SIZE{} : size;
   offset_ = {};
   updateScrollBars();
@@ -205,6 +197,12 @@ LRESULT PictureBox::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_LBUTTONDOWN:
       SetFocus(hwnd());
       return 0;
+    case WM_SYSCOLORCHANGE:
+      onNewColours();
+      return 0;
+    case failedMessage:
+      onDecodingFailed();
+      return 0;
     case WM_SETFOCUS:
     case WM_KILLFOCUS:
       InvalidateRect(hwnd(), nullptr, FALSE);
@@ -220,7 +218,8 @@ SIZE PictureBox::clientSize() const noexcept {
   return {client.right, client.bottom};
 }
 
-void PictureBox::paint(HDC target) const {
+void PictureBox::paint(HDC target) {
+  decodeWaiting();
   const SIZE client = clientSize();
   if (client.cx <= 0 || client.cy <= 0) return;
   // Drawn aside and shown in one piece: no flicker while the window is resized.
@@ -228,48 +227,65 @@ void PictureBox::paint(HDC target) const {
   const BitmapContext context(target, canvas.get());
   const RECT all = {0, 0, client.cx, client.cy};
   FillRect(context.get(), &all, GetSysColorBrush(COLOR_WINDOW));
-  if (hasPicture()) paintPicture(context.get());
+  if (picture_.bitmap) paintPicture(context.get());
   if (GetFocus() == hwnd()) DrawFocusRect(context.get(), &all);
   BitBlt(target, 0, 0, client.cx, client.cy, context.get(), 0, 0, SRCCOPY);
 }
 
 void PictureBox::paintPicture(HDC target) const {
   const SIZE client = clientSize();
-  const BitmapContext source(target, scaled_ ? scaled_.get() : bitmap_.get());
+  const BitmapContext source(target, picture_.bitmap.get());
   // A smaller picture stands in the middle.
   const int x = std::max<int>(0, (client.cx - shown_.cx) / 2) - offset_.x;
   const int y = std::max<int>(0, (client.cy - shown_.cy) / 2) - offset_.y;
-  BitBlt(target, x, y, shown_.cx, shown_.cy, source.get(), 0, 0, SRCCOPY);
+  const SIZE natural = naturalSize();
+  if (shown_.cx == natural.cx && shown_.cy == natural.cy) {
+    BitBlt(target, x, y, shown_.cx, shown_.cy, source.get(), 0, 0, SRCCOPY);
+  } else {
+    SetStretchBltMode(target, HALFTONE);
+    SetBrushOrgEx(target, 0, 0, nullptr);
+    StretchBlt(target, x, y, shown_.cx, shown_.cy, source.get(), 0, 0, natural.cx, natural.cy,
+               SRCCOPY);
+  }
+}
+
+// Told to the window only when something changes: that takes longer than to show a small picture.
+void PictureBox::setBar(int bar, int length, int page, int position) noexcept {
+  const bool needed = length > page;
+  const Bar wanted = {needed ? length : 1, needed ? page : 1, needed ? position : 0};
+  Bar& former = bars_[bar];
+  if (former.length == wanted.length && former.page == wanted.page &&
+      former.position == wanted.position)
+    return;
+  former = wanted;  // before the window, which may get another size by it, asks again
+  SCROLLINFO info = {};
+  info.cbSize = sizeof info;
+  info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
+  info.nMax = wanted.length - 1;
+  info.nPage = static_cast<UINT>(wanted.page);
+  info.nPos = wanted.position;
+  SetScrollInfo(hwnd(), bar, &info, TRUE);
 }
 
 void PictureBox::updateScrollBars() noexcept {
   if (!hwnd()) return;
   // One bar takes room from the other direction, so the second pass sees the final size.
   for (int pass = 0; pass < 2; ++pass) {
-    const SIZE client = clientSize();
-    SCROLLINFO info = {};
-    info.cbSize = sizeof info;
-    info.fMask = SIF_RANGE | SIF_PAGE;
-    info.nMax = std::max<int>(0, shown_.cx - 1);
-    info.nPage = static_cast<UINT>(client.cx);
-    SetScrollInfo(hwnd(), SB_HORZ, &info, TRUE);
-    info.nMax = std::max<int>(0, shown_.cy - 1);
-    info.nPage = static_cast<UINT>(client.cy);
-    SetScrollInfo(hwnd(), SB_VERT, &info, TRUE);
+    scrollTo(SB_HORZ, offset_.x);
+    scrollTo(SB_VERT, offset_.y);
   }
-  scrollTo(SB_HORZ, offset_.x);
-  scrollTo(SB_VERT, offset_.y);
 }
 
 void PictureBox::scrollTo(int bar, int position) noexcept {
-  const SIZE client = clientSize();
-  const int room = bar == SB_HORZ ? shown_.cx - client.cx : shown_.cy - client.cy;
-  LONG& offset = bar == SB_HORZ ? offset_.x : offset_.y;
-  const LONG wanted = std::clamp<int>(position, 0, std::max(0, room));
-  SetScrollPos(hwnd(), bar, wanted, TRUE);
-  if (offset == wanted) return;
+  const bool sideways = bar == SB_HORZ;
+  const int length = sideways ? shown_.cx : shown_.cy;
+  const int page = sideways ? clientSize().cx : clientSize().cy;
+  LONG& offset = sideways ? offset_.x : offset_.y;
+  const LONG wanted = std::clamp(position, 0, std::max(0, length - page));
+  const bool moves = offset != wanted;
   offset = wanted;
-  InvalidateRect(hwnd(), nullptr, FALSE);
+  setBar(bar, length, page, wanted);
+  if (moves) InvalidateRect(hwnd(), nullptr, FALSE);
 }
 
 void PictureBox::onScroll(int bar, WORD request) noexcept {

@@ -1,8 +1,11 @@
 // A place that shows one picture at any size, with scroll bars when the picture is larger.
 #pragma once
 
+#include <functional>
 #include <string>
+#include <vector>
 
+#include "common/forms/PictureDecoder.h"
 #include "common/forms/WindowClass.h"
 #include "common/forms/controls.h"
 
@@ -12,20 +15,28 @@ namespace forms {
 class PictureBox : public Control {
  public:
   static constexpr wchar_t className[] = L"QuilletPictureBox";
-  // What is no picture raises this number, as the run-time's pictures do.
-  static constexpr long invalidPicture = 481;
+  static constexpr long invalidPicture = PictureDecoder::invalidPicture;
 
   PictureBox(Form& form, int id);
   ~PictureBox() override;
 
-  // Shows a GIF or JPEG file at its natural size. The file is not kept open. On an Error the box
-  // stays as it was.
-  void load(const std::wstring& path);
+  // The size at which a picture is shown, from its natural size.
+  using Scale = std::function<SIZE(SIZE natural)>;
+
+  // Shows a GIF or JPEG file, at its natural size without a scale. The file is not kept open. On an
+  // Error the box stays as it was.
+  //
+  // A large picture takes its time to decode: that is done when the box is painted, which is after
+  // every key that waits. One that is left before its turn costs nothing, and one that turns out to
+  // be none then fires onFailed from the message loop, with the box empty.
+  void load(const std::wstring& path, const Scale& scale = {});
+  std::function<void(const Error&)> onFailed;
+  // Small pictures are kept for when they are shown again; a large one is let go.
   void clear() noexcept;
 
-  bool hasPicture() const noexcept { return static_cast<bool>(bitmap_); }
-  const std::wstring& path() const noexcept { return path_; }  // empty without a picture
-  SIZE naturalSize() const noexcept { return natural_; }
+  bool hasPicture() const noexcept { return !picture_.path.empty(); }
+  const std::wstring& path() const noexcept { return picture_.path; }  // empty without a picture
+  SIZE naturalSize() const noexcept;
   SIZE pictureSize() const noexcept { return shown_; }
   // Stretches the picture to that size and shows its upper left part.
   void setPictureSize(SIZE size);
@@ -34,8 +45,28 @@ class PictureBox : public Control {
   void onAttached() override;
   static LRESULT CALLBACK windowProcedure(HWND, UINT, WPARAM, LPARAM) noexcept;
   LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam);
-  void paint(HDC target) const;
+  struct Picture {
+    std::wstring path;
+    DWORD bytes = 0;
+    FILETIME written = {};
+    PictureHeader header;
+    handles::Gdi bitmap;  // at natural size, on the window's background; null until it is decoded
+  };
+  struct Bar {
+    int length = -1;
+    int page = 0;
+    int position = 0;
+  };
+
+  static bool isSame(const Picture& one, const Picture& other) noexcept;
+  bool takeKept(const Picture& wanted);
+  void keep(Picture picture) noexcept;
+  void decodeWaiting() noexcept;
+  void onDecodingFailed();
+  void onNewColours() noexcept;
+  void paint(HDC target);
   void paintPicture(HDC target) const;
+  void setBar(int bar, int length, int page, int position) noexcept;
   void updateScrollBars() noexcept;
   void scrollTo(int bar, int position) noexcept;
   void onScroll(int bar, WORD request) noexcept;
@@ -44,10 +75,12 @@ class PictureBox : public Control {
   SIZE clientSize() const noexcept;
 
   WindowClass class_;
-  std::wstring path_;
-  handles::Gdi bitmap_;  // at natural size, on the window's background
-  handles::Gdi scaled_;  // at the shown size; null while that is the natural one
-  SIZE natural_ = {};
+  PictureDecoder decoder_;
+  Picture picture_;
+  std::string waiting_;        // the file of the shown picture until it is decoded
+  std::vector<Picture> kept_;  // the newest first
+  Error failure_{0};
+  Bar bars_[2];  // as the window has them, by SB_HORZ and SB_VERT
   SIZE shown_ = {};
   POINT offset_ = {};
   int wheelRest_ = 0;

@@ -68,4 +68,35 @@ std::string bytes(const unsigned char (&picture)[size]) {
   return {reinterpret_cast<const char*>(picture), size};
 }
 
+// A blue GIF file of any size.
+inline std::string blueGifOf(int width, int height) {
+  std::string file = "GIF89a";
+  for (const int number : {width, height}) {
+    file += static_cast<char>(number);
+    file += static_cast<char>(number >> 8);
+  }
+  file += std::string("\x80\x00\x00", 3) + std::string("\x00\x00\xFF\x00\x00\x00", 6);
+  file += "," + std::string(4, '\0') + file.substr(6, 4) + std::string("\x00\x02", 2);
+  // Codes of three bits: after each two pixels (0) the table begins anew (4), so that it never
+  // grows; 5 is the end.
+  std::string data;
+  unsigned bits = 0;
+  int count = 0;
+  const auto put = [&](unsigned code) {
+    bits |= code << count;
+    for (count += 3; count >= 8; count -= 8, bits >>= 8) data += static_cast<char>(bits);
+  };
+  for (int pixel = 0; pixel < width * height; ++pixel) {
+    if (pixel % 2 == 0) put(4);
+    put(0);
+  }
+  put(5);
+  data += static_cast<char>(bits);
+  for (std::size_t done = 0; done < data.size(); done += 255) {
+    const std::string block = data.substr(done, 255);
+    file += static_cast<char>(block.size()) + block;
+  }
+  return file + std::string("\0;", 2);
+}
+
 }  // namespace pictures

@@ -3,6 +3,7 @@
 #include "catalogue/resource.h"
 #include "common/forms/WebBrowser.h"
 #include "tests/support/ImportPatch.h"
+#include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/error_number.h"
 #include "tests/support/pictures.h"
@@ -79,6 +80,62 @@ class NoBitmaps {
   ImportPatch begins_{nullptr, "user32.dll", "BeginPaint", begin};
   ImportPatch ends_{nullptr, "user32.dll", "EndPaint", end};
 };
+
+// How often a file is made a bitmap of, and with which library.
+class Decodings {
+ public:
+  explicit Decodings(bool hasLibrary = true) {
+    current_ = this;
+    count_ = loads_ = 0;
+    hasLibrary_ = hasLibrary;
+  }
+  static int count() { return count_; }
+  static int loads() { return loads_; }
+
+ private:
+  static HBITMAP WINAPI make(HDC context, const BITMAPINFO* info, UINT usage, void** bits,
+                             HANDLE section, DWORD offset) {
+    ++count_;
+    return current_->bitmaps_.original<decltype(make)>()(context, info, usage, bits, section,
+                                                         offset);
+  }
+  static HMODULE WINAPI load(LPCWSTR name) {
+    if (std::wstring_view(name) != L"gdiplus.dll")
+      return current_->libraries_.original<decltype(load)>()(name);
+    ++loads_;
+    return hasLibrary_ ? current_->libraries_.original<decltype(load)>()(name) : nullptr;
+  }
+
+  static inline Decodings* current_ = nullptr;
+  static inline int count_ = 0;
+  static inline int loads_ = 0;
+  static inline bool hasLibrary_ = true;
+  ImportPatch bitmaps_{nullptr, "gdi32.dll", "CreateDIBSection", make};
+  ImportPatch libraries_{nullptr, "kernel32.dll", "LoadLibraryW", load};
+};
+
+// How often a window is told of its scroll bars.
+class BarCalls {
+ public:
+  BarCalls() {
+    current_ = this;
+    count_ = 0;
+  }
+  static int count() { return count_; }
+
+ private:
+  static int WINAPI set(HWND window, int bar, const SCROLLINFO* info, BOOL paint) {
+    ++count_;
+    return current_->patch_.original<decltype(set)>()(window, bar, info, paint);
+  }
+  static inline BarCalls* current_ = nullptr;
+  static inline int count_ = 0;
+  ImportPatch patch_{nullptr, "user32.dll", "SetScrollInfo", set};
+};
+
+// More pixels than are decoded at once.
+constexpr int largeWidth = 1200;
+constexpr int largeHeight = 1000;
 
 }  // namespace
 
@@ -210,4 +267,167 @@ TEST_CASE("a picture box leaves no window class and no handle behind") {
   CHECK(handles::liveCount() == before);
   WNDCLASSW known = {};
   CHECK_FALSE(GetClassInfoW(GetModuleHandleW(nullptr), forms::PictureBox::className, &known));
+}
+
+TEST_CASE("a picture of absurd size is refused before anything is decoded") {
+  const ScratchFolder disk;
+  std::string gif = pictures::bytes(pictures::blueGif);
+  gif[7] = gif[9] = '\x7F';  // 32,713 by 32,612
+  std::string frame = pictures::bytes(pictures::blueGif);
+  const std::size_t place = frame.find(',');
+  frame[place + 6] = frame[place + 8] = '\x7F';  // the frame instead of the screen
+  std::string jpeg = pictures::bytes(pictures::blueJpeg);
+  const std::size_t start = jpeg.find("\xFF\xC0");
+  REQUIRE(start != jpeg.npos);
+  jpeg[start + 5] = jpeg[start + 7] = '\xFF';
+  std::string thin = pictures::bytes(pictures::blueJpeg);
+  thin[start + 7] = '\x80';  // 32,969 by 100
+  const std::vector<std::wstring> paths = {
+      disk.writeFile(L"a.gif", gif), disk.writeFile(L"b.gif", frame),
+      disk.writeFile(L"c.jpg", jpeg), disk.writeFile(L"d.jpg", thin)};
+  PictureForm([&](PictureForm& form) {
+    const Decodings decodings;
+    for (const auto& path : paths) {
+      CAPTURE(path);
+      CHECK(loadError(form.box, path) == forms::PictureBox::invalidPicture);
+      CHECK_FALSE(form.box.hasPicture());
+    }
+    CHECK(decodings.loads() == 0);
+    CHECK(decodings.count() == 0);
+  });
+}
+
+TEST_CASE("a large picture has its size at once and is decoded when it is painted") {
+  const ScratchFolder disk;
+  const auto path = disk.writeFile(L"a.gif", pictures::blueGifOf(largeWidth, largeHeight));
+  PictureForm([&](PictureForm& form) {
+    const Decodings decodings;
+    form.box.load(path);
+    CHECK(form.box.naturalSize().cx == largeWidth);
+    CHECK(form.box.naturalSize().cy == largeHeight);
+    CHECK(hasBar(form.box, WS_HSCROLL));
+    CHECK(decodings.count() == 0);
+    UpdateWindow(form.box.hwnd());
+    CHECK(decodings.count() == 1);
+    CHECK(GetBValue(middleColour(form.box)) > 200);
+    CHECK(GetRValue(middleColour(form.box)) < 60);
+    CHECK(decodings.count() == 1);
+  });
+}
+
+TEST_CASE("a large picture that is left before its turn is never decoded") {
+  const ScratchFolder disk;
+  const auto large = disk.writeFile(L"a.gif", pictures::blueGifOf(largeWidth, largeHeight));
+  const auto other = disk.writeFile(L"b.gif", pictures::blueGifOf(largeWidth, largeHeight + 1));
+  PictureForm([&](PictureForm& form) {
+    const Decodings decodings;
+    form.box.load(large);
+    form.box.load(other);
+    form.box.load(large);
+    forms::yieldToMessages();
+    UpdateWindow(form.box.hwnd());
+    CHECK(decodings.count() == 1);
+    CHECK(form.box.path() == large);
+    form.box.load(other);
+    form.box.clear();
+    UpdateWindow(form.box.hwnd());
+    CHECK(decodings.count() == 1);
+  });
+}
+
+TEST_CASE("a large file that turns out to be no picture empties its box and says so") {
+  const ScratchFolder disk;
+  const auto whole = pictures::blueGifOf(largeWidth, largeHeight);
+  const auto cut = disk.writeFile(L"a.gif", whole.substr(0, 2000));
+  const auto good = disk.writeFile(L"b.gif", pictures::bytes(pictures::blueGif));
+  PictureForm([&](PictureForm& form) {
+    std::vector<long> failures;
+    form.box.onFailed = [&](const Error& error) { failures.push_back(error.number()); };
+    form.box.load(cut);
+    UpdateWindow(form.box.hwnd());
+    CHECK(failures.empty());
+    CHECK(pumpUntil([&] { return !failures.empty(); }));
+    CHECK(failures == std::vector<long>{forms::PictureBox::invalidPicture});
+    CHECK_FALSE(form.box.hasPicture());
+
+    form.box.load(cut);
+    UpdateWindow(form.box.hwnd());
+    form.box.load(good);  // before the news is there
+    forms::yieldToMessages();
+    CHECK(failures.size() == 1);
+    CHECK(form.box.path() == good);
+  });
+}
+
+TEST_CASE("a small picture is kept and decoded again when its file has changed") {
+  const ScratchFolder disk;
+  const auto one = disk.writeFile(L"a.gif", pictures::bytes(pictures::blueGif));
+  const auto other = disk.writeFile(L"b.jpg", pictures::bytes(pictures::blueJpeg));
+  PictureForm([&](PictureForm& form) {
+    const Decodings decodings;
+    form.box.load(one);
+    form.box.load(one);
+    CHECK(decodings.count() == 1);
+    form.box.load(other);
+    form.box.load(one);
+    form.box.clear();
+    form.box.load(other);
+    CHECK(decodings.count() == 2);
+    CHECK(GetBValue(middleColour(form.box)) > 200);
+    disk.writeFile(L"b.jpg", pictures::blueGifOf(30, 20));
+    form.box.load(other);
+    CHECK(decodings.count() == 3);
+    CHECK(form.box.naturalSize().cx == 30);
+  });
+}
+
+TEST_CASE("pictures show without the graphics library too") {
+  const ScratchFolder disk;
+  const auto gif = disk.writeFile(L"a.gif", pictures::bytes(pictures::blueGif));
+  const auto jpeg = disk.writeFile(L"a.jpg", pictures::bytes(pictures::blueJpeg));
+  const auto clear = disk.writeFile(L"b.gif", pictures::bytes(pictures::clearGif));
+  const auto cut = disk.writeFile(L"d.gif", pictures::bytes(pictures::blueGif).substr(0, 60));
+  PictureForm([&](PictureForm& form) {
+    const Decodings decodings(false);
+    for (const auto& path : {gif, jpeg}) {
+      form.box.load(path);
+      CHECK(form.box.naturalSize().cx == 201);
+      CHECK(GetBValue(middleColour(form.box)) > 200);
+      CHECK(GetRValue(middleColour(form.box)) < 60);
+    }
+    form.box.load(clear);
+    CHECK(middleColour(form.box) == GetSysColor(COLOR_WINDOW));
+    CHECK(loadError(form.box, cut) == forms::PictureBox::invalidPicture);
+    CHECK(decodings.loads() == 1);
+  });
+}
+
+TEST_CASE("showing one small picture after another leaves the scroll bars alone") {
+  const ScratchFolder disk;
+  const auto one = disk.writeFile(L"a.gif", pictures::bytes(pictures::blueGif));
+  const auto other = disk.writeFile(L"b.gif", pictures::blueGifOf(30, 20));
+  PictureForm([&](PictureForm& form) {
+    form.box.load(one);
+    const BarCalls calls;
+    form.box.load(other);
+    form.box.clear();
+    form.box.load(one, [](SIZE natural) { return SIZE{natural.cx / 2, natural.cy / 2}; });
+    CHECK(form.box.pictureSize().cx == 100);
+    CHECK(calls.count() == 0);
+  });
+}
+
+TEST_CASE("a transparent picture follows the window's background") {
+  const ScratchFolder disk;
+  const auto path = disk.writeFile(L"a.gif", pictures::bytes(pictures::clearGif));
+  PictureForm([&](PictureForm& form) {
+    form.box.load(path);
+    const Decodings decodings;
+    SendMessageW(form.hwnd(), WM_SYSCOLORCHANGE, 0, 0);
+    CHECK(decodings.count() == 1);
+    CHECK(form.box.path() == path);
+    DeleteFileW(path.c_str());
+    SendMessageW(form.hwnd(), WM_SYSCOLORCHANGE, 0, 0);
+    CHECK(form.box.hasPicture());
+  });
 }
