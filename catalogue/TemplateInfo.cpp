@@ -19,6 +19,7 @@ class Description {
   std::wstring value(std::wstring_view key, std::wstring_view fallback = {}) const {
     return text::trimBlanks(readIniValue(file_, section_, key, fallback, valueLength));
   }
+  std::wstring title() const { return value(L"Title", section_); }
 
  private:
   std::wstring file_;
@@ -54,11 +55,15 @@ TemplateInfo GetDWTInfo(std::wstring_view folder, std::wstring_view baseName) {
   const std::wstring path = modCommon::withBackslash(folder);
   const Description description(path, baseName);
   TemplateInfo info;
-  info.title = description.value(L"Title", baseName);
+  info.title = description.title();
   info.description = description.value(L"Description", L"<not available>");
   info.preview = findPreview(path, baseName, description.value(L"Preview"));
   info.readme = findReadme(path, description.value(L"Readme"), info.preview);
   return info;
+}
+
+std::wstring templateTitle(std::wstring_view folder, std::wstring_view baseName) {
+  return Description(modCommon::withBackslash(folder), baseName).title();
 }
 
 bool IsImageFile(std::wstring_view path) {

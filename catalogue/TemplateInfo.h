@@ -14,6 +14,9 @@ struct TemplateInfo {
 // Reads the description of the template `baseName` in `folder`; every missing key has its default.
 TemplateInfo GetDWTInfo(std::wstring_view folder, std::wstring_view baseName);
 
+// Its title alone: GetDWTInfo's, without a look for the other files.
+std::wstring templateTitle(std::wstring_view folder, std::wstring_view baseName);
+
 // True for a path whose extension is gif, jpg or jpeg in any letter case.
 bool IsImageFile(std::wstring_view path);
 

@@ -116,7 +116,7 @@ void TemplateScan::listFile(std::wstring_view folder, const FileEntry& entry) {
     return;
   }
   if (IsTemplateListed(key)) return;
-  const std::wstring title = GetDWTInfo(folder, templateBaseName(entry.name)).title;
+  const std::wstring title = templateTitle(folder, templateBaseName(entry.name));
   view_.add({key, title, std::wstring(folder)});
   modCommon::WriteLog(title);
 }

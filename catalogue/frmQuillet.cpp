@@ -55,9 +55,11 @@ class frmQuillet::Scanning {
  public:
   explicit Scanning(frmQuillet& form) noexcept : form_(form), focus_(GetFocus()) {
     set(true);
+    form_.lvDWTs.beginGrowing();
     handedOn_ = GetFocus();
   }
   ~Scanning() {
+    form_.lvDWTs.endGrowing();
     set(false);
     giveFocusBack();
   }
@@ -127,6 +129,7 @@ void frmQuillet::ShowQuillet(bool /*openedFromOnline*/, HWND owner) {
 
 void frmQuillet::connectEvents() {
   lvDWTs.onItemClick = [this] { lvListView_ItemClick(); };
+  xwpPreview.onFailed = [this](const Error& error) { xwpPreview_Failed(error); };
   cbZoom.onClick = [this] { cboZoom_Click(); };
   cmdCopytoWeb.onClick = [this] { cmdCopytoWeb_Click(); };
   cmdDestFolder.onClick = [this] { cmdDestFolder_Click(); };
@@ -276,6 +279,7 @@ void frmQuillet::enableTemplateButtons(bool enabled) {
 }
 
 bool frmQuillet::keepGoing() {
+  lvDWTs.showGrowth();
   forms::yieldToMessages();
   return cancelFlag_ && !isUnloaded();
 }
@@ -284,7 +288,12 @@ void frmQuillet::add(const TemplateEntry& entry) {
   lvDWTs.add({entry.key, entry.title, entry.folder, entry.folder});
 }
 
-void frmQuillet::showNotReady(const std::wstring& text) { message(text, MB_ICONHAND); }
+// The box stays for as long as the user likes: the list behind it is painted meanwhile.
+void frmQuillet::showNotReady(const std::wstring& text) {
+  lvDWTs.endGrowing();
+  message(text, MB_ICONHAND);
+  lvDWTs.beginGrowing();
+}
 
 void frmQuillet::showWaitCursor(bool shown) noexcept {
   if (shown)
@@ -331,14 +340,14 @@ void frmQuillet::showPreview(const Preview& preview) {
 
 void frmQuillet::showPicture(const std::wstring& file) {
   showPlace(true);
-  xwpPreview.load(file);
+  xwpPreview.load(file, [this](SIZE natural) { return zoomedSize(natural); });
   cbZoom.setEnabled(true);
-  applyZoom();
 }
 
 void frmQuillet::showPage(const std::wstring& file) {
   wbPreview.navigate(modCommon::fileSize(file) == 0 ? forms::WebBrowser::blankPage : file);
   showPlace(false);
+  xwpPreview.clear();
   cbZoom.setEnabled(false);
 }
 
@@ -347,6 +356,13 @@ void frmQuillet::showPreviewError() {
   cbZoom.setEnabled(false);
   wbPreview.setBodyHtml(previewErrorPage, previewErrorText);
   showPlace(false);
+}
+
+void frmQuillet::xwpPreview_Failed(const Error& error) {
+  handle(L"lvListView_ItemClick", [&] {
+    showPreviewError();
+    throw error;
+  });
 }
 
 // Picture and page share one place. The one that comes is there before the other one goes, which
@@ -384,15 +400,14 @@ void frmQuillet::wbPreview_NavigateError(const std::wstring& address, bool topFr
 void frmQuillet::cboZoom_Click() {
   handle(L"cboZoom_Click", [this] {
     if (lvDWTs.count() == 0 || !xwpPreview.hasPicture()) return;
-    xwpPreview.load(xwpPreview.path());
-    applyZoom();
+    const std::wstring file = xwpPreview.path();
+    xwpPreview.load(file, [this](SIZE natural) { return zoomedSize(natural); });
   });
 }
 
-void frmQuillet::applyZoom() {
-  const SIZE natural = xwpPreview.naturalSize();
+SIZE frmQuillet::zoomedSize(SIZE natural) const {
   const long percent = cbZoom.selectedData();
-  xwpPreview.setPictureSize({zoomed(natural.cx, percent), zoomed(natural.cy, percent)});
+  return {zoomed(natural.cx, percent), zoomed(natural.cy, percent)};
 }
 
 // The destination

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace text {
@@ -10,7 +11,6 @@ namespace text {
 class NameSet {
  public:
   NameSet() = default;
-  // Quicker than to insert one by one.
   explicit NameSet(const std::vector<std::wstring>& names);
 
   // False when it is there already.
@@ -20,7 +20,7 @@ class NameSet {
   bool has(std::wstring_view name) const;
 
  private:
-  std::vector<std::wstring> names_;  // lowered, in order
+  std::unordered_set<std::wstring> names_;  // lowered
 };
 
 }  // namespace text

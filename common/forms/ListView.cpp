@@ -8,6 +8,8 @@
 namespace forms {
 namespace {
 
+constexpr DWORD growthInterval = 100;  // milliseconds
+
 const ListRow& rowOf(LPARAM data) { return *reinterpret_cast<const ListRow*>(data); }
 
 // By the user's locale, ignoring letter case.
@@ -54,7 +56,27 @@ int ListView::add(ListRow row) {
     throw Error(errors::outOfMemory);
   }
   if (!added.key.empty()) keys_.insert(added.key);
+  showGrowth();
   return index;
+}
+
+void ListView::beginGrowing() noexcept {
+  growing_ = true;
+  shownAt_ = GetTickCount();
+  SendMessageW(hwnd(), WM_SETREDRAW, FALSE, 0);
+}
+
+void ListView::showGrowth() noexcept {
+  if (!growing_ || GetTickCount() - shownAt_ < growthInterval) return;
+  endGrowing();
+  UpdateWindow(hwnd());
+  beginGrowing();
+}
+
+void ListView::endGrowing() noexcept {
+  growing_ = false;
+  SendMessageW(hwnd(), WM_SETREDRAW, TRUE, 0);
+  InvalidateRect(hwnd(), nullptr, TRUE);
 }
 
 // Behind the rows that come before it in the order of the header.

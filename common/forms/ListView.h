@@ -40,6 +40,12 @@ class ListView : public Control {
   void autoSizeColumn() noexcept;
   void setImages(HIMAGELIST images) noexcept;  // borrowed
 
+  // Between these, what is added shows no more often than ten times a second, at the next add or
+  // showGrowth: painting costs far more than adding. The user can go on working with the list.
+  void beginGrowing() noexcept;
+  void showGrowth() noexcept;
+  void endGrowing() noexcept;
+
   // The user selected a row, by mouse or keyboard, or clicked on the selected one again.
   std::function<void()> onItemClick;
   std::function<void()> onDoubleClick;
@@ -58,6 +64,8 @@ class ListView : public Control {
   std::vector<std::unique_ptr<ListRow>> rows_;  // owned; the control refers to them
   text::NameSet keys_;
   int quiet_ = 0;
+  bool growing_ = false;
+  DWORD shownAt_ = 0;       // by the tick count
   bool pressTold_ = false;  // by the selection that this press of the mouse button has made
   bool sorted_ = false;
   bool descending_ = false;

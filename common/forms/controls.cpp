@@ -33,7 +33,9 @@ void Control::focus() noexcept { form_.giveFocus(window_); }
 void Control::setToolTip(std::wstring_view value) { toolTip_ = value; }
 
 void Label::setText(std::wstring_view value) {
-  if (text() != value) Control::setText(value);
+  if (set_ == value) return;
+  Control::setText(value);
+  set_ = value;
 }
 
 std::wstring Label::toolTip() const {
@@ -107,13 +109,28 @@ void ComboBox::onCommand(WORD code) {
 
 void ProgressBar::setMaximum(long maximum) noexcept {
   maximum_ = maximum;
+  shown_ = -1;
   // The control itself wants a range that is not empty.
   SendMessageW(hwnd(), PBM_SETRANGE32, 0, std::max(maximum, 1L));
 }
 
 void ProgressBar::setValue(long value) noexcept {
   value_ = value;
+  const bool atEnd = value == 0 || value == maximum_;
+  if (atEnd ? value != shown_ : pixelsAt(value) != pixelsAt(shown_)) show(value);
+}
+
+// The control paints itself at each position that it is given, also where no pixel changes.
+void ProgressBar::show(long value) noexcept {
+  shown_ = value;
   SendMessageW(hwnd(), PBM_SETPOS, static_cast<WPARAM>(value), 0);
+}
+
+LONG ProgressBar::pixelsAt(long value) const noexcept {
+  RECT client = {};
+  GetClientRect(hwnd(), &client);
+  if (value < 0) return -1;
+  return maximum_ > 0 ? MulDiv(value, client.right, maximum_) : 0;
 }
 
 void ProgressBar::ResetProgress(short maximum) noexcept {

@@ -6,6 +6,7 @@
 #include <commctrl.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -69,6 +70,8 @@ class Label : public Control {
  private:
   std::wstring toolTip() const override;
   void onDraw(HDC target, const RECT& place) override;
+
+  std::optional<std::wstring> set_;  // what it was last given; before that the resource's text
 };
 
 class Button : public Control {
@@ -124,8 +127,12 @@ class ProgressBar : public Control {
   void StepProgress(short by) noexcept;
 
  private:
+  void show(long value) noexcept;
+  LONG pixelsAt(long value) const noexcept;
+
   long maximum_ = 100;
   long value_ = 0;
+  long shown_ = 0;
 };
 
 }  // namespace forms

@@ -63,6 +63,27 @@ struct OtherFileSystem {
   UINT modeDuringSearch = 0;
 };
 
+// How often a description file is asked for a value, each of which opens it anew.
+class ProfileReads {
+ public:
+  ProfileReads() {
+    current_ = this;
+    count_ = 0;
+  }
+  static int count() { return count_; }
+
+ private:
+  static DWORD WINAPI read(LPCSTR section, LPCSTR key, LPCSTR fallback, LPSTR value, DWORD length,
+                           LPCSTR file) {
+    ++count_;
+    return current_->patch_.original<decltype(read)>()(section, key, fallback, value, length, file);
+  }
+
+  static inline ProfileReads* current_ = nullptr;
+  static inline int count_ = 0;
+  ImportPatch patch_{nullptr, "kernel32.dll", "GetPrivateProfileStringA", read};
+};
+
 // A listed folder on the disk, and the list that its scan fills.
 struct ScannedFolder {
   ScratchFolder listed;
@@ -93,6 +114,16 @@ TEST_CASE("a listed template has its path and title and folder") {
   CHECK(folder.list.rows[0].key == folder / L"T\\home.dwt");
   CHECK(folder.list.rows[0].title == L"Home page");
   CHECK(folder.list.rows[0].folder == folder / L"T");
+}
+
+TEST_CASE("listing a template opens its description file once") {
+  ScannedFolder folder;
+  folder.listed.writeFile(L"T\\home.dwt");
+  folder.listed.writeFile(L"T\\quillet.ini", "[home]\r\nTitle=Home page\r\n");
+  const ProfileReads reads;
+  folder.run();
+  CHECK(folder.list.rows.size() == 1);
+  CHECK(reads.count() == 1);
 }
 
 TEST_CASE("a template folder may hold several templates and other files") {

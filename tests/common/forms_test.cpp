@@ -9,6 +9,7 @@
 #include "common/forms/resource.h"
 #include "tests/support/DialogResource.h"
 #include "tests/support/Frame.h"
+#include "tests/support/ImportPatch.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/error_number.h"
 #include "tests/support/text_output.h"
@@ -48,6 +49,31 @@ class ProbeForm : public forms::Form {
   }
   void Form_Unload() override { events.emplace_back(L"unload"); }
 };
+
+// How often the program looks into the message queue.
+class Peeks {
+ public:
+  Peeks() {
+    current_ = this;
+    count_ = 0;
+  }
+  static int count() { return count_; }
+
+ private:
+  static BOOL WINAPI peek(LPMSG message, HWND window, UINT first, UINT last, UINT removal) {
+    ++count_;
+    return current_->patch_.original<decltype(peek)>()(message, window, first, last, removal);
+  }
+
+  static inline Peeks* current_ = nullptr;
+  static inline int count_ = 0;
+  ImportPatch patch_{nullptr, "user32.dll", "PeekMessageW", peek};
+};
+
+DWORD WINAPI sendCheck(void* box) {
+  SendMessageW(static_cast<HWND>(box), BM_SETCHECK, BST_CHECKED, 0);
+  return 0;
+}
 
 // Any of the program's forms, without controls of its own.
 class AnyForm : public forms::Form {
@@ -258,6 +284,36 @@ TEST_CASE("yielding handles what is in the queue and returns") {
   };
   form.show(nullptr);
   CHECK(presses == 2);
+}
+
+TEST_CASE("yielding with nothing in the queue looks for no message") {
+  ProbeForm form;
+  form.activate = [](ProbeForm& self) {
+    pumpUntil([] { return HIWORD(GetQueueStatus(QS_ALLINPUT)) == 0; });
+    const Peeks peeks;
+    forms::yieldToMessages();
+    CHECK(peeks.count() == 0);
+    PostMessageW(self.hwnd(), WM_NULL, 0, 0);
+    forms::yieldToMessages();
+    CHECK(peeks.count() > 0);
+    self.close();
+  };
+  form.show(nullptr);
+}
+
+TEST_CASE("yielding answers what other threads have sent") {
+  ProbeForm form;
+  form.activate = [](ProbeForm& self) {
+    const HWND window = self.check.hwnd();
+    const HANDLE thread = CreateThread(nullptr, 0, sendCheck, window, 0, nullptr);
+    const DWORD began = GetTickCount();
+    while (self.check.value() == 0 && GetTickCount() - began < 10000) forms::yieldToMessages();
+    CHECK(self.check.value() == 1);
+    CHECK(WaitForSingleObject(thread, 10000) == WAIT_OBJECT_0);
+    CloseHandle(thread);
+    self.close();
+  };
+  form.show(nullptr);
 }
 
 TEST_CASE("a form closed while its work yields stays on the screen until the work has returned") {

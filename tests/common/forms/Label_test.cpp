@@ -2,6 +2,7 @@
 #include "common/forms/PictureBox.h"
 #include "common/forms/WebBrowser.h"
 #include "common/forms/controls.h"
+#include "tests/support/MessageCount.h"
 #include "tests/support/text_output.h"
 
 namespace {
@@ -95,5 +96,22 @@ TEST_CASE("a text that fits into the lines of its label is shown whole") {
     CHECK(form.painted() == form.expected(text, 0));
     form.label.setText(L"");
     CHECK(form.painted() == form.expected(L"", 0));
+  });
+}
+
+TEST_CASE("a label that is given its own text again does not ask for it") {
+  LabelForm([](LabelForm& form) {
+    form.label.setText(L"one");
+    {
+      const MessageCount questions(form.label.hwnd(), WM_GETTEXT);
+      form.label.setText(L"one");
+      CHECK(questions.get() == 0);
+    }
+    const MessageCount texts(form.label.hwnd(), WM_SETTEXT);
+    form.label.setText(L"one");
+    CHECK(texts.get() == 0);
+    form.label.setText(L"two");
+    CHECK(texts.get() == 1);
+    CHECK(form.label.text() == L"two");
   });
 }

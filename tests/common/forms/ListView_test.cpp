@@ -3,6 +3,8 @@
 #include "catalogue/resource.h"
 #include "common/forms/PictureBox.h"
 #include "common/forms/WebBrowser.h"
+#include "tests/support/MessageCount.h"
+#include "tests/support/ModalDriver.h"
 #include "tests/support/text_output.h"
 
 namespace {
@@ -257,5 +259,56 @@ TEST_CASE("a list that grows paints only what has come to it") {
     GetUpdateRect(form.list.hwnd(), &stale, FALSE);
     CHECK(stale.top == before.bottom);
     CHECK(stale.bottom == before.bottom + 40);
+  });
+}
+
+TEST_CASE("rows that come into a growing list are painted together") {
+  ListForm({}, [](ListForm& form) {
+    form.list.beginGrowing();
+    const DWORD began = GetTickCount();
+    const MessageCount paints(form.list.hwnd(), WM_PAINT);
+    for (int row = 0; row < 300; ++row) {
+      form.add(std::to_wstring(row));
+      forms::yieldToMessages();
+    }
+    // Ten times a second, and once for what was still to be painted before.
+    CHECK(paints.get() <= static_cast<int>((GetTickCount() - began) / 100) + 1);
+    CHECK(form.list.count() == 300);
+    form.list.endGrowing();
+    const int before = paints.get();
+    CHECK(GetUpdateRect(form.list.hwnd(), nullptr, FALSE));
+    UpdateWindow(form.list.hwnd());
+    CHECK(paints.get() == before + 1);
+  });
+}
+
+TEST_CASE("a growing list shows after a while what has come into it") {
+  ListForm({}, [](ListForm& form) {
+    form.list.beginGrowing();
+    form.add(L"a");
+    const MessageCount paints(form.list.hwnd(), WM_PAINT);
+    form.list.showGrowth();
+    CHECK(paints.get() == 0);
+    CHECK(pumpUntil([&] {
+      form.list.showGrowth();
+      return paints.get() > 0;
+    }));
+    form.list.endGrowing();
+  });
+}
+
+TEST_CASE("the user goes on working with a list while it grows") {
+  ListForm({L"a", L"b"}, [](ListForm& form) {
+    int clicks = 0;
+    form.list.onItemClick = [&] { ++clicks; };
+    form.list.select(0);
+    form.list.focus();
+    form.list.beginGrowing();
+    form.add(L"c");
+    PostMessageW(form.list.hwnd(), WM_KEYDOWN, VK_DOWN, 1);
+    forms::yieldToMessages();
+    CHECK(form.list.selected() == 1);
+    CHECK(clicks == 1);
+    form.list.endGrowing();
   });
 }

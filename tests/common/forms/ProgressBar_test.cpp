@@ -2,6 +2,7 @@
 #include <commctrl.h>
 
 #include "common/forms/controls.h"
+#include "tests/support/MessageCount.h"
 #include "tests/support/text_output.h"
 #include "webcopy/resource.h"
 
@@ -76,5 +77,30 @@ TEST_CASE("a progress bar takes the largest counts and no negative maximum") {
     form.bar.ResetProgress(-1);
     CHECK(form.range() == 32767);
     CHECK(form.shown() == 32767);
+  });
+}
+
+TEST_CASE("a progress bar is not painted for steps that change no pixel") {
+  BarForm([](BarForm& form) {
+    form.bar.ResetProgress(30000);
+    RECT client;
+    GetClientRect(form.bar.hwnd(), &client);
+    const MessageCount steps(form.bar.hwnd(), PBM_SETPOS);
+    for (int step = 0; step < 30000; ++step) form.bar.StepProgress(1);
+    CHECK(form.bar.value() == 30000);
+    CHECK(form.shown() == 30000);
+    CHECK(steps.get() >= client.right - 1);
+    CHECK(steps.get() <= client.right + 1);
+  });
+}
+
+TEST_CASE("a progress bar shows its first and last step whatever came before") {
+  BarForm([](BarForm& form) {
+    form.bar.ResetProgress(30000);
+    form.bar.StepProgress(29999);
+    form.bar.StepProgress(1);
+    CHECK(form.shown() == 30000);
+    form.bar.ResetProgress(30000);
+    CHECK(form.shown() == 0);
   });
 }
