@@ -32,9 +32,7 @@ class Silent final : public DownloadView {
     forms::yieldToMessages();
     return true;
   }
-  std::wstring caption() const override { return {}; }
   void showCaption(const std::wstring&) override {}
-  std::wstring current() const override { return {}; }
   void showCurrent(const std::wstring&) override {}
   void showCurrentSize(const std::wstring&) override {}
   void showOverallSize(const std::wstring&) override {}
