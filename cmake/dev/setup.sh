@@ -2,8 +2,8 @@
 
 packages_to_work=(
   wine wine32:i386 wine64 g++-mingw-w64-i686-win32 libz-mingw-w64-dev mingw-w64-tools doctest-dev
-  cmake ninja-build dpkg-dev clang-format python3 python3-pyftpdlib zip xvfb openbox imagemagick x11-utils fonts-wine
-  fonts-liberation)
+  cmake ninja-build dpkg-dev clang-format python3 python3-pyftpdlib zip 7zip libarchive-tools fastjar
+  xvfb openbox imagemagick x11-utils fonts-wine fonts-liberation)
 packages_to_lint=(clang-tidy cppcheck)
 
 # usage: set_up [PACKAGE...]   The packages that are wanted beside those that every command needs.
@@ -30,7 +30,8 @@ missing_packages() {
 check_tools_elsewhere() {
   local tool
   for tool in wine wineserver i686-w64-mingw32-g++-win32 i686-w64-mingw32-windres \
-    i686-w64-mingw32-widl cmake ninja clang-format python3 zip Xvfb openbox import; do
+    i686-w64-mingw32-widl cmake ninja clang-format python3 zip 7zz bsdtar fastjar Xvfb openbox \
+    import; do
     command -v "$tool" >/dev/null || missing_elsewhere "$tool"
   done
   # The compiler answers with a path when it finds the library.
@@ -42,8 +43,8 @@ missing_elsewhere() {
   die "$1 is missing, and only Debian and Ubuntu are set up by themselves. Needed here: Wine for" \
     "32-bit and 64-bit programs, mingw-w64's g++ for i686 with the win32 thread model, its windres" \
     "and widl, its zlib, doctest, CMake 3.25, Ninja, clang-format, Python 3 with its pyftpdlib, zip," \
-    "Xvfb, openbox, ImageMagick, xdpyinfo, the Liberation fonts, and Info-ZIP's unzip32.dll in" \
-    "build/third-party/unzip; clang-tidy and cppcheck to lint."
+    "7-Zip, bsdtar, fastjar, Xvfb, openbox, ImageMagick, xdpyinfo, the Liberation fonts, and" \
+    "Info-ZIP's unzip32.dll in build/third-party/unzip; clang-tidy and cppcheck to lint."
 }
 
 # Runs in a subshell, whose end removes the temporary files however it comes.

@@ -288,12 +288,11 @@ std::string archivePath(const std::wstring& path) {
   return text::toAnsi(asPattern(ansi));
 }
 
+// A system that could not make the file may name it all the same.
 bool canMakeFileIn(const std::wstring& folder) {
   const NoSystemBoxes quiet;
   wchar_t name[MAX_PATH];
-  if (!GetTempFileNameW(folder.c_str(), L"qui", 0, name)) return false;
-  DeleteFileW(name);
-  return true;
+  return GetTempFileNameW(folder.c_str(), L"qui", 0, name) && DeleteFileW(name);
 }
 
 // What a result says for which the library has no words.

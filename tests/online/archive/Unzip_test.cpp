@@ -1,3 +1,7 @@
+#include <windows.h>
+
+#include <sddl.h>
+
 #include <functional>
 
 #include "common/ansi.h"
@@ -144,24 +148,64 @@ TEST_CASE("an extraction folder that is a file is named in a message") {
 
 namespace {
 
-UINT WINAPI noTemporaryFile(LPCWSTR, LPCWSTR, UINT, LPWSTR) {
-  SetLastError(ERROR_ACCESS_DENIED);
-  return 0;
-}
+// A folder in which nobody may make anything: of the system around Wine one that even its
+// administrator cannot write, of Windows one whose access list says so.
+class DeniedFolder {
+ public:
+  DeniedFolder() {
+    constexpr wchar_t devices[] = L"Z:\\sys\\kernel";
+    if (GetFileAttributesW(devices) != INVALID_FILE_ATTRIBUTES) {
+      path_ = devices;
+      return;
+    }
+    path_ = scratch_.makeFolder(L"denied");
+    setAccess(L"D:(D;;WDDC;;;WD)(A;OICI;FA;;;WD)");
+  }
+  ~DeniedFolder() { setAccess(L"D:(A;OICI;FA;;;WD)"); }
+  DeniedFolder(const DeniedFolder&) = delete;
+  DeniedFolder& operator=(const DeniedFolder&) = delete;
+
+  const std::wstring& path() const { return path_; }
+
+ private:
+  void setAccess(const wchar_t* list) const {
+    if (!path_.starts_with(scratch_.path())) return;
+    PSECURITY_DESCRIPTOR access = nullptr;
+    ConvertStringSecurityDescriptorToSecurityDescriptorW(list, SDDL_REVISION_1, &access, nullptr);
+    SetFileSecurityW(path_.c_str(), DACL_SECURITY_INFORMATION, access);
+    LocalFree(access);
+  }
+
+  ScratchFolder scratch_;
+  std::wstring path_;
+};
 
 }  // namespace
 
 TEST_CASE("an extraction folder without write permission is named in a message") {
-  // What the library meets in such a folder is met here by a folder in the way of the file.
+  const Logging logging;
+  DebugOutput output;
+  ModalDriver driver;
+  // Empty, since that folder has no room either.
+  const Unpacking unpacking(ZipMaker().add("page.htm", ""));
+  const DeniedFolder denied;
+  CHECK_FALSE(modCommon::UnzipFiles(unpacking.archive, denied.path()));
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text ==
+        denied.path() +
+            L"\r\nInvalid file path or you do not have write permission to this location.");
+  CHECK(driver.boxes()[0].icon == MB_ICONHAND);
+  CHECK(unpacking.scratch.exists(L"staging\\theme.zip"));
+  REQUIRE(output.messages().size() == 1);
+  CHECK(output.messages()[0].find(L"CANNOT CREATE") != std::wstring::npos);
+}
+
+TEST_CASE("a file that is in the way of a folder is no folder without permission") {
   ModalDriver driver;
   const Unpacking unpacking(onePage());
   unpacking.scratch.makeFolder(L"inside\\page.htm");
-  const ImportPatch patch(nullptr, "KERNEL32.dll", "GetTempFileNameW", noTemporaryFile);
   CHECK_FALSE(unpacking.run());
-  REQUIRE(driver.boxes().size() == 1);
-  CHECK(driver.boxes()[0].text ==
-        unpacking.folder +
-            L"\r\nInvalid file path or you do not have write permission to this location.");
+  CHECK(driver.boxes().empty());
 }
 
 TEST_CASE("other results of the library are logged without a message") {
