@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "online/archive/Checksum.h"
+#include "online/archive/Order.h"
 
 namespace archive {
 namespace {
@@ -429,10 +430,8 @@ bool Reader::findDescriptor(Entry& entry) {
 }
 
 Fault Reader::checkPlaces() {
-  std::vector<std::size_t> order(result_.entries.size());
-  for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
   const auto& entries = result_.entries;
-  std::sort(order.begin(), order.end(), [&](std::size_t left, std::size_t right) {
+  const auto order = sorted(entries.size(), [&](std::size_t left, std::size_t right) {
     return entries[left].header < entries[right].header;
   });
   for (std::size_t i = 1; i < order.size(); ++i)

@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <unordered_map>
-#include <unordered_set>
+#include <utility>
+#include <vector>
 
 #include "online/archive/ArchiveNames.h"
+#include "online/archive/Order.h"
 
 namespace archive {
 namespace {
@@ -83,13 +84,25 @@ std::wstring withoutEmptyParts(std::wstring_view path) {
   return result;
 }
 
+// Which file or folder an entry is to become.
+struct Claim {
+  std::wstring key;  // in capital letters, "below" between the parts
+  std::wstring name;
+  std::size_t entry = 0;
+  bool isFolder = false;
+};
+
+// No name holds it by now, and it comes before all that names hold: what lies in a folder stands
+// directly behind the folder, in the order of keys.
+constexpr wchar_t below = L'\1';
+
 // Takes in one name after the other.
 class NameCheck {
  public:
   NameCheck(const CodePages& pages, std::size_t longestPath)
       : pages_(pages), longestPath_(longestPath) {}
 
-  Fault check(const Entry& entry) {
+  Fault check(const Entry& entry, std::size_t number) {
     if (entry.name.empty()) return Fault::noName;
     const auto name = nameOf(entry, pages_);
     if (!name) return Fault::badUtf8;
@@ -99,7 +112,31 @@ class NameCheck {
     if (faultOf(place.path) != NameFault::none) return Fault::unsafeName;
     if (place.path.size() > longestPath_) return Fault::longName;
     if (place.path.empty()) return place.isFolder ? Fault::none : Fault::noName;
-    return checkMeeting(*name, place);
+    std::wstring key = pages_.upper(place.path);
+    std::replace(key.begin(), key.end(), L'/', below);
+    claims_.push_back(
+        {std::move(key), withoutEmptyParts(pages_.upper(*name)), number, place.isFolder});
+    return Fault::none;
+  }
+
+  // The first entry that meets an earlier one in the same place. The later one of two files with
+  // one name wins, as with every tool.
+  Finding meeting() const {
+    const auto order = sorted(claims_.size(), [this](std::size_t left, std::size_t right) {
+      const int compared = claims_[left].key.compare(claims_[right].key);
+      return compared < 0 || (compared == 0 && left < right);
+    });
+    Finding first;
+    std::size_t group = 0;  // where the claims to one key begin
+    for (std::size_t i = 1; i < order.size(); ++i) {
+      const Claim& before = claims_[order[group]];
+      const Claim& claim = claims_[order[i]];
+      const Fault fault = faultOfMeeting(before, claim);
+      const std::size_t later = std::max(before.entry, claim.entry);
+      if (fault != Fault::none && later < first.entry) first = {fault, later};
+      if (claim.key != before.key) group = i;
+    }
+    return first;
   }
 
  private:
@@ -118,27 +155,19 @@ class NameCheck {
                : Fault::none;
   }
 
-  Fault checkMeeting(const std::wstring& name, const Place& place) {
-    const std::wstring key = pages_.upper(place.path);
-    for (auto at = key.find(L'/'); at != key.npos; at = key.find(L'/', at + 1)) {
-      const std::wstring folder = key.substr(0, at);
-      if (files_.contains(folder)) return Fault::fileAndFolder;
-      folders_.insert(folder);
+  static Fault faultOfMeeting(const Claim& before, const Claim& claim) {
+    if (claim.key == before.key) {
+      if (claim.isFolder != before.isFolder) return Fault::fileAndFolder;
+      return claim.isFolder || claim.name == before.name ? Fault::none : Fault::sameName;
     }
-    if (place.isFolder) {
-      folders_.insert(key);
-      return files_.contains(key) ? Fault::fileAndFolder : Fault::none;
-    }
-    if (folders_.contains(key)) return Fault::fileAndFolder;
-    // The later one of two entries with one name wins, as with every tool.
-    const std::wstring own = withoutEmptyParts(pages_.upper(name));
-    return files_.emplace(key, own).first->second == own ? Fault::none : Fault::sameName;
+    const bool isInside =
+        claim.key.starts_with(before.key) && claim.key[before.key.size()] == below;
+    return isInside && !before.isFolder ? Fault::fileAndFolder : Fault::none;
   }
 
   const CodePages& pages_;
   std::size_t longestPath_;
-  std::unordered_set<std::wstring> folders_;
-  std::unordered_map<std::wstring, std::wstring> files_;  // by path, the names
+  std::vector<Claim> claims_;
 };
 
 }  // namespace
@@ -185,9 +214,9 @@ Place placeOf(std::wstring_view name, const Entry& entry) {
 Finding checkNames(const Directory& directory, const CodePages& pages, std::size_t longestPath) {
   NameCheck names(pages, longestPath);
   for (std::size_t i = 0; i < directory.entries.size(); ++i)
-    if (const Fault fault = names.check(directory.entries[i]); fault != Fault::none)
+    if (const Fault fault = names.check(directory.entries[i], i); fault != Fault::none)
       return {fault, i};
-  return {};
+  return names.meeting();
 }
 
 }  // namespace archive

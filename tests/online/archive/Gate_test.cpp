@@ -506,6 +506,11 @@ TEST_CASE("a file and a folder of one name keep the archive packed") {
   checkRefused(ZipMaker().add("images/dot.gif", "x").add("IMAGES", "x"), text + L"IMAGES");
   checkRefused(ZipMaker().add("images/", "").add("Images", "x"), text + L"Images");
   checkRefused(ZipMaker().add("images", "x").add("images/", ""), text + L"images/");
+  checkRefused(ZipMaker().add("a/b", "x").add("a/b-c", "x").add("a/b.d", "x").add("A/B/c", "x"),
+               text + L"A/B/c");
+  checkUnpacked(
+      ZipMaker().add("a/b/c", "x").add("a/b-c", "y").add("a/", "").add("a/b/", "").bytes(),
+      L"a\\b\\c", "x");
 }
 
 TEST_CASE("two names that become one file keep the archive packed") {
