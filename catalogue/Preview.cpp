@@ -1,6 +1,20 @@
 #include "catalogue/Preview.h"
 
+#include <algorithm>
+#include <iterator>
+
+#include "common/letter_case.h"
 #include "common/text.h"
+
+namespace {
+
+// Templates and the pages that FrontPage edits. Not among them: XML, whose style sheets are scripts
+// of a kind, and archives of pages, which count as another place than the disk.
+constexpr const wchar_t* pageEndings[] = {L"dwt", L"htm", L"html", L"xhtml", L"shtm", L"shtml",
+                                          L"stm", L"asp", L"aspx", L"php",   L"cfm",  L"jsp",
+                                          L"txt", L"gif", L"jpg",  L"jpeg",  L"png",  L"bmp"};
+
+}  // namespace
 
 Preview previewOf(const std::wstring& templateFile, const TemplateInfo& info) {
   Preview preview;
@@ -11,6 +25,13 @@ Preview previewOf(const std::wstring& templateFile, const TemplateInfo& info) {
   preview.heading = emptyHeading + info.title + L"     " +
                     (preview.isImage ? L"[Image Preview]" : L"[HTML Preview]");
   return preview;
+}
+
+bool isPageFile(std::wstring_view path) {
+  const std::wstring_view name = text::afterLast(path, L'\\');
+  if (name.find(L'.') == name.npos) return false;
+  const std::wstring ending = text::toLower(text::afterLast(name, L'.'));
+  return std::find(std::begin(pageEndings), std::end(pageEndings), ending) != std::end(pageEndings);
 }
 
 std::wstring wrappable(std::wstring_view path) { return text::replaceAll(path, L"\\", L"\\ "); }

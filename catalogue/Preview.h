@@ -18,6 +18,10 @@ struct Preview {
 // leaves empty is the template's own page.
 Preview previewOf(const std::wstring& templateFile, const TemplateInfo& info);
 
+// True when the engine itself shows files of that name: pages, plain text, and the pictures that it
+// draws. For others it looks for a program, which would open them inside of this one, or run them.
+bool isPageFile(std::wstring_view path);
+
 // The heading while nothing is previewed.
 inline constexpr wchar_t emptyHeading[] = L"Preview : ";
 

@@ -27,6 +27,7 @@ constexpr wchar_t componentsMissing[] =
     L"One or more components are not installed on your computer. You may need to setup the product "
     L"again. The application will be terminated.";
 constexpr wchar_t nothingToCopy[] = L"There are no DWT's to copy.";
+constexpr long invalidFileFormat = 321;
 constexpr wchar_t previewErrorPage[] =
     L"<h3><font face=arial color=red>Error in preview</font></h3>";
 constexpr wchar_t previewErrorText[] = L"Error in preview";
@@ -345,7 +346,10 @@ void frmQuillet::showPicture(const std::wstring& file) {
 }
 
 void frmQuillet::showPage(const std::wstring& file) {
-  wbPreview.navigate(modCommon::fileSize(file) == 0 ? forms::WebBrowser::blankPage : file);
+  const bool empty = modCommon::fileSize(file) == 0;
+  const bool shown = !empty && isPageFile(file);
+  wbPreview.navigate(shown ? file : forms::WebBrowser::blankPage);
+  if (!empty && !shown) throw Error(invalidFileFormat, L"Invalid file format");
   showPlace(false);
   xwpPreview.clear();
   cbZoom.setEnabled(false);
@@ -376,13 +380,19 @@ void frmQuillet::showPlace(bool picture) {
 }
 
 // The preview shows its template and nothing else: a link that is followed in it goes nowhere.
-// Frames may load what they belong to, until the page is there.
+// Frames may load what lies beside the page, until that is there.
 void frmQuillet::wbPreview_BeforeNavigate2(const std::wstring& address, bool topFrame,
                                            bool& cancel) {
   handle(L"wbPreview_BeforeNavigate2", [&] {
-    cancel =
-        topFrame ? !forms::isSamePage(address, wbPreview.requested()) : !wbPreview.isOnItsWay();
+    cancel = topFrame ? !forms::isSamePage(address, wbPreview.requested())
+                      : !wbPreview.isOnItsWay() || !isFrame(address);
   });
+}
+
+bool frmQuillet::isFrame(const std::wstring& address) const {
+  if (forms::isSamePage(address, forms::WebBrowser::blankPage)) return true;
+  const auto file = forms::fileBeside(address, wbPreview.requested());
+  return file && isPageFile(*file);
 }
 
 // No page of the browser's own about the error: a blank one that says so. What becomes of a page

@@ -73,6 +73,7 @@ class frmQuillet : public forms::Form, private TemplateScanView {
   void showPreview(const Preview& preview);
   void showPicture(const std::wstring& file);
   void showPage(const std::wstring& file);
+  bool isFrame(const std::wstring& address) const;
   void showPreviewError();
   void showPlace(bool picture);
   SIZE zoomedSize(SIZE natural) const;

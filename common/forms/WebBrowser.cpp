@@ -67,6 +67,7 @@ void WebBrowser::connectEvents() {
 // finds no browser; it leaves the window while that still exists, falls silent, loses its site, and
 // is closed before the last references go.
 void WebBrowser::tearDown() noexcept {
+  hasKeyboard_ = false;
   const ComPtr<Site> site = std::move(site_);
   const ComPtr<IOleObject> object = std::move(object_);
   ComPtr<IWebBrowser2> browser = std::move(browser_);
@@ -163,7 +164,28 @@ bool WebBrowser::isTopFrame(IDispatch* frame) const noexcept {
   return one && one.get() == other.get();
 }
 
+bool WebBrowser::hasFocus() const noexcept {
+  const HWND focus = GetFocus();
+  return focus == hwnd() || IsChild(hwnd(), focus);
+}
+
+// One that has the keyboard already would not take the focus anew.
+void WebBrowser::focusPage() noexcept {
+  letGoOfKeyboard();
+  if (!object_ || !text_.empty()) return;
+  RECT place;
+  GetClientRect(hwnd(), &place);
+  object_->DoVerb(OLEIVERB_UIACTIVATE, nullptr, site_.get(), 0, hwnd(), &place);
+}
+
+void WebBrowser::letGoOfKeyboard() noexcept {
+  if (!hasKeyboard_) return;
+  if (const auto inPlace = object_.as<IOleInPlaceObject>()) inPlace->UIDeactivate();
+}
+
 bool WebBrowser::preTranslate(MSG& message) {
+  // Another window's focus is another matter: the page has it again when that one goes.
+  if (IsChild(form().hwnd(), GetFocus()) && !hasFocus()) letGoOfKeyboard();
   if (!browser_ || message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return false;
   if (!IsChild(hwnd(), message.hwnd)) return false;
   // The form's cancel key stays the form's.
@@ -197,13 +219,9 @@ LRESULT WebBrowser::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       resizeObject();
       InvalidateRect(hwnd(), nullptr, FALSE);
       return 0;
-    case WM_SETFOCUS: {
-      RECT place;
-      GetClientRect(hwnd(), &place);
-      if (object_ && text_.empty())
-        object_->DoVerb(OLEIVERB_UIACTIVATE, nullptr, site_.get(), 0, hwnd(), &place);
+    case WM_SETFOCUS:
+      focusPage();
       return 0;
-    }
     case WM_ERASEBKGND:
       return 1;
     case WM_PAINT:
@@ -230,6 +248,9 @@ void WebBrowser::resizeObject() noexcept {
 
 void WebBrowser::showObject(bool shown) noexcept {
   HWND window = nullptr;
+  // What is hidden would swallow the keys.
+  if (!shown && hasFocus()) SetFocus(hwnd());
+  if (!shown) letGoOfKeyboard();
   const auto inPlace = object_.as<IOleInPlaceObject>();
   if (inPlace && SUCCEEDED(inPlace->GetWindow(&window)) && window)
     ShowWindow(window, shown ? SW_SHOWNA : SW_HIDE);

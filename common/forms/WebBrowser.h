@@ -26,8 +26,8 @@ class WebBrowser : public Control {
   WebBrowser(Form& form, int id);
   ~WebBrowser() override;
 
-  // For pages that are only looked at: no scripts, no components and no downloads. Set before the
-  // browser is made.
+  // For pages that are only looked at: no scripts, components and downloads, no sounds and videos,
+  // and nothing from the network. Set before the browser is made.
   void setPassive(bool passive) noexcept { passive_ = passive; }
 
   // Makes the browser when there is none yet. Raises errors::cannotCreateObject (429).
@@ -57,7 +57,8 @@ class WebBrowser : public Control {
   // there is a page, the control itself shows `text` in its place. It lasts until navigate().
   void setBodyHtml(const std::wstring& html, const std::wstring& text);
 
-  // Keys of the page, when the focus is in it. For the form's preTranslate.
+  // Keys of the page, when the focus is in it. For the form's preTranslate, which sees every
+  // message: a page that the focus has left lets go of the keyboard.
   bool preTranslate(MSG& message);
 
   std::function<void(const std::wstring& address, bool topFrame, bool& cancel)> onBeforeNavigate2;
@@ -86,6 +87,9 @@ class WebBrowser : public Control {
   bool settle(const std::wstring& address, bool topFrame);
   void documentComplete(const std::wstring& address, bool topFrame);
   void leaveByTab(bool backwards) noexcept;
+  bool hasFocus() const noexcept;
+  void focusPage() noexcept;
+  void letGoOfKeyboard() noexcept;
 
   WindowClass class_;
   ComPtr<Site> site_;
@@ -94,6 +98,7 @@ class WebBrowser : public Control {
   ComPtr<IConnectionPoint> events_;
   DWORD cookie_ = 0;
   bool passive_ = false;
+  bool hasKeyboard_ = false;  // the page thinks that keys are for it
   std::wstring requested_;
   bool onItsWay_ = false;
   // For the requested page, as often as it arrives: one of the same address that was left may have

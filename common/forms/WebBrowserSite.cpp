@@ -3,14 +3,13 @@
 namespace forms {
 namespace {
 
-// What the browser control asks for under this number: which kinds of content pages may load (MSDN,
-// "WebBrowser customization").
-constexpr DISPID ambientDownloadControl = -5512;
-constexpr long showImages = 0x10 | 0x20 | 0x40;  // pictures, videos, background sounds
-constexpr long noScripts = 0x80;
-constexpr long noJava = 0x100;
-constexpr long noComponents = 0x200 | 0x400;  // neither run nor downloaded
-constexpr long silent = 0x40000000;
+// Which kinds of content pages may load. The flag for pictures stands for those of the disk too:
+// what a passive page would fetch from a server is kept away by the flag that forbids the network.
+constexpr long activePages = DLCTL_DLIMAGES | DLCTL_VIDEOS | DLCTL_BGSOUNDS | DLCTL_SILENT;
+constexpr long passivePages = DLCTL_DLIMAGES | DLCTL_NO_SCRIPTS | DLCTL_NO_JAVA |
+                              DLCTL_NO_RUNACTIVEXCTLS | DLCTL_NO_DLACTIVEXCTLS |
+                              DLCTL_NO_BEHAVIORS | DLCTL_NO_CLIENTPULL | DLCTL_FORCEOFFLINE |
+                              DLCTL_SILENT;
 
 // An argument counted from the end, as the run-time stores them; events of older browsers may have
 // fewer.
@@ -97,6 +96,16 @@ HRESULT WebBrowser::Site::OnPosRectChange(const RECT*) noexcept {
   return S_OK;
 }
 
+HRESULT WebBrowser::Site::OnUIActivate() noexcept {
+  if (owner_) owner_->hasKeyboard_ = true;
+  return S_OK;
+}
+
+HRESULT WebBrowser::Site::OnUIDeactivate(BOOL) noexcept {
+  if (owner_) owner_->hasKeyboard_ = false;
+  return S_OK;
+}
+
 HRESULT WebBrowser::Site::GetExtendedControl(IDispatch** control) noexcept {
   if (control) *control = nullptr;
   return E_NOTIMPL;
@@ -159,6 +168,7 @@ HRESULT WebBrowser::Site::Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPA
   if (!owner_) return DISP_E_MEMBERNOTFOUND;
   if (flags & DISPATCH_PROPERTYGET && member < 0) return ambient(member, result);
   if (!arguments) return E_POINTER;
+  if (arguments->cNamedArgs > 0) return DISP_E_NONAMEDARGS;  // their places would be others
   try {
     // An event may end with the form's last reference to this object.
     const ComPtr<IDispatch> self(static_cast<IDispatch*>(this));
@@ -170,10 +180,9 @@ HRESULT WebBrowser::Site::Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPA
 }
 
 HRESULT WebBrowser::Site::ambient(DISPID property, VARIANT* result) const noexcept {
-  if (property != ambientDownloadControl || !result) return DISP_E_MEMBERNOTFOUND;
+  if (property != DISPID_AMBIENT_DLCONTROL || !result) return DISP_E_MEMBERNOTFOUND;
   result->vt = VT_I4;
-  result->lVal = showImages | silent;
-  if (owner_->passive_) result->lVal |= noScripts | noJava | noComponents;
+  result->lVal = owner_->passive_ ? passivePages : activePages;
   return S_OK;
 }
 
@@ -211,9 +220,13 @@ void WebBrowser::Site::onEvent(DISPID event, const DISPPARAMS& arguments) {
 void WebBrowser::Site::beforeNavigate(const DISPPARAMS& arguments) {
   if (arguments.cArgs < 7 || !owner_->onBeforeNavigate2) return;
   const auto frame = argument(arguments, 6).object();
+  const bool top = owner_->isTopFrame(frame.get());
+  const std::wstring address = argument(arguments, 5).text();
   bool cancel = false;
-  owner_->onBeforeNavigate2(argument(arguments, 5).text(), owner_->isTopFrame(frame.get()), cancel);
+  owner_->onBeforeNavigate2(address, top, cancel);
   answer(arguments, cancel);
+  // Nothing more is told of a page that was refused.
+  if (cancel && owner_) owner_->settle(address, top);
 }
 
 void WebBrowser::Site::navigateError(const DISPPARAMS& arguments) {

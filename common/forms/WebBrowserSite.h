@@ -43,12 +43,12 @@ class WebBrowser::Site final : public IOleClientSite,
   // IOleInPlaceSite
   STDMETHODIMP CanInPlaceActivate() noexcept override { return S_OK; }
   STDMETHODIMP OnInPlaceActivate() noexcept override { return S_OK; }
-  STDMETHODIMP OnUIActivate() noexcept override { return S_OK; }
+  STDMETHODIMP OnUIActivate() noexcept override;
   STDMETHODIMP GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** document,
                                 RECT* position, RECT* clip,
                                 OLEINPLACEFRAMEINFO* info) noexcept override;
   STDMETHODIMP Scroll(SIZE) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP OnUIDeactivate(BOOL) noexcept override { return S_OK; }
+  STDMETHODIMP OnUIDeactivate(BOOL) noexcept override;
   STDMETHODIMP OnInPlaceDeactivate() noexcept override { return S_OK; }
   STDMETHODIMP DiscardUndoState() noexcept override { return E_NOTIMPL; }
   STDMETHODIMP DeactivateAndUndo() noexcept override { return E_NOTIMPL; }

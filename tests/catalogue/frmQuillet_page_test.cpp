@@ -1,4 +1,5 @@
 // The template browser's page: what it shows, what it lets a page do, and the keys.
+#include "common/ansi.h"
 #include "tests/catalogue/frmQuillet_support.h"
 
 namespace {
@@ -114,26 +115,137 @@ TEST_CASE("a page that was left and completes late takes no frames from the next
   EitherBrowser browser;
   const std::wstring left = browser.addTemplate(L"a");
   const std::wstring shown = browser.addTemplate(L"b");
+  const std::wstring frame = browser.disk / L"b\\frame.htm";
   browser.show([&] {
     browser.page.isSlow = true;
     browser.selectRow(1);
     for (const std::wstring& stray : {std::wstring(L"about:blank"), left}) {
       browser.page.completeLate(stray);
-      CHECK(browser.page.followInFrame(L"http://example.invalid/frame.htm"));
+      CHECK(browser.page.followInFrame(frame));
     }
     browser.page.arrive(shown);
-    CHECK_FALSE(browser.page.followInFrame(L"http://example.invalid/frame.htm"));
+    CHECK_FALSE(browser.page.followInFrame(frame));
   });
 }
 
-TEST_CASE("previewed pages run no scripts and no components") {
+TEST_CASE("previewed pages are passive") {
   EitherBrowser browser;
   browser.addTemplate(L"home");
+  browser.show([&] { CHECK(browser.page.ambient(-5512) == 0x70008790); });
+}
+
+TEST_CASE("a preview takes its frames from beside it and from nowhere else") {
+  EitherBrowser browser;
+  browser.addTemplate(L"a");
+  const std::wstring shown = browser.addTemplate(L"b");
+  const std::wstring beside = browser.disk / L"b\\sub frames\\frame.htm";
   browser.show([&] {
-    const long allowed = browser.page.ambient(-5512);
-    CHECK((allowed & 0x10) != 0);   // pictures
-    CHECK((allowed & 0x80) != 0);   // no scripts
-    CHECK((allowed & 0x200) != 0);  // no components
+    browser.page.isSlow = true;
+    browser.selectRow(1);
+    CHECK(browser.page.followInFrame(beside));
+    CHECK(browser.page.followInFrame(browser.page.reported(beside) + L"#below"));
+    CHECK(browser.page.followInFrame(L"about:blank"));
+    for (const wchar_t* elsewhere :
+         {L"http://example.invalid/frame.htm", L"ftp://example.invalid/frame.htm",
+          L"file://example.invalid/share/frame.htm", L"\\\\example.invalid\\share\\frame.htm",
+          L"javascript:location.href", L"A:\\frame.htm", L""}) {
+      CAPTURE(elsewhere);
+      CHECK_FALSE(browser.page.followInFrame(elsewhere));
+    }
+    CHECK_FALSE(browser.page.followInFrame(browser.disk / L"b\\letter.doc"));
+    CHECK_FALSE(browser.page.followInFrame(browser.disk / L"b\\tool.exe"));
+    browser.page.arrive(shown);
+    CHECK_FALSE(browser.page.followInFrame(beside));
+  });
+}
+
+TEST_CASE("the error of a frame leaves the preview as it is") {
+  EitherBrowser browser;
+  const std::wstring file = browser.addTemplate(L"home");
+  browser.show([&] {
+    browser.page.clear();
+    CHECK(browser.page.failInFrame(browser.disk / L"home\\frame.htm"));
+    CHECK(browser.page.failInFrame(file));
+    browser.page.settle();
+    CHECK(browser.page.navigations().empty());
+    CHECK(browser.page.shows(file));
+    CHECK(browser.page.bodyHtml().empty());
+  });
+}
+
+TEST_CASE("a preview that is neither a page nor a picture is not opened") {
+  for (const wchar_t* name : {L"letter.doc", L"paper.PDF", L"tool.exe", L"page.htm.lnk", L"nothing",
+                              L"page.mht", L"style.xml", L"page.url", L"dots.htm.."}) {
+    CAPTURE(name);
+    EitherBrowser browser;
+    browser.addTemplate(L"home", "[home]\r\nPreview=" + text::toAnsi(name) + "\r\n");
+    browser.disk.writeFile(std::wstring(L"home\\") + name, "content");
+    browser.show([&] {
+      CHECK(browser.page.navigations() == Lines{L"about:blank", L"about:blank"});
+      CHECK(browser.page.bodyHtml() == errorBody);
+      CHECK(browser.visible(IDC_QUILLET_PAGE));
+      CHECK_FALSE(browser.enabled(IDC_QUILLET_ZOOM));
+      CHECK(browser.text(IDC_QUILLET_TITLE) == L"Preview : home     [HTML Preview]");
+    });
+    CHECK(
+        browser.log.has(L"ERROR in procedure lvListView_ItemClick of Form frmQuillet. Error : "
+                        L"321\tInvalid file format"));
+    CHECK(browser.driver.boxes().empty());
+  }
+}
+
+TEST_CASE("an empty preview of any kind shows a blank page") {
+  EitherBrowser browser;
+  browser.addTemplate(L"home", "[home]\r\nPreview=letter.doc\r\n");
+  browser.disk.writeFile(L"home\\letter.doc");
+  browser.show([&] {
+    CHECK(browser.page.navigations() == Lines{L"about:blank", L"about:blank"});
+    CHECK(browser.page.bodyHtml().empty());
+  });
+}
+
+TEST_CASE("the preview can be shown again and goes nowhere by its own keys") {
+  BrowserWindow browser;
+  browser.addTemplate(L"a");
+  const std::wstring shown = browser.addTemplate(L"b");
+  browser.show([&] {
+    browser.showRow(1);
+    SetFocus(browser.control(IDC_QUILLET_PAGE));
+    REQUIRE(GetFocus() == browser.page.window());
+    for (const WPARAM key : {VK_BACK, VK_F5}) {
+      browser.type(key);
+      browser.page.settle();
+      CHECK(browser.page.shows(shown));
+    }
+    CHECK(browser.page.keys() == std::vector<WPARAM>{VK_BACK, VK_F5});
+  });
+}
+
+TEST_CASE("the Tab key leads through the preview") {
+  BrowserWindow browser;
+  browser.addTemplate(L"home");
+  browser.page.stops = 2;
+  browser.show([&] {
+    SetFocus(browser.control(IDC_QUILLET_PAGE));
+    browser.type(VK_TAB);
+    CHECK(browser.page.stop() == 2);
+    CHECK(GetFocus() == browser.page.window());
+    browser.type(VK_TAB);
+    CHECK(GetFocus() != browser.page.window());
+    CHECK(IsChild(browser.dialog, GetFocus()));
+    CHECK_FALSE(browser.page.isActive());
+  });
+}
+
+TEST_CASE("Esc closes the browser though the focus is in the preview") {
+  BrowserWindow browser;
+  browser.addTemplate(L"home");
+  browser.show([&] {
+    SetFocus(browser.control(IDC_QUILLET_PAGE));
+    REQUIRE(GetFocus() == browser.page.window());
+    browser.type(VK_ESCAPE);
+    CHECK(browser.log.has(L"Quillet unloaded successfully."));
+    CHECK(browser.page.keys().empty());
   });
 }
 

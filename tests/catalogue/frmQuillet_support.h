@@ -147,6 +147,13 @@ class BrowserWindow {
     selectRow(row);
     page.settle();
   }
+  // A key for whoever has the focus, by way of the window's own loop.
+  static void type(WPARAM key) {
+    PostMessageW(GetFocus(), WM_KEYDOWN, key, 0);
+    MSG pending;
+    for (int i = 0; i < 1000 && PeekMessageW(&pending, nullptr, 0, 0, PM_NOREMOVE); ++i)
+      forms::yieldToMessages();
+  }
   void chooseZoom(int item) const {
     SendMessageW(control(IDC_QUILLET_ZOOM), CB_SETCURSEL, static_cast<WPARAM>(item), 0);
     SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(IDC_QUILLET_ZOOM, CBN_SELCHANGE),

@@ -32,3 +32,19 @@ TEST_CASE("every backslash of a wrappable path has a blank behind it") {
   CHECK(wrappable(L"C:\\a\\\\b") == L"C:\\ a\\ \\ b");
   CHECK(wrappable(L"").empty());
 }
+
+TEST_CASE("pages, texts and pictures are what the engine shows itself") {
+  for (const wchar_t* name :
+       {L"a.dwt", L"C:\\x\\a.HTM", L"a.html", L"a.xhtml", L"a.shtm", L"a.shtml", L"a.stm", L"a.asp",
+        L"a.aspx", L"a.php", L"a.cfm", L"a.jsp", L"a.txt", L"a.gif", L"a.jpg", L"a.jpeg", L"a.png",
+        L"a.bmp", L".htm"}) {
+    CAPTURE(name);
+    CHECK(isPageFile(name));
+  }
+  for (const wchar_t* name :
+       {L"a.doc", L"a.pdf", L"a.exe", L"a.htm.exe", L"a.xml", L"a.mht", L"a.svg", L"a.hta", L"a.js",
+        L"a.url", L"a.htm.", L"htm", L"C:\\x.htm\\a", L""}) {
+    CAPTURE(name);
+    CHECK_FALSE(isPageFile(name));
+  }
+}
