@@ -225,3 +225,39 @@ TEST_CASE("a disk that is full while an archive is unpacked is logged without a 
   CHECK(lastLogged(output, L"PAGE.HTM IS PROBABLY TRUNCATED"));
   CHECK(unpacking.scratch.exists(L"staging\\theme.zip"));
 }
+
+namespace {
+
+// How the unzip library was loaded last.
+class LoadWatch {
+ public:
+  LoadWatch() : load_(nullptr, "KERNEL32.dll", "LoadLibraryExW", load) {
+    original_ = load_.original<HMODULE WINAPI(LPCWSTR, HANDLE, DWORD)>();
+  }
+
+  static inline std::wstring path;
+  static inline DWORD flags = 0;
+
+ private:
+  static HMODULE WINAPI load(LPCWSTR name, HANDLE file, DWORD how) {
+    path = name;
+    flags = how;
+    return original_(name, file, how);
+  }
+
+  static inline HMODULE(WINAPI* original_)(LPCWSTR, HANDLE, DWORD) = nullptr;
+  ImportPatch load_;
+};
+
+}  // namespace
+
+// With this flag the system looks beside the library first, and not beside the host's program.
+TEST_CASE("what the unzip library imports itself is looked for beside it") {
+  const OwnModule own;
+  own.useOldLibrary();
+  const LoadWatch watch;
+  const Unpacking unpacking(onePage());
+  CHECK(unpacking.run());
+  CHECK(LoadWatch::path == own.folder() / L"unzip32.dll");
+  CHECK(LoadWatch::flags == LOAD_WITH_ALTERED_SEARCH_PATH);
+}
