@@ -67,7 +67,6 @@ void WebBrowser::connectEvents() {
 // finds no browser; it leaves the window while that still exists, falls silent, loses its site, and
 // is closed before the last references go.
 void WebBrowser::tearDown() noexcept {
-  hasKeyboard_ = false;
   const ComPtr<Site> site = std::move(site_);
   const ComPtr<IOleObject> object = std::move(object_);
   ComPtr<IWebBrowser2> browser = std::move(browser_);
@@ -250,7 +249,6 @@ void WebBrowser::showObject(bool shown) noexcept {
   HWND window = nullptr;
   // What is hidden would swallow the keys.
   if (!shown && hasFocus()) SetFocus(hwnd());
-  if (!shown) letGoOfKeyboard();
   const auto inPlace = object_.as<IOleInPlaceObject>();
   if (inPlace && SUCCEEDED(inPlace->GetWindow(&window)) && window)
     ShowWindow(window, shown ? SW_SHOWNA : SW_HIDE);

@@ -109,6 +109,7 @@ class FakeBrowserObject final : public BareBrowser {
                          VARIANT*) noexcept override {
     const std::wstring target = address->bstrVal;
     fake_.navigations_.push_back(target);
+    if (fake_.refusesAll) return E_FAIL;
     go(target);
     return S_OK;
   }
@@ -199,7 +200,10 @@ class FakeBrowserObject final : public BareBrowser {
     if (!strict_ || !active_) return S_FALSE;
     const auto host = site().as<IDocHostUIHandler>();
     if (host && host->TranslateAccelerator(message, nullptr, 0) == S_OK) return S_OK;
-    if (message->message != WM_KEYDOWN && message->message != WM_SYSKEYDOWN) return S_FALSE;
+    if (message->message < WM_KEYFIRST || message->message > WM_KEYLAST) note(L"no key");
+    if (message->message != WM_KEYDOWN && message->message != WM_SYSKEYDOWN &&
+        message->message != WM_SYSCHAR)
+      return S_FALSE;
     fake_.keys_.push_back(message->wParam);
     const bool control = GetKeyState(VK_CONTROL) < 0;
     if (message->wParam == VK_TAB) tab(*message);

@@ -29,6 +29,7 @@ class FakeWebBrowser {
   // How the browsers made from now on behave.
   bool isStrict = true;
   bool canBeMade = true;
+  bool refusesAll = false;  // navigations fail at once
   bool hasDocument = true;  // false: no page ever arrives, as without a rendering engine
   bool isSlow = false;      // pages arrive no sooner than the test lets them
   bool isBusy = false;      // what they say when they are asked

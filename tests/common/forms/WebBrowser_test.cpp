@@ -3,6 +3,8 @@
 #include <mshtmhst.h>
 #include <oleidl.h>
 
+#include <algorithm>
+
 #include "catalogue/resource.h"
 #include "common/forms/PictureBox.h"
 #include "common/lifetime.h"
@@ -262,6 +264,10 @@ TEST_CASE("a page has no context menu, no object of the host and nothing to drop
     DOCHOSTUIINFO info = {};
     info.cbSize = sizeof info;
     CHECK(host->GetHostInfo(&info) == S_OK);
+    MSG key = {};
+    key.message = WM_KEYDOWN;
+    key.wParam = VK_DELETE;
+    CHECK(fake.site().as<IOleControlSite>()->TranslateAccelerator(&key, 0) == S_FALSE);
     CHECK(info.dwFlags == 0x40004);  // no frame, themed controls
   });
 }
@@ -298,6 +304,26 @@ TEST_CASE("a page that arrives under its own address is no longer on its way") {
     CHECK(form.page.isOnItsWay());
     fake.settle();
     CHECK_FALSE(form.page.isOnItsWay());
+  });
+}
+
+TEST_CASE("a page that the browser does not take raises an error and is not on its way") {
+  FakeWebBrowser fake;
+  fake.refusesAll = true;
+  show([&](PageForm& form) {
+    CHECK(form.navigateError(L"http://one/") != 0);
+    CHECK_FALSE(form.page.isOnItsWay());
+  });
+}
+
+TEST_CASE("the browser tells whether it is loading something") {
+  FakeWebBrowser fake;
+  show([&](PageForm& form) {
+    CHECK_FALSE(form.page.busy());
+    form.page.navigate(L"http://one/");
+    CHECK(form.page.busy());
+    fake.settle();
+    CHECK_FALSE(form.page.busy());
   });
 }
 
@@ -370,9 +396,9 @@ TEST_CASE("Esc and the keys with Alt are the form's though the focus is in a pag
   FakeWebBrowser fake;
   show([&](PageForm& form) {
     form.enter(fake);
-    form.type(VK_ESCAPE);
     form.type(VK_LEFT, WM_SYSKEYDOWN);
     form.type('n', WM_SYSCHAR);
+    form.type(VK_ESCAPE);  // which closes this form
     CHECK(fake.keys().empty());
   });
 }
@@ -381,7 +407,11 @@ TEST_CASE("the keys of another control are not the page's") {
   FakeWebBrowser fake;
   show([&](PageForm& form) {
     form.enter(fake);
-    SetFocus(GetDlgItem(form.hwnd(), IDC_QUILLET_LIST));
+    const HWND list = GetDlgItem(form.hwnd(), IDC_QUILLET_LIST);
+    PostMessageW(list, WM_KEYDOWN, VK_DELETE, 0);
+    form.type(0, WM_NULL);
+    CHECK(fake.keys().empty());
+    SetFocus(list);
     form.type(VK_DELETE);
     CHECK(fake.keys().empty());
   });
@@ -426,6 +456,8 @@ TEST_CASE("a page that the focus has left takes it again when it comes back") {
     CHECK(fake.isActive());
     form.type(0, WM_NULL);
     CHECK_FALSE(fake.isActive());
+    form.type(0, WM_NULL);
+    CHECK(std::count(fake.calls().begin(), fake.calls().end(), L"UIDeactivate") == 1);
     form.page.focus();
     CHECK(GetFocus() == fake.window());
     // Before any message has come by.
@@ -433,6 +465,20 @@ TEST_CASE("a page that the focus has left takes it again when it comes back") {
     form.page.focus();
     CHECK(GetFocus() == fake.window());
     CHECK(fake.isActive());
+  });
+}
+
+TEST_CASE("a page keeps the keyboard while another window has the focus") {
+  FakeWebBrowser fake;
+  show([&](PageForm& form) {
+    form.enter(fake);
+    const HWND other = CreateWindowW(L"Static", L"", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, nullptr,
+                                     nullptr, nullptr, nullptr);
+    SetFocus(other);
+    PostMessageW(form.hwnd(), WM_NULL, 0, 0);
+    form.type(0, WM_NULL);
+    CHECK(fake.isActive());
+    DestroyWindow(other);
   });
 }
 
@@ -461,6 +507,20 @@ TEST_CASE("the focus does not stay in a page whose place is taken by a text") {
     CHECK_FALSE(IsWindowVisible(fake.window()));
     CHECK(GetFocus() == form.page.hwnd());
     CHECK_FALSE(fake.isActive());
+    // Until its page has come, or another one is asked for.
+    form.page.focus();
+    CHECK(GetFocus() == form.page.hwnd());
+    for (const bool arrives : {true, false}) {
+      CAPTURE(arrives);
+      if (arrives) fake.arrive(L"http://two/");
+      if (!arrives) form.page.setBodyHtml(L"<p>instead</p>", L"instead");
+      if (!arrives) form.page.navigate(L"http://three/");
+      CHECK(IsWindowVisible(fake.window()));
+      SetFocus(GetDlgItem(form.hwnd(), IDC_QUILLET_LIST));
+      form.page.focus();
+      CHECK(GetFocus() == fake.window());
+      form.page.navigate(L"http://two/");
+    }
   });
 }
 
