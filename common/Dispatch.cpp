@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "common/errors.h"
@@ -62,39 +61,33 @@ Variant withoutReference(Variant value) {
 
 }  // namespace
 
-// What one object calls its members by.
-class Dispatch::Members {
- public:
-  DISPID idOf(IDispatch* object, std::wstring_view member) {
-    for (const auto& [name, id] : ids_)
-      if (name == member) return id;
-    const DISPID id = ask(object, member);
-    ids_.emplace_back(member, id);
-    return id;
-  }
+Dispatch::Dispatch(const ComPtr<IDispatch>& object) {
+  if (!object) return;
+  callee_ = ComPtr<Callee>(new Callee);
+  callee_->object = object;
+}
 
-  void forget() noexcept { ids_.clear(); }
+void Dispatch::Callee::Release() noexcept {
+  if (--references == 0) delete this;
+}
 
- private:
-  static DISPID ask(IDispatch* object, std::wstring_view member) {
-    std::wstring name(member);
-    OLECHAR* names[] = {name.data()};
-    DISPID id = DISPID_UNKNOWN;
-    const HRESULT result = object->GetIDsOfNames(IID_NULL, names, 1, memberLocale, &id);
-    if (FAILED(result)) throw errors::fromHResult(result);
-    return id;
-  }
-
-  std::vector<std::pair<std::wstring, DISPID>> ids_;
-};
+DISPID Dispatch::Callee::idOf(std::wstring_view member) {
+  for (const Member& known : members)
+    if (known.name == member) return known.id;
+  std::wstring name(member);
+  OLECHAR* names[] = {name.data()};
+  DISPID id = DISPID_UNKNOWN;
+  const HRESULT result = object->GetIDsOfNames(IID_NULL, names, 1, memberLocale, &id);
+  if (FAILED(result)) throw errors::fromHResult(result);
+  members.push_back({member, id});
+  return id;
+}
 
 Variant Dispatch::invoke(std::wstring_view member, WORD flags,
                          std::initializer_list<Variant> arguments) const {
   // A callee may run a message loop in which the last other reference goes, and this value with it.
-  const ComPtr<IDispatch> object = object_;
-  if (!object) throw Error(errors::objectNotSet);
-  if (!members_) members_ = std::make_shared<Members>();
-  const std::shared_ptr<Members> members = members_;
+  const ComPtr<Callee> callee = callee_;
+  if (!callee) throw Error(errors::objectNotSet);
   const HostStyles hostStyles;
 
   // The last argument comes first. The copies are shallow: `arguments` stays the owner.
@@ -113,17 +106,14 @@ Variant Dispatch::invoke(std::wstring_view member, WORD flags,
 
   Variant result;
   Exception exception;
-  const auto send = [&](DISPID id) {
-    UINT badArgument = 0;
-    return object->Invoke(id, IID_NULL, memberLocale, flags, &parameters,
-                          puts ? nullptr : result.put(), exception.put(), &badArgument);
-  };
-  const DISPID id = members->idOf(object.get(), member);
-  HRESULT outcome = send(id);
-  if (outcome == DISP_E_MEMBERNOTFOUND) {
-    members->forget();
-    const DISPID now = members->idOf(object.get(), member);
-    if (now != id) outcome = send(now);
+  UINT badArgument = 0;
+  HRESULT outcome = S_OK;
+  for (bool again = false;; again = true) {
+    const DISPID id = callee->idOf(member);
+    outcome = callee->object->Invoke(id, IID_NULL, memberLocale, flags, &parameters,
+                                     puts ? nullptr : result.put(), exception.put(), &badArgument);
+    if (outcome != DISP_E_MEMBERNOTFOUND || again) break;
+    callee->members.clear();
   }
   if (outcome == DISP_E_EXCEPTION) throw exception.error();
   if (FAILED(outcome)) throw errors::fromHResult(outcome);

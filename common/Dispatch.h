@@ -2,8 +2,8 @@
 #pragma once
 
 #include <initializer_list>
-#include <memory>
 #include <string_view>
+#include <vector>
 
 #include "common/com.h"
 
@@ -17,10 +17,10 @@ namespace com {
 class Dispatch {
  public:
   Dispatch() noexcept = default;
-  explicit Dispatch(ComPtr<IDispatch> object) noexcept : object_(std::move(object)) {}
+  explicit Dispatch(const ComPtr<IDispatch>& object);
 
-  explicit operator bool() const noexcept { return static_cast<bool>(object_); }
-  IDispatch* get() const noexcept { return object_.get(); }
+  explicit operator bool() const noexcept { return static_cast<bool>(callee_); }
+  IDispatch* get() const noexcept { return callee_ ? callee_->object.get() : nullptr; }
 
   Variant value(std::wstring_view property, std::initializer_list<Variant> arguments = {}) const;
   void put(std::wstring_view property, const Variant& value) const;
@@ -36,10 +36,23 @@ class Dispatch {
   Variant invoke(std::wstring_view member, WORD flags,
                  std::initializer_list<Variant> arguments) const;
 
-  class Members;
+  // The object and what it calls its members by, shared by the values that stand for it.
+  struct Callee {
+    struct Member {
+      std::wstring_view name;  // a literal
+      DISPID id;
+    };
 
-  ComPtr<IDispatch> object_;
-  mutable std::shared_ptr<Members> members_;  // made at the first call
+    void AddRef() noexcept { ++references; }
+    void Release() noexcept;
+    DISPID idOf(std::wstring_view member);
+
+    long references = 0;
+    ComPtr<IDispatch> object;
+    std::vector<Member> members;
+  };
+
+  ComPtr<Callee> callee_;
 };
 
 }  // namespace com

@@ -89,9 +89,9 @@ std::wstring HostWeb::url() const {
 HostFolder HostWeb::rootFolder() const { return HostFolder(object_.object(L"RootFolder")); }
 
 std::optional<HostFolder> HostWeb::locateFolder(std::wstring_view path) const {
-  for (const auto& place : readings(path))
-    if (auto folder = folderAt(place)) return folder;
-  return std::nullopt;
+  const Reading reading = read(path);
+  auto folder = folderAt(reading.place);
+  return folder || reading.other.empty() ? folder : folderAt(reading.other);
 }
 
 std::optional<HostFolder> HostWeb::folderAt(const std::wstring& place) const {
@@ -102,9 +102,9 @@ std::optional<HostFolder> HostWeb::folderAt(const std::wstring& place) const {
 }
 
 std::optional<HostFile> HostWeb::locateFile(std::wstring_view path) const {
-  for (const auto& place : readings(path))
-    if (auto file = fileAt(place)) return file;
-  return std::nullopt;
+  const Reading reading = read(path);
+  auto file = fileAt(reading.place);
+  return file || reading.other.empty() ? file : fileAt(reading.other);
 }
 
 std::optional<HostFile> HostWeb::fileAt(const std::wstring& place) const {
@@ -116,7 +116,7 @@ std::optional<HostFile> HostWeb::fileAt(const std::wstring& place) const {
 
 MadeFolder HostWeb::createFolder(std::wstring_view path) const {
   const std::wstring place = relative(path);
-  if (auto existing = folderAt(place)) return {*existing};
+  if (auto existing = folderAt(place)) return {std::move(*existing)};
   // An address of another web: its levels must not be made in this one.
   if (webpath::isAbsolute(place)) throw Error(errors::pathNotFound);
 
@@ -132,14 +132,14 @@ MadeFolder HostWeb::createFolder(std::wstring_view path) const {
 
 MadeFolder HostWeb::createSubfolder(const HostFolder& parent, const std::wstring& name,
                                     const std::wstring& path) const {
-  if (auto existing = folderAt(path)) return {*existing};
+  if (auto existing = folderAt(path)) return {std::move(*existing)};
   try {
     return {parent.addFolder(name), true};
   } catch (const Error&) {
     // Whether the host refuses a name that exists is not settled, and its look-up may have missed
     // one made by another program meanwhile, or failed.
-    if (auto existing = folderAt(path)) return {*existing};
-    if (auto existing = parent.folderNamed(name)) return {*existing};
+    if (auto existing = folderAt(path)) return {std::move(*existing)};
+    if (auto existing = parent.folderNamed(name)) return {std::move(*existing)};
     throw;
   }
 }
@@ -147,20 +147,21 @@ MadeFolder HostWeb::createSubfolder(const HostFolder& parent, const std::wstring
 void HostWeb::refresh() const { object_.call(L"Refresh", {true}); }
 
 std::wstring HostWeb::relative(std::wstring_view path) const {
-  const auto places = readings(path);
-  const bool second = places.size() > 1 && !folderAt(places[0]) && folderAt(places[1]);
-  return places[second ? 1 : 0];
+  const Reading reading = read(path);
+  const bool isOther =
+      !reading.other.empty() && !folderAt(reading.place) && folderAt(reading.other);
+  return isOther ? reading.other : reading.place;
 }
 
-// The web-relative paths that a path may mean, the likeliest first: whether a host escapes the
-// addresses it tells is its own affair.
-std::vector<std::wstring> HostWeb::readings(std::wstring_view path) const {
-  if (!webpath::isAbsolute(path)) return {webpath::normal(path)};
+// Whether a host escapes the addresses it tells is its own affair.
+HostWeb::Reading HostWeb::read(std::wstring_view path) const {
+  if (!webpath::isAbsolute(path)) return {webpath::normal(path), {}};
   const auto below = webpath::below(path, url());
-  if (!below) return {std::wstring(path)};
-  const std::wstring plain = webpath::normal(below->path);
-  const std::wstring unescaped = webpath::normal(webpath::unescaped(below->path));
-  if (below->spelling == webpath::Spelling::escaped) return {unescaped};
-  if (below->spelling == webpath::Spelling::plain || plain == unescaped) return {plain};
-  return {plain, unescaped};
+  if (!below) return {std::wstring(path), {}};
+  Reading reading = {webpath::normal(below->path),
+                     webpath::normal(webpath::unescaped(below->path))};
+  if (below->spelling == webpath::Spelling::escaped) reading.place.swap(reading.other);
+  if (below->spelling != webpath::Spelling::unknown || reading.place == reading.other)
+    reading.other.clear();
+  return reading;
 }

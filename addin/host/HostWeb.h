@@ -89,7 +89,12 @@ class HostWeb {
   std::wstring relative(std::wstring_view path) const;
 
  private:
-  std::vector<std::wstring> readings(std::wstring_view path) const;
+  struct Reading {
+    std::wstring place;
+    std::wstring other;  // what the path may mean as well; empty when nothing
+  };
+
+  Reading read(std::wstring_view path) const;
   std::optional<HostFolder> folderAt(const std::wstring& place) const;
   std::optional<HostFile> fileAt(const std::wstring& place) const;
 

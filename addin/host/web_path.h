@@ -17,7 +17,8 @@ std::wstring normal(std::wstring_view path);
 // True for "scheme:..." with a scheme of at least two letters, so that a drive is none.
 bool isAbsolute(std::wstring_view path);
 
-// The text with what its escapes ("%C3%A4") stand for, read as UTF-8; what is none stays as it is.
+// The text with what its escapes ("%C3%A4") stand for, read as UTF-8 or else in the ANSI code page;
+// as it stands where they are neither.
 std::wstring unescaped(std::wstring_view address);
 
 // Whether an address has escapes in it.
