@@ -251,6 +251,7 @@ TEST_CASE("a browsed folder that cannot be written to is not chosen") {
   CHECK(online.driver.boxes()[0].text ==
         chosen + L"\r\nInvalid file path or you do not have write permission to this location.");
   CHECK(online.driver.boxes()[0].title == L"DWT Online");
+  CHECK(online.driver.boxes()[0].owner == online.dialog);
 }
 
 namespace {

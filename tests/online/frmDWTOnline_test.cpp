@@ -366,6 +366,7 @@ TEST_CASE("a listed folder that cannot be written to is not chosen") {
   });
   REQUIRE(online.driver.boxes().size() == 1);
   CHECK(online.driver.boxes()[0].title == L"DWT Online");
+  CHECK(online.driver.boxes()[0].owner == online.dialog);
 }
 
 TEST_CASE("browsing chooses a folder of the disk") {
@@ -410,6 +411,7 @@ TEST_CASE("browsing to a virtual folder shows the message and keeps the destinat
         L"Invalid path. Please select a valid file system path to search for DWT's.");
   CHECK(online.driver.boxes()[0].title == L"DWT Online");
   CHECK(online.driver.boxes()[0].icon == MB_ICONASTERISK);
+  CHECK(online.driver.boxes()[0].owner == online.dialog);
 }
 
 TEST_CASE("a cancelled folder picker keeps the destination") {
@@ -489,6 +491,7 @@ TEST_CASE("the download page is never shown by the browser in any letter case") 
     CHECK(box.text == L"Could not extract download information.");
     CHECK(box.title == L"DWT Online");
     CHECK(box.icon == MB_ICONHAND);
+    CHECK(box.owner == online.dialog);
   }
   CHECK(online.driver.dialogs() == Lines{L"DWT Online"});
   CHECK(online.page.navigations() == Lines{startPage});
