@@ -7,6 +7,7 @@
 #include "common/log.h"
 #include "common/module.h"
 #include "common/settings.h"
+#include "common/text.h"
 
 namespace {
 
@@ -54,7 +55,7 @@ short ReadTemplateFolderList(TemplateFolderList& list) {
   readMachineWide(list);
   readPerUser(list);
   const auto count = static_cast<short>(list.size());
-  WriteLog({L"DWT folders list contains ", std::to_wstring(count), L" items."});
+  WriteLog({L"DWT folders list contains ", text::decimal(count), L" items."});
   return count;
 }
 

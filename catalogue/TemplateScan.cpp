@@ -52,7 +52,7 @@ void TemplateScan::ListTemplates() {
   modCommon::WriteLog(L"Enumerating DWTs...");
   for (const auto& entry : folders) ScanFolder(std::wstring_view(entry).substr(1));
   modCommon::WriteLog(
-      {L"DWT enumeration complete. ", std::to_wstring(view_.count()), L" DWTs listed."});
+      {L"DWT enumeration complete. ", text::decimal(view_.count()), L" DWTs listed."});
 }
 
 void TemplateScan::ScanFolder(std::wstring_view folder) {

@@ -34,8 +34,8 @@ constexpr wchar_t previewErrorText[] = L"Error in preview";
 
 std::wstring versionText() {
   constexpr int minor = QUILLET_VERSION_MINOR;
-  return std::to_wstring(QUILLET_VERSION_MAJOR) + (minor < 10 ? L".0" : L".") +
-         std::to_wstring(minor) + L"." + std::to_wstring(QUILLET_VERSION_REVISION);
+  return text::decimal(QUILLET_VERSION_MAJOR) + (minor < 10 ? L".0" : L".") + text::decimal(minor) +
+         L"." + text::decimal(QUILLET_VERSION_REVISION);
 }
 
 // Whoever cancels knows it: that is no error, and the list tells what was found until then.
@@ -189,7 +189,7 @@ void frmQuillet::start() {
 
 // As they are until there are templates, also when the start fails.
 void frmQuillet::setUpControls() {
-  for (const long percent : {50, 75, 100}) cbZoom.add(std::to_wstring(percent) + L"%", percent);
+  for (const long percent : {50, 75, 100}) cbZoom.add(text::decimal(percent) + L"%", percent);
   cbZoom.select(2);
   cbZoom.setEnabled(false);
   enableTemplateButtons(false);

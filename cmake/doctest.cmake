@@ -22,9 +22,10 @@ function(quillet_tests name)
     set(arg_COST 0)
   endif()
   add_executable(${name} ${arg_SOURCES})
-  target_link_libraries(${name} PRIVATE quillet-flags test-support ${arg_LIBRARIES})
+  target_link_libraries(${name} PRIVATE
+    quillet-flags test-support quillet-old-windows ${arg_LIBRARIES})
   # What is tested is built as it ships; the tests themselves only have to be built quickly.
-  target_compile_options(${name} PRIVATE -O0)
+  target_compile_options(${name} PRIVATE -O0 $<$<CONFIG:Release>:-g0>)
   doctest_discover_tests(${name} PROPERTIES TIMEOUT 60 COST ${arg_COST}
                          RESOURCE_GROUPS wine:1)
 endfunction()

@@ -100,10 +100,11 @@ long numberFromSystemCode(unsigned long code, long fallback) {
 }
 
 std::wstring systemMessage(unsigned long code) {
-  wchar_t buffer[2048] = {};
+  std::wstring text(2047, L'\0');
   FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code,
-                 MAKELANGID(LANG_NEUTRAL, SUBLANG_NEUTRAL), buffer, 2048, nullptr);
-  return buffer;
+                 MAKELANGID(LANG_NEUTRAL, SUBLANG_NEUTRAL), text.data(), 2048, nullptr);
+  text.resize(text.find(L'\0') == text.npos ? text.size() : text.find(L'\0'));
+  return text;
 }
 
 Error fromSystemCode(unsigned long code) { return Error(numberFromSystemCode(code)); }

@@ -29,7 +29,9 @@ std::size_t rootLength(std::wstring_view path) {
   std::string root = text::toAnsi(path);
   root.resize(root.size() + 100);
   if (!PathStripToRootA(root.data())) return 0;
-  return text::fromAnsi(root.c_str()).size();
+  const std::wstring found = text::fromAnsi(root.c_str());
+  // Not every system tells "C:one", which goes on from the drive's current folder, from "C:\one".
+  return found.ends_with(L':') ? 0 : found.size();
 }
 
 void makeFolderPath(std::wstring_view path) {

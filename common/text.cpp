@@ -52,6 +52,18 @@ std::wstring withEnding(std::wstring_view value, wchar_t ending) {
   return result;
 }
 
+std::wstring decimal(long long value) {
+  // As without a sign, which the smallest number needs.
+  auto rest = static_cast<unsigned long long>(value);
+  if (value < 0) rest = 0 - rest;
+  std::wstring digits;
+  do {
+    digits.insert(digits.begin(), static_cast<wchar_t>(L'0' + rest % 10));
+    rest /= 10;
+  } while (rest != 0);
+  return value < 0 ? L"-" + digits : digits;
+}
+
 std::wstring message(std::wstring_view pattern, std::wstring_view argument) {
   return replaceAll(replaceAll(pattern, L"|", L"\r\n"), L"%s", argument);
 }

@@ -34,6 +34,10 @@ std::vector<std::wstring> split(std::wstring_view value, wchar_t separator);
 // `value`, ending in exactly the `ending` it may already have.
 std::wstring withEnding(std::wstring_view value, wchar_t ending);
 
+// A whole number as people write it: "-12". The library's own way brings a tenth of the module's
+// size along, for floating-point numbers and locales.
+std::wstring decimal(long long value);
+
 // A message as the program keeps it: "|" stands for a line break and "%s" for `argument`. The
 // breaks are made first, so a "|" in the argument stays what it is.
 std::wstring message(std::wstring_view pattern, std::wstring_view argument);

@@ -1,13 +1,14 @@
 #include "online/frmDownloadProgress.h"
 
 #include "common/log.h"
+#include "common/text.h"
 #include "online/DestinationMenu.h"
 #include "online/resource.h"
 
 namespace {
 
 void logRunModalError(const Error& error) {
-  modCommon::WriteLog({L"Error ", std::to_wstring(error.number()), L" (", error.description(),
+  modCommon::WriteLog({L"Error ", text::decimal(error.number()), L" (", error.description(),
                        L") in procedure RunModal of Form frmDownloadDlg"});
 }
 

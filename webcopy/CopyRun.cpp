@@ -253,7 +253,7 @@ void CopyRun::optimise() {
 void CopyRun::applyThemes() {
   const short count = count16(ImportedTemplates_.size());
   view_.showOverallStatus(L"Applying themes to the DWTs...");
-  WriteLog({L"Applying themes to DWTs ( count: ", std::to_wstring(count), L")..."});
+  WriteLog({L"Applying themes to DWTs ( count: ", text::decimal(count), L")..."});
   LogIndent(true);
   view_.resetCurrent(count);
   for (const HostFile& file : ImportedTemplates_) {

@@ -70,7 +70,7 @@ std::wstring freeFolderName(const std::vector<std::wstring>& names) {
   const text::NameSet taken(names);
   for (int counter = 0; counter <= std::numeric_limits<short>::max(); ++counter) {
     std::wstring name = L"New_Folder";
-    if (counter > 0) name += std::to_wstring(counter);
+    if (counter > 0) name += text::decimal(counter);
     if (!taken.has(name)) return name;
   }
   throw Error(errors::overflow);

@@ -133,17 +133,17 @@ std::wstring GetOSVersionText() {
 }
 
 std::wstring describeVersion(const OSVERSIONINFOA& version) {
-  const std::wstring number = text::join({std::to_wstring(version.dwMajorVersion), L".",
-                                          std::to_wstring(version.dwMinorVersion), L" "});
+  const std::wstring number = text::join(
+      {text::decimal(version.dwMajorVersion), L".", text::decimal(version.dwMinorVersion), L" "});
   const std::wstring servicePack = text::fromAnsi(
       {version.szCSDVersion, strnlen(version.szCSDVersion, sizeof version.szCSDVersion)});
   std::wstring line;
   if (version.dwPlatformId == VER_PLATFORM_WIN32_NT) {
     line = version.dwMajorVersion < 5 ? L"WinNT ver. " : L"Win2K ver. ";
-    line += text::join({number, L"Build: ", std::to_wstring(version.dwBuildNumber)});
+    line += text::join({number, L"Build: ", text::decimal(version.dwBuildNumber)});
   } else if (version.dwPlatformId == VER_PLATFORM_WIN32_WINDOWS) {
     line = version.dwMinorVersion != 0 ? L"Win98 ver. " : L"Win95 ver. ";
-    line += text::join({number, std::to_wstring(LOWORD(version.dwBuildNumber))});
+    line += text::join({number, text::decimal(LOWORD(version.dwBuildNumber))});
   } else {
     return {};
   }

@@ -3,6 +3,7 @@
 # The demo plays in build/demo, which Windows programs see as C:\Demo.
 demo_folder=$PWD/build/demo
 demo_prefix=$demo_folder/wine
+programs=build/release/bin
 
 # usage: demo [--tour]; without a display it is always the tour
 demo() {
@@ -52,7 +53,7 @@ lay_out_demo() {
 # What an installation leaves in the registry, beside what the add-in registers by itself.
 register_add_in() {
   local key='HKLM\Software\Korvel Software\Quillet Viewer'
-  cmake/run-under-wine regsvr32 /s 'Z:'"$PWD/build/release/bin/Quillet.dll" &&
+  cmake/run-under-wine regsvr32 /s 'Z:'"$PWD/$programs/Quillet.dll" &&
     add_value "$key\DWT Folders" 'C:\Demo\templates' '' &&
     add_value "$key" DWTOnline "$catalogue_address/index.htm" &&
     add_value 'HKLM\Software\Microsoft\Shared tools' SharedFilesDir 'C:\Demo\shared\'
@@ -60,8 +61,13 @@ register_add_in() {
 
 add_value() { cmake/run-under-wine reg add "$1" /v "$2" /d "$3" /f /reg:32; }
 
-run_host() {
-  cmake/run-under-wine build/release/bin/quillet-host.exe 'C:\Demo\web' \
+run_host() { run_host_in cmake/run-under-wine "$@"; }
+
+# usage: run_host_in "RUNNER..." [HOST OPTION]...
+run_host_in() {
+  local runner=$1
+  shift
+  $runner "$programs/quillet-host.exe" 'C:\Demo\web' \
     --themes 'C:\Demo\shared\Themes11' --pictures 'C:\Demo' "$@"
 }
 

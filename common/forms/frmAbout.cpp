@@ -4,6 +4,7 @@
 #include "common/forms/resource.h"
 #include "common/log.h"
 #include "common/settings.h"
+#include "common/text.h"
 #include "common/version.h"
 
 frmAbout::frmAbout()
@@ -29,7 +30,7 @@ void frmAbout::Form_Load() {
 void frmAbout::cmdOK_Click() {
   handle(L"cmdOK_Click", [this] {
     const int value = chkLogging.value();
-    settings::SaveSetting(settings::general, settings::logging, std::to_wstring(value));
+    settings::SaveSetting(settings::general, settings::logging, text::decimal(value));
     modCommon::WriteLog(value == 1 ? L"Logging facility : ENABLED"
                                    : L"Logging facility : DISABLED");
     if (value == 1) modCommon::WriteLog(modCommon::logSeparator);

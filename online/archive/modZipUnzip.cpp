@@ -74,7 +74,7 @@ std::wstring rightColumn(const std::wstring& text, std::size_t width) {
 }
 
 std::wstring twoDigits(unsigned number) {
-  std::wstring digits = std::to_wstring(number % 100);
+  std::wstring digits = text::decimal(number % 100);
   return digits.size() < 2 ? text::join({L"0", digits}) : digits;
 }
 
@@ -88,7 +88,7 @@ std::wstring listingHeading() {
 
 std::wstring listingLine(const Line& line) {
   return text::join({leftColumn(line.name, nameWidth),
-                     rightColumn(std::to_wstring(line.unpackedSize), sizeWidth), L"  ",
+                     rightColumn(text::decimal(line.unpackedSize), sizeWidth), L"  ",
                      twoDigits(line.month), L"/", twoDigits(line.day), L"/", twoDigits(line.year),
                      L"  ", twoDigits(line.hour), L":", twoDigits(line.minute)});
 }
@@ -297,7 +297,7 @@ bool canMakeFileIn(const std::wstring& folder) {
 
 // What a result says for which the library has no words.
 std::wstring resultText(int result) {
-  return text::join({L"The unzip library ended with the result ", std::to_wstring(result), L"."});
+  return text::join({L"The unzip library ended with the result ", text::decimal(result), L"."});
 }
 
 long runChecked(const unzip::Library& library, const Options& options, const LibraryPaths& paths,

@@ -76,6 +76,6 @@ std::wstring withErrorText(const std::wstring& message, unsigned long code) {
 }
 
 void logDownloadError(const wchar_t* procedure, const Error& error) {
-  modCommon::WriteLog({L"Error ", std::to_wstring(error.number()), L" (", error.description(),
+  modCommon::WriteLog({L"Error ", text::decimal(error.number()), L" (", error.description(),
                        L") in procedure ", procedure, L" of Form frmDownloadProgress"});
 }

@@ -60,7 +60,7 @@ const DownloadTable::Parts& DownloadTable::parts(std::size_t column, Row kind) c
 }
 
 void DownloadTable::setSize(std::size_t column, Row kind, unsigned long long bytes) {
-  columns_[column].rows[kind + 1] = std::to_wstring(bytes);
+  columns_[column].rows[kind + 1] = text::decimal(static_cast<long long>(bytes));
 }
 
 unsigned long long DownloadTable::size(std::size_t column, Row kind) const {

@@ -39,8 +39,8 @@ FileTransfer::FileTransfer(const DownloadTable& table, InternetSession& session,
 std::vector<FileTransfer::Archive> FileTransfer::run() {
   std::vector<Archive> archives;
   for (std::size_t index = 0; index < places_.size(); ++index) {
-    showCaption(text::join({L"Downloading ", std::to_wstring(index + 1), L" of ",
-                            std::to_wstring(places_.size()), L" files."}));
+    showCaption(text::join({L"Downloading ", text::decimal(index + 1), L" of ",
+                            text::decimal(places_.size()), L" files."}));
     archives.push_back({places_[index].kind, transfer(index)});
   }
   return archives;

@@ -20,7 +20,7 @@ std::wstring numbered(const std::wstring& path, int number) {
   const auto name = path.rfind(L'\\') + 1;
   const auto point = path.rfind(L'.');
   const auto end = point == path.npos || point <= name ? path.size() : point;
-  return text::join({path.substr(0, end), L" (", std::to_wstring(number), L")", path.substr(end)});
+  return text::join({path.substr(0, end), L" (", text::decimal(number), L")", path.substr(end)});
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "online/transfer/modWINInetURL.h"
 
 #include <algorithm>
+#include <memory>
 
 #include "common/ansi.h"
 #include "common/letter_case.h"
@@ -52,7 +53,9 @@ std::optional<CrackedUrl> CrackUrl(std::wstring_view url) {
   // A "?" in place of a character would begin a query; in the query it does no harm.
   if (url.empty() || !text::fitsAnsi(url.substr(0, url.find(L'?')))) return std::nullopt;
   const std::string ansi = text::toAnsi(url);
-  Buffers buffers = {};
+  // Together they are larger than a frame of the stack should be.
+  const auto made = std::make_unique<Buffers>();
+  Buffers& buffers = *made;
   URL_COMPONENTSA components = componentsOver(buffers);
   const wininet::Functions functions;
   if (!functions.crackUrl(ansi.c_str(), 0, 0, &components)) return std::nullopt;

@@ -17,6 +17,8 @@ class PortableExecutable {
   std::set<std::string> exports() const;
   // Names of sections.
   std::vector<std::string> sections() const;
+  // When it was linked, in seconds since 1970; 0 when it does not tell.
+  DWORD time() const { return headers().FileHeader.TimeDateStamp; }
   WORD machine() const { return headers().FileHeader.Machine; }
   WORD dllCharacteristics() const { return headers().OptionalHeader.DllCharacteristics; }
   // Without them the system cannot load it at another address than its own.

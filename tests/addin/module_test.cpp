@@ -26,6 +26,15 @@
 
 namespace {
 
+// A line of the list that holds for some compilers only bears their range in front; see there.
+std::string forThisCompiler(const std::string& line) {
+  const std::string older = "gcc<13 ", newer = "gcc>=13 ";
+  const std::string& other = __GNUC__ < 13 ? newer : older;
+  const std::string& own = __GNUC__ < 13 ? older : newer;
+  if (line.starts_with(other)) return {};
+  return line.starts_with(own) ? line.substr(own.size()) : line;
+}
+
 // The lines of the list of functions that the module may import; "#" begins a remark.
 std::set<std::string> allowedImports() {
   // The path is the build machine's, seen from Wine's drive of its whole file system.
@@ -40,7 +49,7 @@ std::set<std::string> allowedImports() {
   std::size_t start = 0;
   while (start < content.size()) {
     const std::size_t end = std::min(content.find('\n', start), content.size());
-    const std::string line = content.substr(start, end - start);
+    const std::string line = forThisCompiler(content.substr(start, end - start));
     if (!line.empty() && line.front() != '#') result.insert(line);
     start = end + 1;
   }
@@ -144,9 +153,9 @@ TEST_SUITE("module file") {
     }
   }
 
-  TEST_CASE("The module stays below 560 KB and is stripped") {
+  TEST_CASE("The module stays below 512 KB and is stripped") {
     const PortableExecutable file(ShippedModule::builtPath());
-    CHECK(file.size() < 560 * 1024);
+    CHECK(file.size() < 512 * 1024);
     for (const auto& section : file.sections()) CHECK(section.substr(0, 1) == ".");
     for (const auto& section : file.sections()) CHECK(section.find("debug") == section.npos);
   }
@@ -157,6 +166,14 @@ TEST_SUITE("module file") {
     CHECK((file.dllCharacteristics() & IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE) != 0);
     CHECK((file.dllCharacteristics() & IMAGE_DLLCHARACTERISTICS_NX_COMPAT) != 0);
     CHECK(file.hasRelocations());
+  }
+
+  // So that whoever builds the same sources can tell that a module is made of them.
+  TEST_CASE("The module tells neither when nor where it was built") {
+    const PortableExecutable file(ShippedModule::builtPath());
+    CHECK(file.time() == 0);
+    CHECK_FALSE(file.contains(QUILLET_SOURCES));
+    CHECK(file.contains("Created by WIDL") == file.contains("Thu Jan  1 00:00:00 1970"));
   }
 
   TEST_CASE("The module exports the five entry points of a COM server undecorated") {

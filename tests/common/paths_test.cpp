@@ -25,6 +25,12 @@ BOOL WINAPI refuseToMake(LPCWSTR, LPSECURITY_ATTRIBUTES) {
   return FALSE;
 }
 
+// As systems do that count "C:" as a root.
+BOOL WINAPI stripToDrive(LPSTR path) {
+  path[2] = '\0';
+  return TRUE;
+}
+
 std::vector<std::wstring> madeFolders;
 decltype(&CreateDirectoryW) realCreateDirectory = nullptr;
 
@@ -204,6 +210,19 @@ TEST_CASE("a path without a root is answered with true and nothing is made") {
   refusal = ERROR_ACCESS_DENIED;
   ImportPatch patch(nullptr, "kernel32.dll", "CreateDirectoryW", refuseToMake);
   for (const auto* path : {L"", L"one\\two", L"C:one\\two", L"one", L".\\one", L"C:"}) {
+    CAPTURE(std::wstring(path));
+    CHECK(CreateFolderPath(path));
+  }
+  CHECK(driver.boxes().empty());
+}
+
+TEST_CASE("a path from a drive's current folder has no root where the system finds the drive") {
+  ScratchFolder scratch;
+  ModalDriver driver;
+  refusal = ERROR_ACCESS_DENIED;
+  ImportPatch patch(nullptr, "kernel32.dll", "CreateDirectoryW", refuseToMake);
+  ImportPatch strip(nullptr, "shlwapi.dll", "PathStripToRootA", stripToDrive);
+  for (const auto* path : {L"C:one\\two", L"C:one", L"C:"}) {
     CAPTURE(std::wstring(path));
     CHECK(CreateFolderPath(path));
   }

@@ -52,6 +52,16 @@ TEST_CASE("splitting keeps empty pieces") {
   CHECK(text::split(L"a", L'|') == Pieces{L"a"});
 }
 
+TEST_CASE("whole numbers are written in decimal digits") {
+  CHECK(text::decimal(0) == L"0");
+  CHECK(text::decimal(9) == L"9");
+  CHECK(text::decimal(10) == L"10");
+  CHECK(text::decimal(-1) == L"-1");
+  CHECK(text::decimal(4294967295) == L"4294967295");
+  CHECK(text::decimal(9223372036854775807) == L"9223372036854775807");
+  CHECK(text::decimal(-9223372036854775807 - 1) == L"-9223372036854775808");
+}
+
 TEST_CASE("an ending is added only where it is missing") {
   CHECK(text::withEnding(L"a", L'/') == L"a/");
   CHECK(text::withEnding(L"a/", L'/') == L"a/");
