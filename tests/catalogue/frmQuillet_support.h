@@ -181,6 +181,17 @@ class BrowserWindow {
   void run() {
     frmQuillet form(hostApplication());
     form.ShowQuillet(false, owner);
+    checkOwners();
+  }
+
+  // The window's own boxes stand over it, whatever a test is about; those of the dialogs that it
+  // opened over these.
+  void checkOwners() const {
+    for (const ShownBox& box : dialog ? driver.boxes() : std::vector<ShownBox>()) {
+      CAPTURE(box.text);
+      CHECK(box.owner);
+      if (box.title == browserCaption) CHECK(box.owner == dialog);
+    }
   }
 
   static void CALLBACK onTimer(HWND, UINT, UINT_PTR timer, DWORD) {

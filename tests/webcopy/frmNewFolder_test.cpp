@@ -34,6 +34,7 @@ struct NewFolderSession {
       for (const auto& each : names) {
         type(dialog, each);
         press(dialog, IDOK);
+        if (!driver.boxes().empty()) CHECK(driver.boxes().back().owner == dialog);
         focused = GetFocus() == GetDlgItem(dialog, IDC_NEWFOLDER_TXTFOLDERNAME);
         open = IsWindowVisible(dialog) != FALSE;
       }

@@ -343,6 +343,7 @@ TEST_CASE("a name that the host refuses is told and the picker stays open") {
     CHECK_FALSE(session.pick([&](HWND dialog) {
       makeFolder(session, dialog, confirming(name));
       open = IsWindowVisible(dialog) && IsWindowEnabled(dialog);
+      CHECK(session.driver.boxes().back().owner == dialog);
       CHECK(treeOf(dialog).selectedPath() == L"site");
       CHECK(treeOf(dialog).children(treeOf(dialog).at({L"site"})).empty());
       press(dialog, IDCANCEL);
