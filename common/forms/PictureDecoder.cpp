@@ -11,7 +11,7 @@
 namespace forms {
 namespace {
 
-constexpr std::uint64_t mostPixels = 64u << 20;
+constexpr std::uint64_t mostPixels = 32u << 20;  // a decoder may hold them twice
 constexpr long longestSide = 0x7FFF;
 
 Error notAPicture() { return Error(PictureDecoder::invalidPicture, L"Invalid picture"); }

@@ -282,9 +282,13 @@ TEST_CASE("a picture of absurd size is refused before anything is decoded") {
   jpeg[start + 5] = jpeg[start + 7] = '\xFF';
   std::string thin = pictures::bytes(pictures::blueJpeg);
   thin[start + 7] = '\x80';  // 32,969 by 100
+  std::string wide = pictures::bytes(pictures::blueGif);
+  wide[6] = wide[8] = '\x70';  // 6,000 by 6,000
+  wide[7] = wide[9] = '\x17';
   const std::vector<std::wstring> paths = {
       disk.writeFile(L"a.gif", gif), disk.writeFile(L"b.gif", frame),
-      disk.writeFile(L"c.jpg", jpeg), disk.writeFile(L"d.jpg", thin)};
+      disk.writeFile(L"c.jpg", jpeg), disk.writeFile(L"d.jpg", thin),
+      disk.writeFile(L"e.gif", wide)};
   PictureForm([&](PictureForm& form) {
     const Decodings decodings;
     for (const auto& path : paths) {
