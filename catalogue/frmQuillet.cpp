@@ -8,6 +8,7 @@
 #include "common/forms/PageAddress.h"
 #include "common/forms/frmAbout.h"
 #include "common/log.h"
+#include "common/log_switch.h"
 #include "common/module.h"
 #include "common/paths.h"
 #include "common/placement.h"

@@ -2,16 +2,10 @@
 
 #include <windows.h>
 
-#include <oleauto.h>
-
 #include <algorithm>
 #include <limits>
 
 #include "common/ansi.h"
-#include "common/com.h"
-#include "common/errors.h"
-#include "common/report.h"
-#include "common/settings.h"
 #include "common/text.h"
 
 namespace modCommon {
@@ -21,21 +15,12 @@ namespace {
 struct LogState {
   short flag = 0;
   short indent = 0;
-  std::wstring_view prefix;  // names the log; on purpose no line carries it
+  std::wstring_view prefix = L"DWT-";  // names the log; on purpose no line carries it
 };
 
 LogState state;
 
 constexpr int highest = std::numeric_limits<short>::max();
-
-short savedFlag() {
-  const com::Bstr saved(settings::GetSetting(settings::general, settings::logging, L"0"));
-  short flag = 0;
-  const HRESULT result = VarI2FromStr(saved.get(), LOCALE_USER_DEFAULT, 0, &flag);
-  if (result == DISP_E_OVERFLOW) throw Error(errors::overflow);
-  if (FAILED(result)) throw Error(errors::typeMismatch);
-  return flag;
-}
 
 void appendTwoDigits(std::wstring& line, WORD number) {
   line += static_cast<wchar_t>(L'0' + number / 10);
@@ -55,12 +40,6 @@ std::wstring timeOfDay() {
 }
 
 }  // namespace
-
-void InitLog() {
-  state.prefix = L"DWT-";
-  handle(L"InitLog", [] { state.flag = savedFlag(); });
-  SetLogIndent(0);
-}
 
 void SetLogIndent(int level) { state.indent = static_cast<short>(std::clamp(level, 0, highest)); }
 

@@ -7,9 +7,6 @@
 
 namespace modCommon {
 
-// Reads the switch and resets the indentation. Called when a main window loads.
-void InitLog();
-
 void SetLogIndent(int level);
 // Two columns deeper, or back; never below 0.
 void LogIndent(bool deeper);

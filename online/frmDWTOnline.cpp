@@ -7,6 +7,7 @@
 #include "common/forms/BrowseForFolder.h"
 #include "common/forms/folder_icons.h"
 #include "common/log.h"
+#include "common/log_switch.h"
 #include "common/paths.h"
 #include "common/placement.h"
 #include "common/settings.h"

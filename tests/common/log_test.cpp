@@ -1,4 +1,5 @@
 #include "common/log.h"
+#include "common/log_switch.h"
 
 #include <windows.h>
 
