@@ -1,6 +1,7 @@
 #include "addin/ClassFactory.h"
 
 #include "addin/DWTemplate.h"
+#include "common/lifetime.h"
 
 ComPtr<ClassFactory> ClassFactory::make() { return ComPtr<ClassFactory>::adopt(new ClassFactory); }
 
@@ -11,14 +12,6 @@ HRESULT ClassFactory::QueryInterface(REFIID iid, void** object) {
   *object = static_cast<IClassFactory*>(this);
   AddRef();
   return S_OK;
-}
-
-ULONG ClassFactory::AddRef() { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
-
-ULONG ClassFactory::Release() {
-  const LONG left = InterlockedDecrement(&references_);
-  if (left == 0) delete this;
-  return static_cast<ULONG>(left);
 }
 
 HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** object) {

@@ -35,14 +35,6 @@ HRESULT ClickSink::QueryInterface(REFIID iid, void** object) {
   return S_OK;
 }
 
-ULONG ClickSink::AddRef() { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
-
-ULONG ClickSink::Release() {
-  const LONG left = InterlockedDecrement(&references_);
-  if (left == 0) delete this;
-  return static_cast<ULONG>(left);
-}
-
 HRESULT ClickSink::GetTypeInfoCount(UINT* count) {
   if (!count) return E_POINTER;
   *count = 0;

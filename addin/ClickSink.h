@@ -7,12 +7,12 @@
 
 #include <functional>
 
+#include "common/Counted.h"
 #include "common/com.h"
-#include "common/lifetime.h"
 
 // One reference-counted sink for `_CommandBarButtonEvents`. The host may keep it beyond the
 // connection; after `detach` clicks go nowhere.
-class ClickSink final : public IDispatch {
+class ClickSink final : public com::Counted<IDispatch> {
  public:
   // The clicked button and the event's by-reference Boolean, both as they came (null when missing).
   using Handler = std::function<void(IDispatch* button, VARIANT_BOOL* cancelDefault)>;
@@ -21,8 +21,6 @@ class ClickSink final : public IDispatch {
   void detach() noexcept { handler_ = nullptr; }
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
-  ULONG STDMETHODCALLTYPE AddRef() override;
-  ULONG STDMETHODCALLTYPE Release() override;
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo** info) override;
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
@@ -32,10 +30,8 @@ class ClickSink final : public IDispatch {
 
  private:
   explicit ClickSink(Handler handler) : handler_(std::move(handler)) {}
-  ~ClickSink() = default;
+  ~ClickSink() override = default;
 
-  lifetime::ModuleReference moduleReference_;
-  LONG references_ = 1;
   Handler handler_;
 };
 

@@ -50,14 +50,6 @@ HRESULT ConnectionObject::QueryInterface(REFIID iid, void** object) {
   return S_OK;
 }
 
-ULONG ConnectionObject::AddRef() { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
-
-ULONG ConnectionObject::Release() {
-  const LONG left = InterlockedDecrement(&references_);
-  if (left == 0) delete this;
-  return static_cast<ULONG>(left);
-}
-
 HRESULT ConnectionObject::GetTypeInfoCount(UINT* count) {
   if (!count) return E_POINTER;
   *count = 1;

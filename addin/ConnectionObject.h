@@ -1,19 +1,14 @@
-// The COM side of a connection class: references, and calls by name.
+// The COM side of a connection class: its interfaces, and calls by name.
 #pragma once
 
 #include "addin/IDTExtensibility2.h"
-#include "common/lifetime.h"
+#include "common/Counted.h"
 
 // Calls by name reach the same methods as calls through the table. They are taken generously: only
 // the arguments that a connection uses must have their types.
-class ConnectionObject : public IDTExtensibility2 {
+class ConnectionObject : public com::Counted<IDTExtensibility2> {
  public:
-  ConnectionObject(const ConnectionObject&) = delete;
-  ConnectionObject& operator=(const ConnectionObject&) = delete;
-
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) final;
-  ULONG STDMETHODCALLTYPE AddRef() final;
-  ULONG STDMETHODCALLTYPE Release() final;
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) final;
   // From the module's embedded type library.
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) final;
@@ -24,13 +19,8 @@ class ConnectionObject : public IDTExtensibility2 {
                                    UINT* badArgument) final;
 
  protected:
-  // Born with one reference.
   ConnectionObject() noexcept = default;
-  virtual ~ConnectionObject() = default;
 
  private:
   HRESULT dispatch(DISPID id, const DISPPARAMS& parameters);
-
-  lifetime::ModuleReference moduleReference_;
-  LONG references_ = 1;
 };

@@ -7,7 +7,7 @@ long references() noexcept;
 void addReference() noexcept;
 void removeReference() noexcept;
 
-// Keeps the module loaded while it lives; a member of every COM object of the module.
+// Keeps the module loaded while it lives.
 class ModuleReference {
  public:
   ModuleReference() noexcept { addReference(); }

@@ -48,16 +48,6 @@ HRESULT WebBrowser::Site::QueryInterface(REFIID id, void** object) noexcept {
   return S_OK;
 }
 
-ULONG WebBrowser::Site::AddRef() noexcept {
-  return static_cast<ULONG>(InterlockedIncrement(&references_));
-}
-
-ULONG WebBrowser::Site::Release() noexcept {
-  const LONG left = InterlockedDecrement(&references_);
-  if (left == 0) delete this;
-  return static_cast<ULONG>(left);
-}
-
 HRESULT WebBrowser::Site::GetMoniker(DWORD, DWORD, IMoniker** moniker) noexcept {
   if (moniker) *moniker = nullptr;
   return E_NOTIMPL;

@@ -6,17 +6,15 @@
 #include <mshtmdid.h>
 #include <mshtmhst.h>
 
+#include "common/Counted.h"
 #include "common/forms/WebBrowser.h"
-#include "common/lifetime.h"
 
 namespace forms {
 
-class WebBrowser::Site final : public IOleClientSite,
-                               public IOleInPlaceSite,
-                               public IOleInPlaceFrame,
-                               public IOleControlSite,
-                               public IDocHostUIHandler,
-                               public IDispatch {
+// The browser may hold on to it for longer than the form lives.
+class WebBrowser::Site final
+    : public com::Counted<IOleClientSite, IOleInPlaceSite, IOleInPlaceFrame, IOleControlSite,
+                          IDocHostUIHandler, IDispatch> {
  public:
   explicit Site(WebBrowser& owner) noexcept : owner_(&owner) {}
 
@@ -25,8 +23,6 @@ class WebBrowser::Site final : public IOleClientSite,
 
   // IUnknown
   STDMETHODIMP QueryInterface(REFIID id, void** object) noexcept override;
-  STDMETHODIMP_(ULONG) AddRef() noexcept override;
-  STDMETHODIMP_(ULONG) Release() noexcept override;
 
   // IOleClientSite
   STDMETHODIMP SaveObject() noexcept override { return E_NOTIMPL; }
@@ -112,7 +108,7 @@ class WebBrowser::Site final : public IOleClientSite,
                       VARIANT* result, EXCEPINFO*, UINT*) noexcept override;
 
  private:
-  ~Site() = default;
+  ~Site() override = default;
 
   HRESULT ambient(DISPID property, VARIANT* result) const noexcept;
   void onEvent(DISPID event, const DISPPARAMS& arguments);
@@ -121,9 +117,6 @@ class WebBrowser::Site final : public IOleClientSite,
   void pageEvent(DISPID event, const DISPPARAMS& arguments);
   void fileDownload(const DISPPARAMS& arguments);
 
-  LONG references_ = 1;
-  // The browser may hold on to its site for longer than the form lives.
-  lifetime::ModuleReference moduleReference_;
   WebBrowser* owner_;
 };
 
