@@ -10,21 +10,21 @@ void FolderListEdit::Load() {
   rows_.clear();
   TemplateFolderList list;
   modCommon::ReadTemplateFolderList(list);
-  for (const auto& entry : list) rows_.add({entry.substr(1), entry.front()});
+  for (const ListedFolder& folder : list) rows_.add(folder);
   selectNear(0);
 }
 
 FolderListEdit::Allowed FolderListEdit::allowed() const {
   if (rows_.count() == 0) return {};
   const int index = rows_.selected();
-  const bool perUser = index >= 0 && rows_.row(index).tag == perUserTag;
+  const bool perUser = index >= 0 && rows_.row(index).list == FolderList::user;
   return {.edit = perUser, .remove = perUser, .removeAll = true};
 }
 
 bool FolderListEdit::Add(std::wstring_view path) {
   const int existing = rows_.find(path);
   const bool isNew = existing < 0;
-  rows_.select(isNew ? rows_.add({std::wstring(path), perUserTag}) : existing);
+  rows_.select(isNew ? rows_.add({FolderList::user, std::wstring(path)}) : existing);
   return isNew;
 }
 
@@ -46,7 +46,7 @@ void FolderListEdit::Remove() {
 
 void FolderListEdit::RemoveAll() {
   for (int index = rows_.count() - 1; index >= 0; --index)
-    if (rows_.row(index).tag != machineWideTag) rows_.removeAt(index);
+    if (rows_.row(index).list != FolderList::machine) rows_.removeAt(index);
   selectNear(rows_.selected());
 }
 
@@ -54,8 +54,8 @@ void FolderListEdit::Save() const {
   settings::DeleteSetting(settings::folders);
   modCommon::WriteLog(L"Saving DWT list...");
   for (int index = 0; index < rows_.count(); ++index) {
-    const FolderRow row = rows_.row(index);
-    if (row.tag != perUserTag) continue;
+    const ListedFolder row = rows_.row(index);
+    if (row.list != FolderList::user) continue;
     settings::SaveSetting(settings::folders, row.path, row.path);
     modCommon::WriteLog({L"User folder: ", row.path});
   }

@@ -4,25 +4,19 @@
 #include <string>
 #include <string_view>
 
-#include "catalogue/TemplateFolderList.h"
-
-// One listed folder; the tag tells which of the two lists it is from.
-struct FolderRow {
-  std::wstring path;
-  wchar_t tag = perUserTag;
-};
+#include "folders/TemplateFolderList.h"
 
 // The rows as they are shown, numbered in the order in which they stand. There is no other copy of
 // the edited list.
 class FolderRows {
  public:
   virtual int count() const = 0;
-  virtual FolderRow row(int index) const = 0;
+  virtual ListedFolder row(int index) const = 0;
   // The first row of that path in any letter case; -1 when none has it.
   virtual int find(std::wstring_view path) const = 0;
   virtual int selected() const = 0;  // -1 when none is
   virtual void select(int index) = 0;
-  virtual int add(const FolderRow& row) = 0;  // where it stands now
+  virtual int add(const ListedFolder& row) = 0;  // where it stands now
   virtual void setPath(int index, std::wstring_view path) = 0;
   virtual void removeAt(int index) = 0;
   virtual void clear() = 0;

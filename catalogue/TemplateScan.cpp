@@ -1,6 +1,5 @@
 #include "catalogue/TemplateScan.h"
 
-#include "catalogue/TemplateFolderList.h"
 #include "catalogue/TemplateInfo.h"
 #include "common/FileSearch.h"
 #include "common/errors.h"
@@ -9,6 +8,7 @@
 #include "common/paths.h"
 #include "common/report.h"
 #include "common/text.h"
+#include "folders/TemplateFolderList.h"
 
 namespace {
 
@@ -50,7 +50,7 @@ void TemplateScan::ListTemplates() {
   TemplateFolderList folders;
   if (modCommon::ReadTemplateFolderList(folders) == 0) return;
   modCommon::WriteLog(L"Enumerating DWTs...");
-  for (const auto& entry : folders) ScanFolder(std::wstring_view(entry).substr(1));
+  for (const ListedFolder& folder : folders) ScanFolder(folder.path);
   modCommon::WriteLog(
       {L"DWT enumeration complete. ", text::decimal(view_.count()), L" DWTs listed."});
 }

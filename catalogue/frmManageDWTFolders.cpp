@@ -10,8 +10,8 @@ namespace {
 constexpr wchar_t pickerPrompt[] = L"Select a folder that contains Dynamic Web Templates";
 constexpr wchar_t alreadyListed[] = L"Path already exists in the list.";
 
-// The place of a tag's icon in the image list.
-int iconOf(wchar_t tag) { return tag == machineWideTag ? 0 : 1; }
+// The place of a list's icon in the image list.
+int iconOf(FolderList list) { return list == FolderList::machine ? 0 : 1; }
 
 }  // namespace
 
@@ -44,17 +44,17 @@ bool frmManageDWTFolders::ShowFolderDialog(HWND owner) {
   return saved_;
 }
 
-FolderRow frmManageDWTFolders::Rows::row(int index) const {
+ListedFolder frmManageDWTFolders::Rows::row(int index) const {
   const forms::ListRow& row = list_.row(index);
-  return {row.text, row.tag.front()};
+  return {static_cast<FolderList>(row.tag.front()), row.text};
 }
 
-int frmManageDWTFolders::Rows::add(const FolderRow& row) {
+int frmManageDWTFolders::Rows::add(const ListedFolder& row) {
   return list_.add({.key = {},
                     .text = row.path,
-                    .tag = std::wstring(1, row.tag),
+                    .tag = letterOf(row.list),
                     .toolTip = {},
-                    .icon = iconOf(row.tag)});
+                    .icon = iconOf(row.list)});
 }
 
 void frmManageDWTFolders::Form_Load() {

@@ -22,11 +22,11 @@ class frmManageDWTFolders : public forms::Form {
    public:
     explicit Rows(forms::ListView& list) : list_(list) {}
     int count() const override { return list_.count(); }
-    FolderRow row(int index) const override;
+    ListedFolder row(int index) const override;
     int find(std::wstring_view path) const override { return list_.find(path); }
     int selected() const override { return list_.selected(); }
     void select(int index) override { list_.select(index); }
-    int add(const FolderRow& row) override;
+    int add(const ListedFolder& row) override;
     void setPath(int index, std::wstring_view path) override { list_.setText(index, path); }
     void removeAt(int index) override { list_.removeAt(index); }
     void clear() override { list_.clear(); }

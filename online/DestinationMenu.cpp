@@ -4,12 +4,12 @@
 
 DestinationMenu::DestinationMenu(const TemplateFolderList& folders) {
   std::wstring running;
-  for (const std::wstring& folder : folders) {
-    if (folder.size() < 2) continue;  // a value without a name
-    const std::wstring letter = folder.substr(0, 1);
+  for (const ListedFolder& folder : folders) {
+    if (folder.path.empty()) continue;  // a value without a name
+    const std::wstring letter = letterOf(folder.list);
     if (!entries_.empty() && letter != running) entries_.push_back({separator, {}});
     running = letter;
-    entries_.push_back({folder.substr(1), letter});
+    entries_.push_back({folder.path, letter});
   }
   if (!entries_.empty()) entries_.push_back({separator, {}});
   entries_.push_back({browse, {}});

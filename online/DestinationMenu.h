@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "catalogue/TemplateFolderList.h"
+#include "folders/TemplateFolderList.h"
 
 struct DestinationEntry {
   std::wstring text;  // a folder path, "-" for a separator, or the last entry's caption

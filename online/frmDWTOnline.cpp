@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "addin/host/environment.h"
-#include "catalogue/TemplateFolderList.h"
 #include "common/forms/BrowseForFolder.h"
 #include "common/forms/folder_icons.h"
 #include "common/log.h"
@@ -12,6 +11,7 @@
 #include "common/placement.h"
 #include "common/settings.h"
 #include "common/text.h"
+#include "folders/TemplateFolderList.h"
 #include "online/DownloadPage.h"
 #include "online/frmDownloadProgress.h"
 #include "online/resource.h"

@@ -12,7 +12,7 @@ using Change = FolderListEdit::Change;
 class PlainRows final : public FolderRows {
  public:
   int count() const override { return static_cast<int>(rows.size()); }
-  FolderRow row(int index) const override { return rows.at(static_cast<std::size_t>(index)); }
+  ListedFolder row(int index) const override { return rows.at(static_cast<std::size_t>(index)); }
   int find(std::wstring_view path) const override {
     for (int index = 0; index < count(); ++index)
       if (text::equalIgnoringCase(row(index).path, path)) return index;
@@ -20,7 +20,7 @@ class PlainRows final : public FolderRows {
   }
   int selected() const override { return chosen; }
   void select(int index) override { chosen = index; }
-  int add(const FolderRow& row) override {
+  int add(const ListedFolder& row) override {
     rows.push_back(row);
     return count() - 1;
   }
@@ -39,19 +39,15 @@ class PlainRows final : public FolderRows {
     chosen = -1;
   }
 
-  Lines tagged() const {
-    Lines result;
-    for (const auto& row : rows) result.push_back(row.tag + row.path);
-    return result;
-  }
+  Lines tagged() const { return ::tagged(rows); }
 
-  std::vector<FolderRow> rows;
+  TemplateFolderList rows;
   int chosen = -1;
 };
 
 struct EditedList {
   explicit EditedList(const Lines& tagged, int selected = 0) {
-    for (const auto& entry : tagged) rows.add({entry.substr(1), entry.front()});
+    rows.rows = folderList(tagged);
     rows.chosen = selected;
   }
   PlainRows rows;

@@ -10,35 +10,7 @@
 
 #include "catalogue/TemplateScan.h"
 #include "common/letter_case.h"
-#include "common/log.h"
-#include "tests/support/ScratchRegistry.h"
-
-inline constexpr wchar_t machineFolders[] =
-    L"Software\\Korvel Software\\Quillet Viewer\\DWT Folders";
-inline constexpr wchar_t userFolders[] =
-    L"Software\\VB and VBA Program Settings\\Quillet Viewer\\DWT Folders";
-
-using Lines = std::vector<std::wstring>;
-
-inline void listForMachine(ScratchRegistry& registry, std::wstring_view path) {
-  registry.setString(HKEY_LOCAL_MACHINE, machineFolders, path, L"");
-}
-
-inline void listForUser(ScratchRegistry& registry, std::wstring_view path) {
-  registry.setString(HKEY_CURRENT_USER, userFolders, path, path);
-}
-
-// The diagnostic log switched on.
-class LoggingOn {
- public:
-  LoggingOn() {
-    modCommon::SetLogIndent(0);
-    modCommon::setLoggingFlag(1);
-  }
-  ~LoggingOn() { modCommon::setLoggingFlag(0); }
-  LoggingOn(const LoggingOn&) = delete;
-  LoggingOn& operator=(const LoggingOn&) = delete;
-};
+#include "tests/folders/folder_support.h"
 
 // A template list without a window.
 class ListedTemplates final : public TemplateScanView {

@@ -1,8 +1,8 @@
-#include "catalogue/TemplateFolderList.h"
+#include "folders/TemplateFolderList.h"
 
 #include "common/errors.h"
 #include "common/handles.h"
-#include "tests/catalogue/catalogue_support.h"
+#include "tests/folders/folder_support.h"
 #include "tests/support/DebugOutput.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/text_output.h"
@@ -51,7 +51,7 @@ TEST_CASE("machine-wide folders come before the folders of the user") {
   const DebugOutput output;
   TemplateFolderList list;
   CHECK(ReadTemplateFolderList(list) == 2);
-  CHECK(list == TemplateFolderList{L"GD:\\Z", L"UC:\\A"});
+  CHECK(tagged(list) == Lines{L"GD:\\Z", L"UC:\\A"});
   CHECK(output.messages() == Lines{L"Reading DWT folders list...", L"key opened", L"Global - D:\\Z",
                                    L"User - C:\\A", L"DWT folders list contains 2 items."});
 }
@@ -62,7 +62,7 @@ TEST_CASE("a path in both folder lists is listed twice") {
   listForUser(registry, L"C:\\Templates");
   TemplateFolderList list;
   CHECK(ReadTemplateFolderList(list) == 2);
-  CHECK(list == TemplateFolderList{L"GC:\\Templates", L"UC:\\Templates"});
+  CHECK(tagged(list) == Lines{L"GC:\\Templates", L"UC:\\Templates"});
 }
 
 TEST_CASE("each source of the folder list keeps its own storage order") {
@@ -71,14 +71,14 @@ TEST_CASE("each source of the folder list keeps its own storage order") {
     listForMachine(registry, path);
     listForUser(registry, path);
   }
-  TemplateFolderList expected;
+  Lines expected;
   for (const auto& name : registry.valueNames(HKEY_LOCAL_MACHINE, machineFolders))
     expected.push_back(L"G" + name);
   for (const auto& name : registry.valueNames(HKEY_CURRENT_USER, userFolders))
     expected.push_back(L"U" + name);
   TemplateFolderList list;
   CHECK(ReadTemplateFolderList(list) == 6);
-  CHECK(list == expected);
+  CHECK(tagged(list) == expected);
 }
 
 TEST_CASE("an empty machine-wide key is opened and contributes nothing") {
@@ -99,7 +99,7 @@ TEST_CASE("type and data of a machine-wide folder are not read") {
   registry.setString(HKEY_LOCAL_MACHINE, machineFolders, L"C:\\Text", L"D:\\Other");
   TemplateFolderList list;
   ReadTemplateFolderList(list);
-  CHECK(list == TemplateFolderList{L"GC:\\Binary", L"GC:\\Number", L"GC:\\Text"});
+  CHECK(tagged(list) == Lines{L"GC:\\Binary", L"GC:\\Number", L"GC:\\Text"});
 }
 
 TEST_CASE("of a folder of the user only the name counts") {
@@ -107,7 +107,7 @@ TEST_CASE("of a folder of the user only the name counts") {
   registry.setString(HKEY_CURRENT_USER, userFolders, L"C:\\Name", L"D:\\Data");
   TemplateFolderList list;
   ReadTemplateFolderList(list);
-  CHECK(list == TemplateFolderList{L"UC:\\Name"});
+  CHECK(tagged(list) == Lines{L"UC:\\Name"});
 }
 
 TEST_CASE("listed paths stay as they were stored") {
@@ -116,8 +116,7 @@ TEST_CASE("listed paths stay as they were stored") {
   listForUser(registry, L"C:\\100% \x00E4\x00F6\x00FC's\\..\\");
   TemplateFolderList list;
   ReadTemplateFolderList(list);
-  CHECK(list ==
-        TemplateFolderList{L"G c:\\with blanks\\ ", L"UC:\\100% \x00E4\x00F6\x00FC's\\..\\"});
+  CHECK(tagged(list) == Lines{L"G c:\\with blanks\\ ", L"UC:\\100% \x00E4\x00F6\x00FC's\\..\\"});
 }
 
 TEST_CASE("a listed path outside the code page is listed with question marks") {
@@ -126,7 +125,7 @@ TEST_CASE("a listed path outside the code page is listed with question marks") {
   listForMachine(registry, L"C:\\Plain");
   TemplateFolderList list;
   CHECK(ReadTemplateFolderList(list) == 2);
-  CHECK(list == TemplateFolderList{L"GC:\\Plain", L"GC:\\??"});
+  CHECK(tagged(list) == Lines{L"GC:\\Plain", L"GC:\\??"});
 }
 
 TEST_CASE("a path of the user outside the code page is listed with question marks too") {
@@ -134,7 +133,7 @@ TEST_CASE("a path of the user outside the code page is listed with question mark
   listForUser(registry, L"C:\\\x4E2D\x6587");
   TemplateFolderList list;
   CHECK(ReadTemplateFolderList(list) == 1);
-  CHECK(list == TemplateFolderList{L"UC:\\??"});
+  CHECK(tagged(list) == Lines{L"UC:\\??"});
 }
 
 TEST_CASE("a name that is too long hides only itself in the folder list") {
@@ -144,15 +143,15 @@ TEST_CASE("a name that is too long hides only itself in the folder list") {
   listForMachine(registry, L"C:\\last");
   TemplateFolderList list;
   CHECK(ReadTemplateFolderList(list) == 2);
-  CHECK(list == TemplateFolderList{L"GA:\\first", L"GC:\\last"});
+  CHECK(tagged(list) == Lines{L"GA:\\first", L"GC:\\last"});
 }
 
 TEST_CASE("reading the folder list forgets what the list held") {
   ScratchRegistry registry;
   listForUser(registry, L"C:\\New");
-  TemplateFolderList list{L"UC:\\Old"};
+  TemplateFolderList list{{FolderList::user, L"C:\\Old"}};
   CHECK(ReadTemplateFolderList(list) == 1);
-  CHECK(list == TemplateFolderList{L"UC:\\New"});
+  CHECK(tagged(list) == Lines{L"UC:\\New"});
 }
 
 TEST_CASE("32767 listed folders are counted") {

@@ -8,13 +8,20 @@
 #include <string>
 #include <vector>
 
-// Each entry is a tag letter and a folder path: "G" machine-wide, "U" per user. Machine-wide
-// entries come first, each source in its own storage order; duplicates stay and nothing is
-// normalised.
-using TemplateFolderList = std::vector<std::wstring>;
+// The two lists, by the letters with which rows and menu entries are tagged.
+enum class FolderList : wchar_t { machine = L'G', user = L'U' };
 
-inline constexpr wchar_t machineWideTag = L'G';
-inline constexpr wchar_t perUserTag = L'U';
+inline std::wstring letterOf(FolderList list) { return {1, static_cast<wchar_t>(list)}; }
+
+struct ListedFolder {
+  FolderList list;
+  std::wstring path;
+  bool operator==(const ListedFolder&) const = default;
+};
+
+// Machine-wide entries come first, each source in its own storage order; duplicates stay and
+// nothing is normalised.
+using TemplateFolderList = std::vector<ListedFolder>;
 
 namespace modCommon {
 

@@ -1,4 +1,4 @@
-#include "catalogue/TemplateFolderList.h"
+#include "folders/TemplateFolderList.h"
 
 #include <limits>
 
@@ -15,10 +15,10 @@ std::wstring machineWideKey() {
   return std::wstring(L"Software\\Korvel Software\\") + module::title + L"\\" + settings::folders;
 }
 
-void append(TemplateFolderList& list, wchar_t tag, const std::wstring& path) {
+void append(TemplateFolderList& list, ListedFolder folder) {
   if (list.size() >= static_cast<std::size_t>(std::numeric_limits<short>::max()))
     throw Error(errors::overflow);
-  list.push_back(tag + path);
+  list.push_back(std::move(folder));
 }
 
 void readMachineWide(TemplateFolderList& list) {
@@ -29,7 +29,7 @@ void readMachineWide(TemplateFolderList& list) {
   DWORD type = 0;
   for (;;) {
     if (key.EnumValue(name, type)) {
-      append(list, machineWideTag, name);
+      append(list, {FolderList::machine, name});
       modCommon::WriteLog({L"Global - ", name});
     } else if (key.GetLastError() != ERROR_MORE_DATA) {
       break;  // a name that is too long for any path hides only itself
@@ -40,7 +40,7 @@ void readMachineWide(TemplateFolderList& list) {
 
 void readPerUser(TemplateFolderList& list) {
   for (const auto& [name, data] : settings::GetAllSettings(settings::folders)) {
-    append(list, perUserTag, name);
+    append(list, {FolderList::user, name});
     modCommon::WriteLog({L"User - ", name});
   }
 }
