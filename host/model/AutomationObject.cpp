@@ -235,6 +235,10 @@ STDMETHODIMP AutomationObject::Invoke(DISPID id, REFIID iid, LCID, WORD flags,
   if (!member && (flags & DISPATCH_PROPERTYGET)) member = members().find(id, Kind::get);
   if (!member && (flags & DISPATCH_METHOD)) member = members().find(id, Kind::method);
   if (!member) return DISP_E_MEMBERNOTFOUND;
+  // The value of a put bears its own name, by which it is told from the arguments.
+  if (member->kind == Kind::put &&
+      (parameters->cNamedArgs == 0 || parameters->rgdispidNamedArgs[0] != DISPID_PROPERTYPUT))
+    return DISP_E_PARAMNOTFOUND;
 
   // The call itself may release the last reference that its caller holds.
   const ComPtr<AutomationObject> alive(this);

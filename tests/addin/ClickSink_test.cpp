@@ -189,6 +189,24 @@ TEST_SUITE("click sink") {
     }
     CHECK(second.listeners() == 0);
     CHECK(lifetime::references() == 0);
+    ButtonEvents events(&first, handler);
+    events.disconnect();
+    CHECK_FALSE(events);
+    CHECK(first.listeners() == 0);
+    CHECK(lifetime::references() == 0);
+  }
+
+  TEST_CASE("A connection that ends during a click hears nothing of it any more") {
+    standin::Host host;
+    auto& button = host.addEntry(30003, 1, L"First");
+    Heard heard;
+    ButtonEvents later;
+    // The host tells its listeners one after the other, those that have gone meanwhile too.
+    const ButtonEvents earlier(&button,
+                               [&later](IDispatch*, VARIANT_BOOL*) { later.disconnect(); });
+    later = ButtonEvents(&button, [&heard](IDispatch*, VARIANT_BOOL*) { ++heard.clicks; });
+    host.click(L"First");
+    CHECK(heard.clicks == 0);
   }
 
   TEST_CASE("An object without events gives no connection") {

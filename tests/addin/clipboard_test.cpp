@@ -1,6 +1,7 @@
 // What the user has on the clipboard while the entries get their faces.
 #include <shlobj.h>
 
+#include <algorithm>
 #include <functional>
 #include <string>
 
@@ -218,6 +219,10 @@ BOOL WINAPI openAfterAWhile(HWND owner) {
   return OpenClipboard(owner);
 }
 void WINAPI doNotSleep(DWORD) {}
+
+HANDLE WINAPI setNoBitmap(UINT format, HANDLE data) {
+  return format == CF_BITMAP ? nullptr : SetClipboardData(format, data);
+}
 
 // One picture that every kind of program would put there.
 HPALETTE onePalette() {
@@ -457,6 +462,52 @@ TEST_SUITE("clipboard") {
     CHECK(bytes(richText(), 9) == std::string("rendered\0", 9));
   }
 
+  TEST_CASE("What only its owner can use is not asked for and does not come back") {
+    const UINT behind[] = {CF_OWNERDISPLAY,
+                           CF_DSPTEXT,
+                           CF_DSPBITMAP,
+                           CF_DSPMETAFILEPICT,
+                           CF_DSPENHMETAFILE,
+                           CF_PRIVATEFIRST,
+                           CF_PRIVATELAST,
+                           CF_GDIOBJFIRST,
+                           CF_GDIOBJLAST,
+                           RegisterClipboardFormatW(L"DataObject"),
+                           RegisterClipboardFormatW(L"Ole Private Data")};
+    for (const UINT format : behind) {
+      CAPTURE(format);
+      Owner owner;
+      owner.put([&] {
+        SetClipboardData(format, nullptr);
+        putText(L"kept");
+      });
+      CHECK(createEntries());
+      CHECK(owner.rendered() == 0);
+      CHECK_FALSE(IsClipboardFormatAvailable(format));
+      CHECK(unicodeText() == L"kept");
+    }
+  }
+
+  TEST_CASE("The text that the system makes of another is left for it to make") {
+    Owner owner;
+    owner.put([] { putText(L"kept"); });
+    const ShippedModule module;
+    const ImportPatch setting(module.handle(), "user32.dll", "SetClipboardData", recordSetting);
+    formatsSet.clear();
+    CHECK(createEntries());
+    CHECK(std::count(formatsSet.begin(), formatsSet.end(), CF_OEMTEXT) == 0);
+  }
+
+  TEST_CASE("A format with nothing in it is no reason to go without faces") {
+    Owner owner;
+    owner.put([] {
+      putBytes(RegisterClipboardFormatW(L"Mark of another program"), {});
+      putText(L"kept");
+    });
+    CHECK(createEntries());
+    CHECK(unicodeText() == L"kept");
+  }
+
   TEST_CASE("An owner that fails to render loses that format only") {
     Owner owner;
     owner.put([] {
@@ -565,6 +616,49 @@ TEST_SUITE("clipboard") {
     CHECK(unicodeText() == L"kept");
   }
 
+  TEST_CASE("A picture of the user's is not taken for a face while the clipboard cannot be had") {
+    Owner owner;
+    owner.put([] { SetClipboardData(CF_BITMAP, twoPixels()); });
+    const ShippedModule module;
+    const ImportPatch opening(module.handle(), "user32.dll", "OpenClipboard", openAfterAWhile);
+    const ImportPatch sleeping(module.handle(), "kernel32.dll", "Sleep", doNotSleep);
+    failingAttempts = 40;  // the host's own attempts would not fail
+    int calls = 0;
+    CHECK_FALSE(createEntries([&](standin::Host& host) {
+      host.faults().before(L"CommandBarButton.PasteFace", [&] { ++calls; });
+    }));
+    CHECK(calls == 0);
+    CHECK(failingAttempts == 0);
+  }
+
+  TEST_CASE("A face that cannot be offered in all its formats is not pasted") {
+    Owner owner;
+    owner.put([] { putText(L"kept"); });
+    const ShippedModule module;
+    const ImportPatch setting(module.handle(), "user32.dll", "SetClipboardData", setNoBitmap);
+    int calls = 0;
+    CHECK_FALSE(createEntries([&](standin::Host& host) {
+      host.faults().before(L"CommandBarButton.PasteFace", [&] { ++calls; });
+    }));
+    CHECK(calls == 0);
+    CHECK(unicodeText() == L"kept");
+  }
+
+  TEST_CASE("A connection that makes no entries does not open the clipboard") {
+    const ShippedModule module;
+    const ImportPatch opening(module.handle(), "user32.dll", "OpenClipboard", openAfterAWhile);
+    failingAttempts = 1;
+    ScratchRegistry registry;
+    ModalDriver modal;
+    standin::HostOptions options;
+    options.menuBar = false;
+    standin::Host host(options);
+    const auto addIn = module.connection();
+    addIn->OnConnection(host.application(), atStartup, nullptr, nullptr);
+    CHECK(failingAttempts == 1);
+    failingAttempts = 0;
+  }
+
   TEST_CASE("A face is pasted again when another program took the clipboard from the host") {
     Owner owner;
     owner.put([] { putText(L"kept"); });
@@ -619,7 +713,10 @@ TEST_SUITE("clipboard") {
 
   TEST_CASE("What another program puts there between the two faces is what comes back") {
     Owner owner;
-    owner.put([] { putText(L"old"); });
+    owner.put([] {
+      putText(L"old");
+      putBytes(richText(), std::string("old\0", 4));
+    });
     CHECK(createEntries([&](standin::Host& host) {
       bool done = false;
       host.faults().before(L"CommandBarButton.Style", [&, done]() mutable {
@@ -630,6 +727,7 @@ TEST_SUITE("clipboard") {
       });
     }));
     CHECK(unicodeText() == L"new");
+    CHECK_FALSE(IsClipboardFormatAvailable(richText()));
   }
 
   TEST_CASE("A face is offered as a bitmap and as the pair of face and mask") {

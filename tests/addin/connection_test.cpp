@@ -271,6 +271,18 @@ TEST_SUITE("connection to the host") {
     checkNoWebMessage(connected, copyToWeb);
   }
 
+  TEST_CASE("An object that is connected anew to a host without a menu bar leaves its entries") {
+    Connected connected;
+    standin::HostOptions options;
+    options.menuBar = false;
+    const standin::Host other(options);
+    connected.addIn->OnConnection(other.application(), afterStartup, nullptr, nullptr);
+    CHECK(connected.host.button(copyToWeb)->listeners() == 0);
+    CHECK(connected.host.button(dwtOnline)->listeners() == 0);
+    connected.addIn->OnDisconnection(userClosed, nullptr);
+    connected.addIn.reset();
+  }
+
   TEST_CASE("A menu bar that is not of type 1 gets no entries and no message") {
     for (const long type : {0L, 2L}) {
       standin::HostOptions options;
@@ -578,6 +590,10 @@ TEST_SUITE("connection to the host") {
     const HostWindow dialog(otherClass, barStyle, 0, frame.get());
     EnableWindow(frame.get(), FALSE);
     checkOwner(dialog.get());
+    {
+      const HostWindow bar(otherClass, barStyle, WS_EX_TOOLWINDOW, frame.get());
+      checkOwner(frame.get());
+    }
     EnableWindow(frame.get(), TRUE);
   }
 
@@ -872,6 +888,41 @@ TEST_SUITE("connection to the host") {
     byName.call(L"OnDisconnection", {1L, array});
     CHECK_FALSE(host.button(copyToWeb));
     SafeArrayDestroy(custom);
+  }
+
+  TEST_CASE("A call by name may hand over references") {
+    ScratchRegistry registry;
+    ModalDriver modal;
+    standin::Host host(withVersion(L"6.0"));
+    ShippedModule module;
+    const auto addIn = module.connection();
+    IDispatch* application = host.application();
+    VARIANT four[4] = {};
+    four[3].vt = VT_BYREF | VT_DISPATCH;
+    four[3].ppdispVal = &application;
+    DISPPARAMS connecting = {four, nullptr, 4, 0};
+    CHECK(addIn->Invoke(1, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &connecting, nullptr,
+                        nullptr, nullptr) == S_OK);
+    CHECK(host.button(copyToWeb));
+    // The host shuts down: the entries are left to it, unlike in the other mode.
+    for (long mode : {0L, 1L}) {
+      addIn->OnConnection(host.application(), afterStartup, nullptr, nullptr);
+      VARIANT two[2] = {};
+      two[1].vt = VT_BYREF | VT_I4;
+      two[1].plVal = &mode;
+      DISPPARAMS disconnecting = {two, nullptr, 2, 0};
+      CHECK(addIn->Invoke(2, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &disconnecting,
+                          nullptr, nullptr, nullptr) == S_OK);
+      CHECK((host.button(copyToWeb) != nullptr) == (mode == 0));
+    }
+    // A reference to a reference is none.
+    VARIANT inner = {};
+    inner.vt = VT_BYREF | VT_VARIANT;
+    inner.pvarVal = &inner;
+    four[3].vt = VT_BYREF | VT_VARIANT;
+    four[3].pvarVal = &inner;
+    CHECK(addIn->Invoke(1, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &connecting, nullptr,
+                        nullptr, nullptr) == DISP_E_TYPEMISMATCH);
   }
 
   TEST_CASE("Calls by name with wrong arguments are refused as automation servers do") {

@@ -4,8 +4,10 @@
 #include "addin/host/HostApplication.h"
 #include "addin/resource.h"
 #include "common/handles.h"
+#include "common/log.h"
 #include "common/module.h"
 #include "host/model/Host.h"
+#include "tests/support/DebugOutput.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/text_output.h"
 
@@ -184,6 +186,18 @@ TEST_SUITE("operations of the connection class") {
     CHECK_FALSE(menu.create({}));
     CHECK_FALSE(menu.create({}));
     CHECK(menu.modal.boxes().size() == 2);
+  }
+
+  TEST_CASE("A parent that opens no menu ends the addition without a message and a line") {
+    standin::HostOptions options;
+    options.templatesMenuType = 1;
+    Menu menu(options);
+    modCommon::setLoggingFlag(1);
+    const DebugOutput output;
+    CHECK_FALSE(menu.create({}));
+    modCommon::setLoggingFlag(0);
+    CHECK(output.messages().empty());
+    CHECK(menu.modal.boxes().empty());
   }
 
   TEST_CASE("Removing an entry answers true whether or not it was there") {

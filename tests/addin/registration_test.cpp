@@ -103,6 +103,11 @@ LSTATUS WINAPI setValueButOne(HKEY key, LPCWSTR name, DWORD reserved, DWORD type
 
 LSTATUS WINAPI openDenied(HKEY, LPCWSTR, DWORD, REGSAM, PHKEY) { return ERROR_ACCESS_DENIED; }
 
+LSTATUS WINAPI keepModel(HKEY key, LPCWSTR name) {
+  if (std::wstring_view(name) == L"ThreadingModel") return ERROR_ACCESS_DENIED;
+  return RegDeleteValueW(key, name);
+}
+
 }  // namespace
 
 TEST_SUITE("registration") {
@@ -214,6 +219,29 @@ TEST_SUITE("registration") {
     REQUIRE(module.registerServer() == S_OK);
     const ImportPatch patch(module.handle(), "ADVAPI32.dll", "RegOpenKeyExW", &openDenied);
     CHECK(module.unregisterServer() == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+  }
+
+  TEST_CASE("Unregistering goes on behind what it was denied and tells of it") {
+    ShippedModule module;
+    ScratchRegistry registry;
+    REQUIRE(module.registerServer() == S_OK);
+    {
+      const ImportPatch patch(module.handle(), "ADVAPI32.dll", "RegDeleteValueW", &keepModel);
+      CHECK(module.unregisterServer() == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+    }
+    CHECK(everything().size() == 1);
+  }
+
+  TEST_CASE("Unregistering leaves the system's own first levels though nothing is in them") {
+    for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
+      const wchar_t* scope = root == HKEY_CURRENT_USER ? L"user" : L"";
+      ShippedModule module;
+      ScratchRegistry registry;
+      REQUIRE(module.install(true, scope) == S_OK);
+      REQUIRE(module.install(false, scope) == S_OK);
+      CHECK(registry.hasKey(root, L"Software\\Classes"));
+      CHECK_FALSE(registry.hasKey(root, L"Software\\Classes\\CLSID"));
+    }
   }
 
   TEST_CASE("A module in a folder outside the code page is registered by its true path") {

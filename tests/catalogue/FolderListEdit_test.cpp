@@ -19,7 +19,10 @@ class PlainRows final : public FolderRows {
     return -1;
   }
   int selected() const override { return chosen; }
-  void select(int index) override { chosen = index; }
+  void select(int index) override {
+    chosen = index;
+    ++selections;
+  }
   int add(const ListedFolder& row) override {
     rows.push_back(row);
     return count() - 1;
@@ -43,6 +46,7 @@ class PlainRows final : public FolderRows {
 
   TemplateFolderList rows;
   int chosen = -1;
+  int selections = 0;
 };
 
 struct EditedList {
@@ -108,6 +112,21 @@ TEST_CASE("editing tells its three outcomes apart") {
   CHECK(list.rows.tagged() == Lines{L"GC:\\Machine", L"UC:\\User"});
   CHECK(list.edit.Edit(L"C:\\New") == Change::done);
   CHECK(list.rows.tagged() == Lines{L"GC:\\Machine", L"UC:\\New"});
+  // The row is selected anew, as a new one would be.
+  CHECK(list.rows.chosen == 1);
+  CHECK(list.rows.selections == 1);
+}
+
+TEST_CASE("the row that takes a removed one's place is selected and at the end the last one") {
+  EditedList list({L"UC:\\a", L"UC:\\b", L"UC:\\c"}, 1);
+  list.edit.Remove();
+  CHECK(list.rows.tagged() == Lines{L"UC:\\a", L"UC:\\c"});
+  CHECK(list.rows.chosen == 1);
+  list.edit.Remove();
+  CHECK(list.rows.chosen == 0);
+  list.edit.Remove();
+  CHECK(list.rows.tagged().empty());
+  CHECK(list.rows.chosen == -1);
 }
 
 TEST_CASE("editing and removing without a selected row change nothing") {

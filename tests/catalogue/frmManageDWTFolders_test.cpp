@@ -500,6 +500,18 @@ TEST_CASE("editing a folder replaces its path") {
   CHECK(session.driver.boxes().empty());
 }
 
+TEST_CASE("a folder edited to a long path widens the column") {
+  FolderDialog session;
+  const ScratchFolder folder;
+  listForUser(session.registry, L"C:\\User");
+  session.picker.choose(folder.makeFolder(std::wstring(120, L'm')));
+  session.show([&](HWND dialog, const ShownList& list) {
+    const int before = list.columnWidth();
+    press(dialog, IDC_FOLDERS_EDIT);
+    CHECK(list.columnWidth() > before);
+  });
+}
+
 TEST_CASE("cancelling the picker leaves an edited folder as it was") {
   FolderDialog session;
   listForUser(session.registry, L"C:\\User");
@@ -901,6 +913,32 @@ TEST_CASE("the Delete key in the folder list removes the selected folder") {
   });
   checkBox(session, L"Are you sure you want to remove the selected folder?", MB_ICONQUESTION,
            {L"Yes", L"No"});
+}
+
+TEST_CASE("the Delete key removes one folder however many there are") {
+  FolderDialog session;
+  for (const wchar_t* path : {L"C:\\a", L"C:\\b", L"C:\\c"}) listForUser(session.registry, path);
+  session.driver.answer(IDYES);
+  session.driver.answer(IDYES);
+  session.show([](HWND, const ShownList& list) {
+    list.pressKey(VK_DELETE);
+    CHECK(list.texts() == Lines{L"C:\\b", L"C:\\c"});
+  });
+  CHECK(session.driver.boxes().size() == 1);
+}
+
+TEST_CASE("the Delete key removes nothing while a button has the focus") {
+  FolderDialog session;
+  listForUser(session.registry, L"C:\\User");
+  session.driver.answer(IDYES);
+  session.show([](HWND dialog, const ShownList& list) {
+    const HWND button = GetDlgItem(dialog, IDC_FOLDERS_ADD);
+    PostMessageW(button, WM_KEYDOWN, VK_DELETE, 0);
+    PostMessageW(button, WM_KEYUP, VK_DELETE, 0);
+    forms::yieldToMessages();
+    CHECK(list.count() == 1);
+  });
+  CHECK(session.driver.boxes().empty());
 }
 
 TEST_CASE("the Delete key leaves a machine-wide folder alone") {

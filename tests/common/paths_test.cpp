@@ -39,6 +39,23 @@ BOOL WINAPI recordFolder(LPCWSTR name, LPSECURITY_ATTRIBUTES security) {
   return realCreateDirectory(name, security);
 }
 
+// A server on which nothing but a share is there.
+DWORD WINAPI shareAlone(LPCWSTR name) {
+  return std::wstring(name) == L"\\\\server\\share\\" ? FILE_ATTRIBUTE_DIRECTORY
+                                                      : INVALID_FILE_ATTRIBUTES;
+}
+BOOL WINAPI recordShareFolder(LPCWSTR name, LPSECURITY_ATTRIBUTES) {
+  madeFolders.emplace_back(name);
+  return TRUE;
+}
+
+BOOL WINAPI largeFile(LPCWSTR, GET_FILEEX_INFO_LEVELS, LPVOID record) {
+  auto* data = static_cast<WIN32_FILE_ATTRIBUTE_DATA*>(record);
+  data->nFileSizeHigh = 1;
+  data->nFileSizeLow = 2;
+  return TRUE;
+}
+
 // What the shell was asked for.
 struct Launch {
   HWND owner;
@@ -174,6 +191,27 @@ TEST_CASE("the missing levels of a folder path are made outermost first") {
   CHECK(madeFolders == std::vector<std::wstring>{scratch / L"one\\two\\",
                                                  scratch / L"one\\two\\three\\",
                                                  scratch / L"one\\two\\three\\four"});
+}
+
+TEST_CASE("of a path on a share what is above the share is not made") {
+  madeFolders.clear();
+  const ImportPatch asking(nullptr, "kernel32.dll", "GetFileAttributesW", shareAlone);
+  const ImportPatch making(nullptr, "kernel32.dll", "CreateDirectoryW", recordShareFolder);
+  CHECK(CreateFolderPath(L"\\\\server\\share\\one\\two"));
+  CHECK(madeFolders ==
+        std::vector<std::wstring>{L"\\\\server\\share\\one\\", L"\\\\server\\share\\one\\two"});
+}
+
+TEST_CASE("a folder that is written to is named up to its first NUL") {
+  const ScratchFolder scratch;
+  ModalDriver driver;
+  CHECK(CanWriteToFolder(scratch.path() + std::wstring(L"\0behind", 7)));
+  CHECK(driver.boxes().empty());
+}
+
+TEST_CASE("a file's size may take more than 32 bits") {
+  const ImportPatch patch(nullptr, "kernel32.dll", "GetFileAttributesExW", largeFile);
+  CHECK(fileSize(L"C:\\large") == 0x100000002);
 }
 
 TEST_CASE("a folder path with a trailing backslash is made whole") {

@@ -267,6 +267,17 @@ TEST_CASE("a task bar at the top is taken into account when a window is brought 
   CHECK(window.placement().rcNormalPosition == RECT{100, 428, 500, 728});
 }
 
+TEST_CASE("a rectangle in view stays where it is below a task bar at the top") {
+  ScratchRegistry registry;
+  TestWindow window;
+  store(registry, record({100, 50, 500, 350}, resolution()));
+  {
+    ImportPatch patch(nullptr, "user32.dll", "GetMonitorInfoW", taskBarAtTheTop);
+    CHECK(restore(window));
+  }
+  CHECK(window.placement().rcNormalPosition == RECT{100, 50, 500, 350});
+}
+
 TEST_CASE("a garbage record does no harm") {
   ScratchRegistry registry;
   TestWindow window;

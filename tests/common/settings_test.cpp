@@ -20,6 +20,10 @@ LSTATUS WINAPI refuseToCreate(HKEY, LPCSTR, PHKEY) { return ERROR_ACCESS_DENIED;
 LSTATUS WINAPI refuseToDelete(HKEY, LPCSTR) { return ERROR_ACCESS_DENIED; }
 LSTATUS WINAPI refuseToDeleteValue(HKEY, LPCSTR, LPCSTR) { return ERROR_ACCESS_DENIED; }
 
+LSTATUS WINAPI refuseValue(HKEY, LPCSTR, DWORD, DWORD, const BYTE*, DWORD) {
+  return ERROR_ACCESS_DENIED;
+}
+
 }  // namespace
 
 TEST_CASE("a section lies below the application in the current user's tree of settings") {
@@ -99,6 +103,12 @@ TEST_CASE("deleting what does not exist is no error") {
   CHECK(settings::GetAllSettings(settings::folders).size() == 1);
 }
 
+TEST_CASE("a value that the registry refuses raises an invalid procedure call") {
+  ScratchRegistry registry;
+  ImportPatch value(nullptr, "advapi32.dll", "RegSetValueExA", refuseValue);
+  CHECK(numberOf([] { settings::SaveSetting(settings::folders, L"a", L"b"); }) == 5);
+}
+
 TEST_CASE("a deletion that the registry refuses raises an invalid procedure call") {
   ScratchRegistry registry;
   ImportPatch key(nullptr, "shlwapi.dll", "SHDeleteKeyA", refuseToDelete);
@@ -129,5 +139,7 @@ TEST_CASE("a listed section leaves out what is no string or bears a name too lon
   registry.setBinary(HKEY_CURRENT_USER, folderKey, L"bytes", {1, 2});
   registry.setString(HKEY_CURRENT_USER, folderKey, std::wstring(3000, L'n'), L"too long");
   registry.setString(HKEY_CURRENT_USER, folderKey, L"C:\\a", L"");
-  CHECK(settings::GetAllSettings(settings::folders) == Pairs{{L"C:\\a", L""}});
+  registry.setString(HKEY_CURRENT_USER, folderKey, L"Z:\\z", L"behind it");
+  CHECK(settings::GetAllSettings(settings::folders) ==
+        Pairs{{L"C:\\a", L""}, {L"Z:\\z", L"behind it"}});
 }
