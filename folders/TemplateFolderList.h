@@ -11,7 +11,9 @@
 // The two lists, by the letters with which rows and menu entries are tagged.
 enum class FolderList : wchar_t { machine = L'G', user = L'U' };
 
-inline std::wstring letterOf(FolderList list) { return {1, static_cast<wchar_t>(list)}; }
+inline std::wstring letterOf(FolderList list) {
+  return std::wstring(1, static_cast<wchar_t>(list));
+}
 
 struct ListedFolder {
   FolderList list;

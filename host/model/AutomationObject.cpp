@@ -236,7 +236,7 @@ STDMETHODIMP AutomationObject::Invoke(DISPID id, REFIID iid, LCID, WORD flags,
   if (!member && (flags & DISPATCH_METHOD)) member = members().find(id, Kind::method);
   if (!member) return DISP_E_MEMBERNOTFOUND;
   // The value of a put bears its own name, by which it is told from the arguments.
-  if (member->kind == Kind::put &&
+  if (member->kind == Kind::put && parameters->cArgs > 0 &&
       (parameters->cNamedArgs == 0 || parameters->rgdispidNamedArgs[0] != DISPID_PROPERTYPUT))
     return DISP_E_PARAMNOTFOUND;
 
