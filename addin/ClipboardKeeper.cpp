@@ -161,6 +161,7 @@ bool ClipboardKeeper::offer(clipboard::Contents contents) {
   if (!owner_)
     owner_.reset(CreateWindowExW(0, L"Static", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
                                  nullptr, nullptr));
+  if (!owner_) return false;  // nothing could be put on a clipboard without an owner
   const clipboard::Access access(owner_.get(), clipboard::attemptsToTake);
   if (!access) return false;
   if (!holdsOffer()) save();

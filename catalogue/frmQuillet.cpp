@@ -384,6 +384,7 @@ void frmQuillet::showPlace(bool picture) {
 // Frames may load what lies beside the page, until that is there.
 void frmQuillet::wbPreview_BeforeNavigate2(const std::wstring& address, bool topFrame,
                                            bool& cancel) {
+  cancel = true;  // also where it cannot be told
   handle(L"wbPreview_BeforeNavigate2", [&] {
     cancel = topFrame ? !forms::isSamePage(address, wbPreview.requested())
                       : !wbPreview.isOnItsWay() || !isFrame(address);

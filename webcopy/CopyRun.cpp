@@ -67,11 +67,18 @@ std::wstring joined(const std::wstring& webFolder, const std::wstring& name) {
   return webFolder.empty() ? name : webFolder + L"/" + name;
 }
 
+// A host may list the private folders that it makes in each new one.
+bool hasFoldersOfItsUser(const HostFolder& folder) {
+  for (const HostFolder& each : folder.folders())
+    if (!text::beginsIgnoringCase(each.name(), L"_vti")) return true;
+  return false;
+}
+
 // Whether a folder that is said to be new holds something already. A host that cannot tell has its
 // word taken.
 bool isInUse(const HostFolder& folder) noexcept {
   try {
-    return folder.files().count() > 0 || folder.hasFolders();
+    return folder.files().count() > 0 || hasFoldersOfItsUser(folder);
   } catch (...) {
     return false;
   }

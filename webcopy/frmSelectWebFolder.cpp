@@ -97,7 +97,8 @@ void frmSelectWebFolder::walkTo(const std::wstring& path) {
 // is asked. Nothing happens to one whose folders cannot be read.
 void frmSelectWebFolder::addChildren(Node node, const HostFolder& folder) {
   tvFolders.setTag(node, read);
-  const Node placeholder = tvFolders.firstChild(node);
+  // A folder that was made while an earlier reading failed stands beside it.
+  const Node placeholder = childNamed(node, {});
   if (placeholder) tvFolders.remove(placeholder);
   try {
     addFolders(node, webfolder::offeredFolders(folder));

@@ -161,8 +161,9 @@ void yieldToMessages() {
     ~Depth() { --showing().yields; }
   } const depth;
   Form* const top = showing().forms.empty() ? nullptr : showing().forms.back();
-  // Far cheaper than to look for a message of each kind in turn.
-  if (HIWORD(GetQueueStatus(QS_ALLINPUT)) == 0) return;
+  // Far cheaper than to look for a message of each kind in turn. Windows 2000 does not know of raw
+  // input, and would answer the question for it with nothing.
+  if (HIWORD(GetQueueStatus(QS_ALLINPUT & ~QS_RAWINPUT)) == 0) return;
   const DWORD began = GetTickCount();
   MSG message;
   while (!(top && top->unloaded_) && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {

@@ -15,6 +15,7 @@ namespace {
 constexpr DWORD largestFile = 64u << 20;
 constexpr std::uint64_t decodedAtOnce = 1u << 20;  // pixels
 constexpr std::uint64_t keptPixels = 6u << 20;     // of all kept pictures together
+constexpr std::size_t mostKept = 32;               // the host's own bitmaps count too
 constexpr int lineStep = 16;
 constexpr UINT failedMessage = WM_APP + 1;
 
@@ -99,8 +100,9 @@ void PictureBox::keep(Picture picture) noexcept try {
   if (!picture.bitmap || picture.header.pixels > decodedAtOnce) return;
   kept_.insert(kept_.begin(), std::move(picture));
   std::uint64_t pixels = 0;
+  std::size_t count = 0;
   const auto tooMuch = std::find_if(kept_.begin(), kept_.end(), [&](const Picture& each) {
-    return (pixels += each.header.pixels) > keptPixels;
+    return ++count > mostKept || (pixels += each.header.pixels) > keptPixels;
   });
   kept_.erase(tooMuch, kept_.end());
 } catch (...) {

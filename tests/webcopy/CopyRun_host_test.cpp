@@ -140,6 +140,19 @@ TEST_CASE("a template that appears while its folder is made is not replaced unas
   CHECK(fixture.webTree(L"dwts\\Blue") == Lines{L"home.dwt"});
 }
 
+TEST_CASE("the host's own folder in a new one is not taken for a template that is there") {
+  standin::HostOptions options;
+  options.vtiFoldersListed = true;
+  CopyFixture fixture(options);
+  fixture.makeBlue();
+  fixture.disk.makeFolder(L"webs\\site\\dwts");
+  fixture.host.faults().before(
+      L"WebFolder.Files", [&] { fixture.disk.makeFolder(L"webs\\site\\dwts\\Blue\\_vti_cnf"); });
+  RecordingView view;
+  CHECK(runCopy(fixture, view).copied);
+  CHECK(view.of(L"ask: ").empty());
+}
+
 TEST_CASE("a host that cannot count what lies in a new folder gets the copy all the same") {
   for (const wchar_t* member : {L"WebFiles.Count", L"WebFolders.Count"}) {
     CopyFixture fixture;

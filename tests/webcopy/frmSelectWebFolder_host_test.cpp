@@ -205,6 +205,29 @@ TEST_CASE("a folder that is made while the host reads its parent shows once") {
   CHECK(session.existsInWeb(L"dwts\\beta"));
 }
 
+TEST_CASE("a folder that is made while a reading fails stays when its parent is read later") {
+  PickerSession session;
+  session.makeFolders({L"dwts\\blue", L"dwts\\red"});
+  session.path = L"/";
+  session.pick([&](HWND dialog) {
+    const FolderTree tree = treeOf(dialog);
+    const HTREEITEM dwts = tree.at({L"site", L"dwts"});
+    tree.select(dwts);
+    standin::Faults& faults = session.fixture.host.faults();
+    bool made = false;
+    faults.before(L"WebFolders.Count", [&] {
+      if (std::exchange(made, true)) return;
+      makeFolder(session, dialog, confirming(L"beta"));
+      faults.refuse(L"WebFolder.Name", L"Not now.");
+    });
+    tree.open(dwts);
+    faults.clear();
+    tree.open(dwts);
+    CHECK(tree.children(dwts) == Lines{L"beta", L"blue", L"red"});
+    press(dialog, IDCANCEL);
+  });
+}
+
 TEST_CASE("the picker opens at an address however the host spells it") {
   for (const bool webEscaped : {false, true}) {
     for (const bool itemEscaped : {false, true}) {

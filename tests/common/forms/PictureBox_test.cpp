@@ -385,6 +385,17 @@ TEST_CASE("a small picture is kept and decoded again when its file has changed")
   });
 }
 
+TEST_CASE("of many small pictures only the last few are kept") {
+  const ScratchFolder disk;
+  PictureForm([&](PictureForm& form) {
+    const long before = handles::liveCount();
+    for (int i = 0; i < 100; ++i)
+      form.box.load(
+          disk.writeFile(std::to_wstring(i) + L".gif", pictures::bytes(pictures::blueGif)));
+    CHECK(handles::liveCount() - before < 40);
+  });
+}
+
 TEST_CASE("pictures show without the graphics library too") {
   const ScratchFolder disk;
   const auto gif = disk.writeFile(L"a.gif", pictures::bytes(pictures::blueGif));
