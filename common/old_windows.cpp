@@ -20,6 +20,7 @@ struct Guard {
 };
 static_assert(sizeof(Guard) == sizeof(__cxxabiv1::__guard));
 
+// NOLINTNEXTLINE(readability-non-const-parameter): what comes back is written to.
 Guard& guardOf(__cxxabiv1::__guard* guard) { return *reinterpret_cast<Guard*>(guard); }
 
 }  // namespace
