@@ -19,7 +19,7 @@ constexpr std::size_t windowSize = std::size_t{1} << MAX_WBITS;
 
 // Some tools say "deflated" of a folder, which has no data at all.
 bool isBareFolder(const Entry& entry) {
-  return entry.packedSize == 0 && entry.size == 0 && entry.crc == 0 && entry.name.ends_with('/');
+  return entry.isFolder && entry.packedSize == 0 && entry.size == 0 && entry.crc == 0;
 }
 
 class Inflater {

@@ -23,6 +23,7 @@ constexpr std::size_t endSize = 22;
 constexpr std::size_t end64Size = 56;
 constexpr std::size_t locatorSize = 20;
 constexpr std::size_t longestComment = 0xFFFF;
+constexpr std::size_t mostEntries = 0xFFFF;
 
 // Stand for a number that is in the extra field, eight bytes long.
 constexpr std::uint32_t full32 = 0xFFFFFFFF;
@@ -48,6 +49,10 @@ constexpr std::uint8_t fat = 0;
 constexpr std::uint8_t hpfs = 6;
 constexpr std::uint8_t ntfs = 11;
 constexpr std::uint8_t atari = 5;
+constexpr std::uint8_t vms = 2;
+
+// In a file's internal attributes: only the older half of the other ones counts.
+constexpr unsigned verified = 0x0004;
 
 // Numbers of a record, the low byte first.
 class Record {
@@ -104,6 +109,7 @@ class Window {
 struct ExtraFields {
   std::string_view numbers;  // the long numbers
   std::optional<std::string_view> unicodeName;
+  bool has64 = false;
   bool ambiguous = false;
 
   explicit ExtraFields(std::string_view bytes) {
@@ -119,15 +125,14 @@ struct ExtraFields {
  private:
   void take(std::uint16_t id, std::string_view field) {
     if (id == extra64) {
-      if (has64_) ambiguous = true;
-      has64_ = true;
+      if (has64) ambiguous = true;
+      has64 = true;
       numbers = field;
     } else if (id == extraUnicodeName) {
       if (unicodeName || field.size() < 5) ambiguous = true;
       unicodeName = field;
     }
   }
-  bool has64_ = false;
 };
 
 // Replaces a number that stands in the extra field; false when it does not.
@@ -148,6 +153,11 @@ std::optional<std::string> unicodeNameOf(const ExtraFields& extra, std::string_v
   return std::string(given.empty() ? name : given);
 }
 
+unsigned flagsOf(const Entry& entry) {
+  return (entry.isEncrypted ? encrypted : 0u) | (entry.isDescribedBehind ? describedBehind : 0u) |
+         (entry.isUtf8 ? utf8 : 0u);
+}
+
 // Where the directory is.
 struct End {
   std::uint64_t directory = 0;
@@ -159,12 +169,12 @@ struct End {
 
 class Reader {
  public:
-  explicit Reader(ByteSource& source) : window_(source) {}
+  Reader(ByteSource& source, KeepGoing& run) : window_(source), run_(run) {}
 
   Directory read() {
     Fault fault = readEnd();
     if (fault == Fault::none) fault = readEntries();
-    if (fault == Fault::none) fault = checkPlaces();
+    if (fault == Fault::none) fault = readLocals();
     if (fault != Fault::none && !result_.finding) result_.finding.fault = fault;
     return std::move(result_);
   }
@@ -183,13 +193,14 @@ class Reader {
   Fault takeCentral(Entry& entry, const Record& record, const ExtraFields& extra);
   Fault takePlace(Entry& entry, const Record& record, std::string_view numbers) const;
   Fault faultOfKind(const Entry& entry, const Record& record) const;
-  Fault readLocal(Entry& entry, unsigned flags);
-  bool sizesAgree(const Entry& entry, const Record& local, unsigned flags,
-                  std::string_view numbers) const;
-  bool findDescriptor(Entry& entry);
-  Fault checkPlaces();
+  Fault readLocals();
+  Fault readLocal(std::size_t number);
+  bool sizesAgree(const Entry& entry, const Record& local, std::string_view numbers) const;
+  bool findDescriptor(Entry& entry, bool isLong);
+  bool goesOn(std::size_t done) { return done % 64 != 63 || run_.keepGoing(); }
 
   Window window_;
+  KeepGoing& run_;
   End end_;
   std::uint64_t recordsStart_ = 0;  // of what follows the directory
   Directory result_;
@@ -207,6 +218,9 @@ Fault Reader::readEnd() {
   if (!tail) return Fault::noEnd;
   const auto at = tail->rfind(endSignature, searched - endSize);
   if (at == tail->npos) return Fault::noEnd;
+  // The library also comes upon a record that the file's end cuts off, if the blocks in which it
+  // reads lie so.
+  if (tail->find(endSignature.substr(0, 3), at + 1) != tail->npos) return Fault::noEnd;
   const std::string bytes(tail->substr(at, endSize));
   const Record record(bytes);
   const std::uint64_t endOffset = start + at;
@@ -287,8 +301,11 @@ std::optional<std::uint64_t> Reader::findEnd64(std::uint64_t locator, std::uint6
 
 Fault Reader::readEntries() {
   std::uint64_t offset = end_.directory;
-  while (offset < recordsStart_)
+  while (offset < recordsStart_) {
+    if (result_.entries.size() == mostEntries) return Fault::tooMany;
+    if (!goesOn(result_.entries.size())) return Fault::stopped;
     if (const Fault fault = readEntry(offset, offset); fault != Fault::none) return fault;
+  }
   return offset == recordsStart_ && (result_.entries.size() & end_.countMask) == end_.count
              ? Fault::none
              : Fault::directory;
@@ -309,8 +326,7 @@ Fault Reader::readEntry(std::uint64_t offset, std::uint64_t& next) {
   entry.name = rest->substr(0, nameLength);
   const std::string extraBytes(rest->substr(nameLength));
   const Fault fault = takeCentral(entry, record, ExtraFields(extraBytes));
-  return fault == Fault::none ? readLocal(entry, record.word(8))
-                              : found(fault, result_.entries.size() - 1);
+  return fault == Fault::none ? fault : found(fault, result_.entries.size() - 1);
 }
 
 Fault Reader::takeCentral(Entry& entry, const Record& record, const ExtraFields& extra) {
@@ -321,7 +337,9 @@ Fault Reader::takeCentral(Entry& entry, const Record& record, const ExtraFields&
   entry.crc = record.dword(16);
   entry.isEncrypted = (flags & encrypted) != 0;
   entry.isUtf8 = (flags & utf8) != 0;
-  entry.hasUnixAttributes = (record.dword(38) & 0xFFFF0000) != 0;
+  entry.isDescribedBehind = (flags & describedBehind) != 0;
+  entry.hasUnixAttributes =
+      (record.dword(38) & 0xFFFF0000) != 0 && (record.word(36) & verified) == 0;
   if (!entry.isUtf8) entry.unicodeName = unicodeNameOf(extra, entry.name).value_or("");
   if (extra.ambiguous) return Fault::headersDiffer;
   if (const Fault fault = takePlace(entry, record, extra.numbers); fault != Fault::none)
@@ -354,12 +372,27 @@ Fault Reader::faultOfKind(const Entry& entry, const Record& record) const {
   const bool mayBeLabel = entry.hostSystem == fat || entry.hostSystem == hpfs ||
                           entry.hostSystem == ntfs || entry.hostSystem == atari;
   const bool isLabel = mayBeLabel && (record.dword(38) & volumeLabel) != 0;
-  return record.byte(6) > highestVersion || (flags & patched) != 0 || isLabel ? Fault::kind
-                                                                              : Fault::none;
+  const bool isLater = record.byte(6) > highestVersion || record.byte(7) == vms;
+  return isLater || (flags & patched) != 0 || isLabel ? Fault::kind : Fault::none;
 }
 
-Fault Reader::readLocal(Entry& entry, unsigned flags) {
-  const std::size_t number = result_.entries.size() - 1;
+// One behind the other, so that no part of the file is read again and again.
+Fault Reader::readLocals() {
+  const auto& entries = result_.entries;
+  const auto order = sorted(entries.size(), [&](std::size_t left, std::size_t right) {
+    return entries[left].header < entries[right].header;
+  });
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    if (!goesOn(i)) return Fault::stopped;
+    if (i > 0 && entries[order[i]].header < entries[order[i - 1]].end)
+      return found(Fault::overlap, std::max(order[i], order[i - 1]));
+    if (const Fault fault = readLocal(order[i]); fault != Fault::none) return fault;
+  }
+  return Fault::none;
+}
+
+Fault Reader::readLocal(std::size_t number) {
+  Entry& entry = result_.entries[number];
   const auto head = window_.bytes(entry.header, localSize);
   if (!head || !head->starts_with(localSignature)) return found(Fault::outside, number);
   const std::string headBytes(*head);
@@ -375,9 +408,9 @@ Fault Reader::readLocal(Entry& entry, unsigned flags) {
   const std::optional<std::string> unicodeName =
       entry.isUtf8 ? std::nullopt : unicodeNameOf(extra, name);
   if (name != entry.name || local.word(8) != entry.method ||
-      ((local.word(6) ^ flags) & sharedFlags) != 0 || extra.ambiguous ||
+      flagsOf(entry) != (local.word(6) & sharedFlags) || extra.ambiguous ||
       (unicodeName && !entry.unicodeName.empty() && *unicodeName != entry.unicodeName) ||
-      !sizesAgree(entry, local, flags, extra.numbers))
+      !sizesAgree(entry, local, extra.numbers))
     return found(Fault::headersDiffer, number);
   if ((local.word(6) & (stronglyEncrypted | maskedHeader)) != 0)
     return found(Fault::encryption, number);
@@ -385,20 +418,22 @@ Fault Reader::readLocal(Entry& entry, unsigned flags) {
   entry.data = entry.header + localSize + nameLength + extraLength;
   entry.end = entry.data + entry.packedSize;
   if (entry.end > end_.directory) return found(Fault::outside, number);
-  if ((flags & describedBehind) != 0 && !findDescriptor(entry))
+  if (entry.isDescribedBehind && !findDescriptor(entry, extra.has64))
     return found(Fault::headersDiffer, number);
   const std::uint64_t keys = entry.isEncrypted ? 12 : 0;
   if (entry.packedSize < keys || (entry.method == stored && entry.packedSize - keys != entry.size))
     return found(Fault::headersDiffer, number);
+  // Contents that do not get shorter are stored in blocks, which makes them hardly any longer.
+  if (entry.isEncrypted && entry.packedSize - keys > entry.size + entry.size / 1000 + 64)
+    return found(Fault::tooMuch, number);
   return Fault::none;
 }
 
 // A header whose numbers stand behind the data may leave them out.
-bool Reader::sizesAgree(const Entry& entry, const Record& local, unsigned flags,
-                        std::string_view numbers) const {
+bool Reader::sizesAgree(const Entry& entry, const Record& local, std::string_view numbers) const {
   std::uint64_t packedSize = local.dword(18);
   std::uint64_t size = local.dword(22);
-  if ((flags & describedBehind) != 0) {
+  if (entry.isDescribedBehind) {
     const auto agrees = [](std::uint64_t here, std::uint64_t there) {
       return here == 0 || here == full32 || here == there;
     };
@@ -409,10 +444,12 @@ bool Reader::sizesAgree(const Entry& entry, const Record& local, unsigned flags,
          packedSize == entry.packedSize && local.dword(14) == entry.crc;
 }
 
-// Check sum and sizes behind the data, of four or eight bytes, with a signature or without.
-bool Reader::findDescriptor(Entry& entry) {
+// Check sum and sizes behind the data, of four or eight bytes, with a signature or without. The
+// library reads eight where the entry's own header has a field for long numbers.
+bool Reader::findDescriptor(Entry& entry, bool isLong) {
   for (const std::size_t signature : {4, 0}) {
     for (const std::size_t width : {4, 8}) {
+      if (isLong && width == 4) continue;
       const std::size_t length = signature + 4 + 2 * width;
       const auto bytes = window_.bytes(entry.end, length);
       if (!bytes || entry.end + length > end_.directory) continue;
@@ -429,19 +466,8 @@ bool Reader::findDescriptor(Entry& entry) {
   return false;
 }
 
-Fault Reader::checkPlaces() {
-  const auto& entries = result_.entries;
-  const auto order = sorted(entries.size(), [&](std::size_t left, std::size_t right) {
-    return entries[left].header < entries[right].header;
-  });
-  for (std::size_t i = 1; i < order.size(); ++i)
-    if (entries[order[i]].header < entries[order[i - 1]].end)
-      return found(Fault::overlap, std::max(order[i], order[i - 1]));
-  return Fault::none;
-}
-
 }  // namespace
 
-Directory readDirectory(ByteSource& source) { return Reader(source).read(); }
+Directory readDirectory(ByteSource& source, KeepGoing& run) { return Reader(source, run).read(); }
 
 }  // namespace archive

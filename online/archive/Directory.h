@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "common/KeepGoing.h"
 #include "online/archive/ByteSource.h"
 #include "online/archive/Fault.h"
 
@@ -19,6 +20,7 @@ struct Entry {
   std::string unicodeName;  // UTF-8; stands for `name` when not empty
   bool isUtf8 = false;      // `name` itself is in UTF-8
   bool isEncrypted = false;
+  bool isDescribedBehind = false;  // sizes and check sum stand behind the data, too
   std::uint16_t method = stored;
   std::uint32_t crc = 0;
   std::uint64_t packedSize = 0;
@@ -27,6 +29,7 @@ struct Entry {
   std::uint8_t hostSystem = 0;
   std::uint8_t hostVersion = 0;
   bool hasUnixAttributes = false;
+  bool isFolder = false;  // to the library; known once the names are checked
   // In the file, a program in front counted.
   std::uint64_t header = 0;
   std::uint64_t data = 0;
@@ -38,6 +41,7 @@ struct Directory {
   std::vector<Entry> entries;
 };
 
-Directory readDirectory(ByteSource& source);
+// `Fault::stopped` when `run` does not go on.
+Directory readDirectory(ByteSource& source, KeepGoing& run);
 
 }  // namespace archive

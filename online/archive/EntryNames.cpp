@@ -69,6 +69,9 @@ void dropVersion(std::wstring& path) {
     path.erase(at);
 }
 
+// To the library a file's own name "." is one that cannot be made.
+bool isNameless(std::wstring_view path) { return path == L"." || path.ends_with(L"/."); }
+
 // Without empty parts and those that mean "here".
 std::wstring withoutEmptyParts(std::wstring_view path) {
   std::wstring result;
@@ -96,19 +99,24 @@ struct Claim {
 // directly behind the folder, in the order of keys.
 constexpr wchar_t below = L'\1';
 
+// The library cuts what is longer before it looks at its parts.
+constexpr std::size_t mostBytes = 259;
+
 // Takes in one name after the other.
 class NameCheck {
  public:
   NameCheck(const CodePages& pages, std::size_t longestPath)
       : pages_(pages), longestPath_(longestPath) {}
 
-  Fault check(const Entry& entry, std::size_t number) {
+  Fault check(Entry& entry, std::size_t number) {
     if (entry.name.empty()) return Fault::noName;
+    if (std::max(entry.name.size(), entry.unicodeName.size()) > mostBytes) return Fault::longName;
     const auto name = nameOf(entry, pages_);
     if (!name) return Fault::badUtf8;
     if (const Fault fault = checkReadings(entry, *name); fault != Fault::none) return fault;
     if (!pages_.fitsAnsi(*name)) return Fault::unfitName;
     const Place place = placeOf(*name, entry);
+    entry.isFolder = place.isFolder;
     if (faultOf(place.path) != NameFault::none) return Fault::unsafeName;
     if (place.path.size() > longestPath_) return Fault::longName;
     if (place.path.empty()) return place.isFolder ? Fault::none : Fault::noName;
@@ -208,14 +216,18 @@ Place placeOf(std::wstring_view name, const Entry& entry) {
   }
   const bool isFolder = path.ends_with(L'/');
   if (!isFolder) dropVersion(path);
+  if (isNameless(path)) return {};
   return {withoutEmptyParts(path), isFolder};
 }
 
-Finding checkNames(const Directory& directory, const CodePages& pages, std::size_t longestPath) {
+Finding checkNames(Directory& directory, const CodePages& pages, std::size_t longestPath,
+                   KeepGoing& run) {
   NameCheck names(pages, longestPath);
-  for (std::size_t i = 0; i < directory.entries.size(); ++i)
+  for (std::size_t i = 0; i < directory.entries.size(); ++i) {
+    if (i % 64 == 63 && !run.keepGoing()) return {Fault::stopped, i};
     if (const Fault fault = names.check(directory.entries[i], i); fault != Fault::none)
       return {fault, i};
+  }
   return names.meeting();
 }
 

@@ -22,6 +22,7 @@ enum class Fault {
   encryption,     // not by the format's traditional way
   kind,           // a volume's label, or something of a later version of the format
   tooMuch,        // more bytes than claimed
+  tooMany,        // files, than is sensible
 
   // Names.
   noName,

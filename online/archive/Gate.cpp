@@ -8,6 +8,7 @@
 #include "common/ansi.h"
 #include "common/errors.h"
 #include "common/letter_case.h"
+#include "common/paths.h"
 #include "common/text.h"
 #include "online/archive/ArchiveNames.h"
 #include "online/archive/Contents.h"
@@ -59,6 +60,8 @@ const wchar_t* textOf(Fault fault) {
       return L"A file in it is of a kind that is not supported";
     case Fault::tooMuch:
       return L"A file in it holds more than it claims";
+    case Fault::tooMany:
+      return L"It holds more than 65,535 files and folders.";
     case Fault::noName:
       return L"A file in it has no name.";
     case Fault::controlName:
@@ -137,14 +140,27 @@ Sizes sizesOf(const Directory& directory) {
   return sizes;
 }
 
+// Of a folder that is still to be made, the nearest one above it. A share needs its backslash.
+std::wstring existingPart(std::wstring_view folder) {
+  std::wstring path = modCommon::withBackslash(folder);
+  while (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) {
+    const auto cut = path.find_last_of(L"\\/", path.size() - 2);
+    if (cut == path.npos || cut + 1 == path.size()) break;
+    path.resize(cut + 1);
+    if (path.size() < 2) break;
+  }
+  return path;
+}
+
 void checkSizes(const Passage& passage, const Sizes& sizes, std::uint64_t archiveSize) {
   if (isBomb(sizes.claimed, static_cast<double>(archiveSize)))
     throw refusal(passage, errors::diskFull,
                   text::join({L"It claims to hold ", online::byteSizeText(sizes.claimed),
                               L", which is out of all proportion to its own size."}));
   const NoSystemBoxes quiet;
+  const std::wstring folder = existingPart(passage.folder);
   ULARGE_INTEGER available = {};
-  if (!GetDiskFreeSpaceExW(passage.folder.c_str(), &available, nullptr, nullptr)) return;
+  if (!GetDiskFreeSpaceExW(folder.c_str(), &available, nullptr, nullptr)) return;
   const auto left = static_cast<double>(available.QuadPart);
   if (sizes.possible > left)
     throw refusal(passage, errors::diskFull,
@@ -167,9 +183,9 @@ std::optional<std::wstring> judge(const Finding& finding, const Directory& direc
 
 std::optional<std::wstring> damageOf(ArchiveFile& file, const Passage& passage, KeepGoing& run) {
   if (!run.keepGoing()) throw errors::operationCancelled();
-  const Directory directory = readDirectory(file);
+  Directory directory = readDirectory(file, run);
   if (const auto damage = judge(directory.finding, directory, passage)) return damage;
-  judge(checkNames(directory, SystemPages(), longestPath(passage.folder)), directory, passage);
+  judge(checkNames(directory, SystemPages(), longestPath(passage.folder), run), directory, passage);
   checkSizes(passage, sizesOf(directory), file.size());
   return judge(checkContents(file, directory, run), directory, passage);
 }

@@ -186,6 +186,19 @@ TEST_CASE("sizes behind the data are found in each of their forms") {
   }
 }
 
+// The library reads long ones wherever the entry's own header has the field for them.
+TEST_CASE("short sizes behind the data where long ones are announced keep the archive packed") {
+  ZipMaker::Extras extras;
+  extras.localExtraField = ZipMaker::field(1, ZipMaker::number(8, 8) + ZipMaker::number(8, 8));
+  for (const bool hasSignature : {true, false}) {
+    extras.descriptor = ZipMaker::Descriptor{hasSignature, false};
+    checkRefused(ZipMaker().add("page.htm", "new page", extras).add("z.htm", "2"),
+                 differs + L"page.htm");
+    extras.descriptor = ZipMaker::Descriptor{hasSignature, true};
+    checkUnpacked(ZipMaker().add("page.htm", "new page", extras).add("z.htm", "2").bytes());
+  }
+}
+
 TEST_CASE("a stored entry whose two sizes differ keeps the archive packed") {
   ZipMaker::Extras extras;
   extras.claimedSize = 4;
@@ -259,6 +272,11 @@ TEST_CASE("what an entry needs a later version for keeps the archive packed") {
   ZipMaker::Extras later;
   later.versionNeeded = 46;
   checkRefused(page(later), text);
+  ZipMaker::Extras ofVms;
+  for (const std::uint16_t version : {0x0214, 0x022B, 0x022D}) {
+    ofVms.versionNeeded = version;
+    checkRefused(page(ofVms), text);
+  }
   ZipMaker::Extras patched;
   patched.flags = 0x0020;
   checkRefused(page(patched), text);
@@ -341,6 +359,25 @@ TEST_CASE("contents of every length are checked to the last byte") {
   }
 }
 
+TEST_CASE("only a folder has no compressed contents") {
+  ZipMaker::Extras extras;
+  extras.method = 8;
+  extras.unpackedCrc = 0;
+  extras.unpackedSize = 0;
+  ZipMaker::Extras named = extras;
+  named.extraField = ZipMaker::unicodeName("x/", "page.htm");
+  checkDamaged(ZipMaker().add("x/", "", named).bytes(),
+               L"The contents of a file in it are damaged : page.htm");
+  ZipMaker::Extras fat = extras;
+  fat.madeBy = 0x0014;
+  ModalDriver driver;
+  const Unpacking unpacking(ZipMaker().add("page.htm", "new page").add("folder\\", "", fat));
+  unpacking.run();  // the library complains of the backslash
+  CHECK(driver.boxes().empty());
+  CHECK(unpacking.read(L"page.htm") == "new page");
+  CHECK(unpacking.scratch.exists(L"inside\\folder"));
+}
+
 // The directory
 
 TEST_CASE("an archive with another number of entries than it says is a damaged one") {
@@ -388,6 +425,30 @@ TEST_CASE("the end of an archive in the comment of another one is no end") {
   const std::string comment = ZipMaker().add("other.htm", "x").bytes() + "end";
   bytes[bytes.size() - 2] = static_cast<char>(comment.size());
   checkDamaged(bytes + comment, L"The record at the end of its directory is missing.");
+}
+
+// The library looks for the record block by block: how much of the file's end it passes over
+// depends on the file's size.
+TEST_CASE("the cut end of an archive in the comment of another one is no end") {
+  const std::string outer = onePage().bytes();
+  const std::string hidden = ZipMaker().add("hidden.htm", "evil").bytes();
+  constexpr std::size_t block = 8192;
+  for (const std::size_t start : {std::size_t{0}, block, 2 * block}) {
+    for (const std::size_t rest : {0u, 1u, 10u, 18u, 19u, 20u, 21u, 4000u}) {
+      for (const std::size_t cut : {1u, 18u, 19u}) {
+        const std::size_t size = start + rest;
+        const std::string tail = hidden.substr(0, hidden.size() - cut);
+        if (size < outer.size() + tail.size()) continue;
+        CAPTURE(size);
+        CAPTURE(cut);
+        std::string bytes = outer + std::string(size - outer.size() - tail.size(), 'x') + tail;
+        const std::size_t comment = size - outer.size();
+        bytes[outer.size() - 2] = static_cast<char>(comment);
+        bytes[outer.size() - 1] = static_cast<char>(comment >> 8);
+        checkDamaged(bytes, L"The record at the end of its directory is missing.");
+      }
+    }
+  }
 }
 
 TEST_CASE("a stored archive at the end of a truncated one is not taken for it") {
@@ -438,8 +499,11 @@ TEST_CASE("a name that the library makes an unsafe one of keeps the archive pack
 }
 
 TEST_CASE("an entry without a name keeps the archive packed") {
-  for (const char* name : {"", ".", "./.", ";1"})
+  for (const char* name : {"", ".", "./.", ";1", "a/.", "a/./.", "a/.;1"})
     checkRefused(ZipMaker().add("first.htm", "1").add(name, "evil"), L"A file in it has no name.");
+  ZipMaker::Extras fat;
+  fat.madeBy = 0x0014;
+  checkRefused(ZipMaker().add("a\\.", "evil", fat), L"A file in it has no name.");
 }
 
 TEST_CASE("a name in UTF-8 that climbs out keeps the archive packed") {
@@ -491,6 +555,38 @@ TEST_CASE("a field for a name in UTF-8 that is too short keeps the archive packe
   ZipMaker::Extras extras;
   extras.extraField = ZipMaker::field(0x7075, "\1");
   checkRefused(page(extras), differs + L"page.htm");
+}
+
+// A mark of the archive's maker hides the attributes by which the encoding is found.
+TEST_CASE("a name of the console's code page is read so whatever its attributes are hidden by") {
+  ZipMaker::Extras extras;
+  extras.madeBy = 0x0019;
+  extras.attributes = 0x81A40000;
+  extras.internalAttributes = 0x0004;
+  checkRefused(
+      ZipMaker().add("COM\xEC", "evil", extras),
+      L"The name of a file in it holds a character that this system's code page does not have : "
+      L"COM\u221E");
+}
+
+// The library cuts it there before it looks at its parts.
+TEST_CASE("a name of more bytes than a path can have keeps the archive packed") {
+  const auto named = [](std::size_t length) {
+    std::string name;
+    while (name.size() + 14 < length) name += "./";
+    if (name.size() + 13 < length) name += '/';
+    return name + "COM1page.html";
+  };
+  REQUIRE(named(260).size() == 260);
+  REQUIRE(named(259).size() == 259);
+  const std::string tooLong = named(260);
+  checkRefused(ZipMaker().add(tooLong, "evil"), L"The path of a file in it would be too long : " +
+                                                    std::wstring(tooLong.begin(), tooLong.end()));
+  ZipMaker::Extras field;
+  field.extraField = ZipMaker::unicodeName("page.htm", tooLong);
+  checkRefused(page(field), L"The path of a file in it would be too long : " +
+                                std::wstring(tooLong.begin(), tooLong.end()));
+  checkUnpacked(ZipMaker().add(named(259), "new page").bytes(), L"COM1page.html");
 }
 
 TEST_CASE("a path that is too long keeps the archive packed") {

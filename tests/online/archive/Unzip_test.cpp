@@ -310,12 +310,25 @@ TEST_CASE("a bomb is not unpacked") {
 
 namespace {
 
-BOOL WINAPI smallDisk(LPCWSTR, PULARGE_INTEGER available, PULARGE_INTEGER, PULARGE_INTEGER) {
+std::wstring askedOf;
+
+BOOL WINAPI smallDisk(LPCWSTR folder, PULARGE_INTEGER available, PULARGE_INTEGER, PULARGE_INTEGER) {
+  askedOf = folder;
   available->QuadPart = 2048;
   return TRUE;
 }
 
 }  // namespace
+
+TEST_CASE("the room for a folder that is still to be made is that above it") {
+  askedOf.clear();
+  ModalDriver driver;
+  const Unpacking unpacking(ZipMaker().add("page.htm", std::string(4096, 'x')));
+  const ImportPatch patch(nullptr, "KERNEL32.dll", "GetDiskFreeSpaceExW", smallDisk);
+  CHECK_FALSE(modCommon::UnzipFiles(unpacking.archive, unpacking.folder + L"\\new\\deeper"));
+  CHECK(askedOf == unpacking.folder + L"\\");
+  CHECK(driver.boxes().size() == 1);
+}
 
 TEST_CASE("an archive that the disk cannot hold is not unpacked") {
   ModalDriver driver;

@@ -100,7 +100,7 @@ ZipMaker& ZipMaker::add(std::string_view name, std::string_view data, const Extr
   common(directory_, false, listed, extras.extraField);
   put(directory_, 0, 2);
   put(directory_, extras.part, 2);
-  put(directory_, 0, 2);
+  put(directory_, extras.internalAttributes, 2);
   put(directory_, extras.attributes.value_or(name.ends_with('/') ? 0x10 : 0), 4);
   put(directory_, extras.offset.value_or(offset), 4);
   directory_.append(listed).append(extras.extraField);

@@ -35,6 +35,7 @@ class ZipMaker {
     std::uint16_t versionNeeded = 20;
     std::uint16_t part = 0;
     std::optional<std::uint32_t> attributes;
+    std::uint16_t internalAttributes = 0;
   };
 
   // Names as they stand in the archive, "/" between folders; a folder's own name ends in "/".
