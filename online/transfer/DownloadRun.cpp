@@ -26,6 +26,9 @@ constexpr wchar_t noApplicationDataText[] =
     L"The folder for application data could not be found. Without it there is no place to download "
     L"to.";
 
+constexpr wchar_t noThemesFolderText[] =
+    L"The folder for themes could not be found. Without it there is no place to unpack a theme to.";
+
 // What a file that cannot be written is to the user.
 std::wstring failureText(const Error& error) {
   switch (error.number()) {
@@ -161,6 +164,12 @@ bool DownloadRun::unpack(const FileTransfer::Archive& archive, const std::wstrin
   const bool isTheme = kind == Row::theme;
   WriteLog({L"Unzipping file : ", path});
   const std::wstring& folder = isTheme ? themesFolder : request_.destinationFolder;
+  if (isTheme && folder.empty()) {
+    WriteLog(noThemesFolderText);
+    view_.fail(noThemesFolderText);
+    view_.stepOverall();
+    return false;
+  }
   const modZipUnzip::ThemeMode mode(isTheme);
   UnpackingBoxes boxes(view_.messageOwner(), &view_);
   const bool unpacked = modCommon::UnzipFiles(path, folder, boxes);

@@ -172,7 +172,8 @@ TEST_CASE("a host that does not tell its version has no place for the user's the
   CHECK(dialog.scratch.readFile(L"templates\\page.dwt") == "a page");
   REQUIRE(dialog.driver.boxes().size() == 1);
   CHECK(dialog.driver.boxes()[0].text ==
-        L"\r\nInvalid file path or you do not have write permission to this location.");
+        L"The folder for themes could not be found. Without it there is no place to unpack a theme "
+        L"to.");
   CHECK(dialog.driver.boxes()[0].owner == dialog.window);
 }
 

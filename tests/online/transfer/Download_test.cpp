@@ -493,9 +493,14 @@ TEST_CASE("without a themes folder a theme is not unpacked anywhere") {
   Download download;
   download.request.hostVersion = L"6.0.0.1";
   CHECK_FALSE(download.run(L"?theme1=" + server.url(L"/t.zip")));
-  REQUIRE(download.driver.boxes().size() == 1);
-  CHECK(download.driver.boxes()[0].text ==
-        L"\r\nInvalid file path or you do not have write permission to this location.");
+  REQUIRE(download.view.failures.size() == 1);
+  CHECK(download.view.failures[0].first ==
+        L"The folder for themes could not be found. Without it there is no place to unpack a theme "
+        L"to.");
+  CHECK(download.output.has(
+      L"The folder for themes could not be found. Without it there is no place to unpack a theme "
+      L"to."));
+  CHECK(download.driver.boxes().empty());
 }
 
 TEST_CASE("an address with blanks is staged under a name with blanks") {
