@@ -23,18 +23,23 @@ void DownloadSteps::showAddress(const modWINInetURL::CrackedUrl& parts) {
     showCurrent(text::join({ftp ? L"ftp://" : L"http://", parts.host, parts.path}));
 }
 
+// Whoever cancelled during a wait does not want to hear what came of it.
 handles::Internet DownloadSteps::openUrl(const std::wstring& address) {
   handles::Internet file = session_.openUrl(address);
+  if (!file) check();
   if (!file) failToConnect();
   return file;
 }
 
 void DownloadSteps::connectToFtp(const modWINInetURL::CrackedUrl& parts) {
-  if (!session_.GetInternetConnectHandle(parts.host, parts.user, parts.password)) failToConnect();
+  if (session_.GetInternetConnectHandle(parts.host, parts.user, parts.password)) return;
+  check();
+  failToConnect();
 }
 
 handles::Internet DownloadSteps::openFtpFile(const std::wstring& path) {
   handles::Internet file = session_.openFtpFile(path);
+  if (!file) check();
   if (!file && session_.timedOut()) failToConnect();
   if (!file) failToFind();
   return file;

@@ -359,6 +359,18 @@ TEST_CASE("a cancel at any step or read of an FTP download ends the run there") 
   cancelEverywhere(L"?dwt1=ftp://127.0.0.1/d.zip", 13);
 }
 
+TEST_CASE("a cancel while the server is waited for in vain shows no failure") {
+  InternetPatch internet;
+  internet.ftpPort(1);
+  Download download;
+  download.view.cancelWhen = [&] {
+    return download.output.has(L"Opening an FTP Session handle for FTP Server named : 127.0.0.1");
+  };
+  CHECK_FALSE(download.run(L"?dwt1=ftp://127.0.0.1/d.zip"));
+  CHECK(download.view.failures.empty());
+  CHECK(download.cancelledIn(L"GetTotalDownloadSize"));
+}
+
 TEST_CASE("a staged file is overwritten when the user says so") {
   const std::string bytes = page("new");
   const HttpServer server({{"/d.zip", HttpServer::ok(bytes)}});
