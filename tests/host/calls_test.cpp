@@ -69,6 +69,10 @@ TEST_CASE("a put needs the value that is named as such") {
   DISPPARAMS none = {};
   CHECK(control.object()->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT, &none,
                                  nullptr, nullptr, nullptr) == DISP_E_BADPARAMCOUNT);
+  const com::Variant value(L"tag");
+  DISPPARAMS unnamed = {const_cast<VARIANT*>(&value.get()), nullptr, 1, 0};
+  CHECK(control.object()->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT, &unnamed,
+                                 nullptr, nullptr, nullptr) == DISP_E_PARAMNOTFOUND);
 }
 
 TEST_CASE("a property cannot be called nor a read-only one be set") {
