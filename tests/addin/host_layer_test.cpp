@@ -279,6 +279,7 @@ TEST_SUITE("paths in a web") {
     CHECK_FALSE(webpath::isAbsolute(L"/dwts"));
     CHECK_FALSE(webpath::isAbsolute(L"dwts/a://b"));
     CHECK_FALSE(webpath::isAbsolute(L"c:/dwts"));
+    CHECK_FALSE(webpath::isAbsolute(L"c://dwts"));
     CHECK_FALSE(webpath::isAbsolute(L""));
   }
 }
@@ -473,6 +474,56 @@ TEST_SUITE("open web") {
     OpenWeb open;
     open.host.faults().before(L"WebFolders.Add", [&] { open.folder.makeFolder(L"dwts"); });
     CHECK(open.web().createFolder(L"/dwts").folder.name() == L"dwts");
+  }
+
+  TEST_CASE("A folder that a refused addition proves to be there is found by path or by name") {
+    for (const wchar_t* refused : {L"Web.LocateFolder", L"WebFolders.Item"}) {
+      OpenWeb open;
+      open.host.faults().before(L"WebFolders.Add", [&] { open.folder.makeFolder(L"dwts"); });
+      open.host.faults().refuse(refused, L"No.");
+      const MadeFolder made = open.web().createFolder(L"/dwts");
+      CHECK(made.folder.name() == L"dwts");
+      CHECK_FALSE(made.isNew);
+    }
+  }
+
+  TEST_CASE("A folder is told to be new only when it was added") {
+    const OpenWeb open;
+    CHECK(open.web().createFolder(L"/dwts").isNew);
+    CHECK_FALSE(open.web().createFolder(L"/dwts").isNew);
+    CHECK(open.web().createFolder(L"/dwts/new").isNew);
+  }
+
+  TEST_CASE("An address that may be escaped means what is there and else what it says") {
+    standin::HostOptions options;
+    options.webUrl = L"http://server/sub";
+    const OpenWeb open(options);
+    const HostWeb web = open.web();
+    const std::wstring address = L"http://server/sub/my%20dwts";
+    CHECK(web.relative(address) == L"my%20dwts");
+    open.folder.writeFile(L"my dwts\\page.htm");
+    CHECK(web.relative(address) == L"my dwts");
+    CHECK(web.locateFolder(address)->name() == L"my dwts");
+    CHECK(web.locateFile(address + L"/page.htm")->name() == L"page.htm");
+    open.folder.writeFile(L"my%20dwts\\page.htm");
+    CHECK(web.relative(address) == L"my%20dwts");
+    CHECK(web.locateFolder(address)->name() == L"my%20dwts");
+    CHECK(web.locateFile(address + L"/page.htm")->url() == address + L"/page.htm");
+  }
+
+  TEST_CASE("An address is read as the web's own tells that it is spelled") {
+    for (const bool webEscaped : {false, true}) {
+      CAPTURE(webEscaped);
+      standin::HostOptions options;
+      options.webUrl = webEscaped ? L"http://server/my%20web" : L"http://server/my web";
+      const OpenWeb open(options);
+      open.folder.makeFolder(L"a b");
+      open.folder.makeFolder(L"a%20b");
+      const HostWeb web = open.web();
+      CHECK(web.relative(L"http://server/my%20web/a%20b") == (webEscaped ? L"a%20b" : L"a b"));
+      CHECK(web.relative(L"http://server/my web/a%20b") == L"a%20b");
+      if (webEscaped) CHECK_FALSE(web.locateFolder(L"http://server/my web/a%2520b"));
+    }
   }
 
   TEST_CASE("A folder that cannot be made raises the host's own error") {

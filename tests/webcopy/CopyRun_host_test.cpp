@@ -92,6 +92,38 @@ TEST_CASE("a template that is there although a look for it failed is not replace
   }
 }
 
+TEST_CASE("a template without files is there too when a look for it failed") {
+  for (const wchar_t* folder : {L"webs\\site\\dwts\\Blue", L"webs\\site\\dwts\\Blue\\images"}) {
+    for (const bool addGives : {false, true}) {
+      // Nothing tells an empty folder that is given for a new one from a new one.
+      const bool empty = std::wstring(folder).ends_with(L"Blue");
+      if (empty && addGives) continue;
+      CAPTURE(std::wstring(folder));
+      CAPTURE(addGives);
+      standin::HostOptions options;
+      options.addExistingFolderGivesIt = addGives;
+      CopyFixture fixture(options);
+      fixture.makeBlue();
+      fixture.disk.makeFolder(folder);
+      fixture.host.faults().refuse(L"Web.LocateFolder", L"Timed out.");
+      RecordingView view;
+      view.answer = false;
+      CHECK_FALSE(runCopy(fixture, view).copied);
+      CHECK(view.of(L"ask: ") == Lines{question});
+    }
+  }
+}
+
+TEST_CASE("a cancel while the template's folder is made is noticed before anything else") {
+  CopyFixture fixture;
+  fixture.makeBlue();
+  RecordingView view;
+  fixture.host.faults().before(L"WebFolders.Add", [&] { view.refusedCheck = view.checks + 1; });
+  CHECK(runCopy(fixture, view).cancelled);
+  CHECK(fixture.log.messages().back() == L"  Copy to web operation has been cancelled!!!");
+  CHECK(fixture.host.faults().calls(L"WebFolder.Url") == 0);
+}
+
 TEST_CASE(
     "a template that is found late can be left alone and the remaining steps run over nothing") {
   HiddenTemplate hidden;
@@ -200,11 +232,11 @@ TEST_CASE("a template arrives in the folder whose address it is given however th
       CAPTURE(options.itemUrlsEscaped);
       CAPTURE(std::wstring(folder));
       OddNames odd(options);
-      odd.fixture.disk.makeFolder(std::wstring(L"webs\\my web\\") + folder);
-      CHECK(odd.copy(odd.addressOf(folder)));
-      odd.checkArrived(folder);
+      odd.fixture.disk.writeFile(
+          std::wstring(L"webs\\my web\\") + folder + L"\\Blue sky\\my home.dwt", "old");
       CHECK(odd.copy(odd.addressOf(folder)));
       CHECK(odd.view.of(L"ask: ").size() == 1);
+      odd.checkArrived(folder);
     }
   }
 }

@@ -216,6 +216,7 @@ TEST_CASE("a template that a folder of its own would be copied onto is left as i
 
 TEST_CASE("a template that only the host's own folders of it would meet is copied") {
   OwnTemplate own(L"\\dwts\\Blue\\_vti_x\\Blue");
+  own.write(L"_vti_x\\Blue\\home.dwt", "inner");
   CHECK(runCopy(own.fixture, own.view, L"/dwts", own.folder).copied);
 }
 

@@ -854,6 +854,14 @@ TEST_CASE("a file whose name ends in dwt without a point counts as a template") 
   CHECK(view.has(L"current status: Applying theme to mydw..."));
 }
 
+TEST_CASE("a file that is called dwt and nothing more counts as a template") {
+  CopyFixture fixture;
+  fixture.disk.writeFile(L"templates\\Blue\\dwt");
+  RecordingView view;
+  CHECK(runCopy(fixture, view).copied);
+  CHECK(view.has(L"current status: Applying theme to dw..."));
+}
+
 TEST_CASE("a host that refuses to apply a theme ends the run with a message") {
   CopyFixture fixture;
   fixture.makeBlue();

@@ -268,6 +268,7 @@ TEST_CASE("the question whether to cancel holds the copy up from its first momen
   session.opened = [&] { SendMessageW(session.dialog, WM_COMMAND, IDCANCEL, 0); };
   CHECK_FALSE(session.run());
   checkCancelQuestion(session);
+  CHECK(session.fixture.host.faults().calls(L"Application.ActiveWeb") == 0);
   CHECK(session.fixture.webTree().empty());
 }
 
@@ -453,6 +454,51 @@ TEST_CASE("a Cancel that the host lets through while it imports frees no window 
   CHECK(IsWindowEnabled(frame));
   CHECK_FALSE(arrived(session, L"images\\logo.gif"));
   DestroyWindow(frame);
+}
+
+TEST_CASE("a copy without an owner is shown over the host's frame") {
+  WNDCLASSW type = {};
+  type.lpfnWndProc = DefWindowProcW;
+  type.lpszClassName = L"FrontPageExplorerWindow40";
+  RegisterClassW(&type);
+  const HWND frame = CreateWindowW(type.lpszClassName, L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE,
+                                   50, 50, 700, 500, nullptr, nullptr, nullptr, nullptr);
+  CopySession session;
+  HWND owner = nullptr;
+  session.opened = [&] { owner = GetWindow(session.dialog, GW_OWNER); };
+  CHECK(session.run());
+  CHECK(frame != nullptr);
+  CHECK(owner == frame);
+  DestroyWindow(frame);
+  UnregisterClassW(type.lpszClassName, nullptr);
+}
+
+TEST_CASE("a copy whose owner goes before it has begun is none") {
+  CopySession session;
+  session.owner = CreateWindowW(L"Static", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 700,
+                                500, nullptr, nullptr, nullptr, nullptr);
+  session.opened = [&] { DestroyWindow(session.owner); };
+  CHECK_FALSE(session.run());
+  CHECK(session.fixture.webTree().empty());
+  CHECK(session.fixture.host.faults().calls(L"Application.ActiveWeb") == 0);
+}
+
+TEST_CASE("the copy dialog comes to the top when its run begins") {
+  CopySession session;
+  const HWND other = CreateWindowW(L"Static", L"other", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50,
+                                   nullptr, nullptr, nullptr, nullptr);
+  session.opened = [&] {
+    SetWindowPos(other, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  };
+  bool above = false;
+  session.fixture.host.faults().before(L"Application.ActiveWeb", [&] {
+    HWND window = GetTopWindow(nullptr);
+    while (window != session.dialog && window != other) window = GetWindow(window, GW_HWNDNEXT);
+    above = window == session.dialog;
+  });
+  CHECK(session.run());
+  CHECK(above);
+  DestroyWindow(other);
 }
 
 TEST_CASE("a host that closes before the copy has begun gets no template and its message back") {

@@ -125,6 +125,35 @@ TEST_CASE("a folder made below one that could not be read shows once when that i
   CHECK(session.existsInWeb(L"dwts\\beta"));
 }
 
+TEST_CASE("a folder made below one that still cannot be read shows when that is read") {
+  PickerSession session;
+  session.makeFolders({L"dwts\\blue"});
+  session.path = L"/dwts";
+  session.pick([&](HWND dialog) {
+    const FolderTree tree = treeOf(dialog);
+    const HTREEITEM dwts = tree.at({L"site", L"dwts"});
+    session.fixture.host.faults().refuse(L"WebFolder.IsWeb", L"Not now.");
+    makeFolder(session, dialog, confirming(L"beta"));
+    CHECK(tree.children(dwts) == Lines{L""});
+    CHECK(tree.selectedPath() == L"site/dwts");
+    session.fixture.host.faults().clear();
+    tree.open(dwts);
+    CHECK(tree.children(dwts) == Lines{L"beta", L"blue"});
+    press(dialog, IDCANCEL);
+  });
+  CHECK(session.existsInWeb(L"dwts\\beta"));
+}
+
+TEST_CASE("the tree has the focus again after a new folder") {
+  PickerSession session;
+  session.pick([&](HWND dialog) {
+    SetFocus(GetDlgItem(dialog, IDC_SELECTWEBFOLDER_BTNNEWFOLDER));
+    makeFolder(session, dialog, [](HWND window) { press(window, IDCANCEL); });
+    CHECK(GetFocus() == GetDlgItem(dialog, IDC_SELECTWEBFOLDER_TVFOLDERS));
+    press(dialog, IDCANCEL);
+  });
+}
+
 TEST_CASE("a new folder reaches the host with the blanks of its name") {
   PickerSession session;
   session.makeFolders({L"dwts"});
