@@ -41,25 +41,22 @@ std::string header() {
 
 }  // namespace
 
-TEST_SUITE("button face") {
-  TEST_CASE("A picture is offered with its first pixel's colour as see-through") {
-    const handles::Gdi drawn =
-        picture({0xFF102030, 0x00102030, 0x00405060, 0x77102030, 0x00708090, 0x000000FF});
-    const auto contents = buttonFace(static_cast<HBITMAP>(drawn.get()));
-    REQUIRE(contents.size() == 3);
-    CHECK(contents[0].format == CF_BITMAP);
-    CHECK(std::get<handles::Gdi>(contents[0].data).get() != drawn.get());
-    CHECK(contents[1].format == RegisterClipboardFormatW(L"Toolbar Button Face"));
-    CHECK(contents[2].format == RegisterClipboardFormatW(L"Toolbar Button Mask"));
-    // Rows from the bottom, each filled up to a multiple of four bytes.
-    const std::string face("\0\0\0\x90\x80\x70\xFF\0\0\0\0\0\0\0\0\0\0\0\x60\x50\x40\0\0\0", 24);
-    const std::string mask("\xFF\xFF\xFF\0\0\0\0\0\0\0\0\0\xFF\xFF\xFF\xFF\xFF\xFF\0\0\0\0\0\0",
-                           24);
-    CHECK(bytesOf(contents[1]).substr(0, 64) == header() + face);
-    CHECK(bytesOf(contents[2]).substr(0, 64) == header() + mask);
-  }
+TEST_CASE("A picture is offered with its first pixel's colour as see-through") {
+  const handles::Gdi drawn =
+      picture({0xFF102030, 0x00102030, 0x00405060, 0x77102030, 0x00708090, 0x000000FF});
+  const auto contents = buttonFace(static_cast<HBITMAP>(drawn.get()));
+  REQUIRE(contents.size() == 3);
+  CHECK(contents[0].format == CF_BITMAP);
+  CHECK(std::get<handles::Gdi>(contents[0].data).get() != drawn.get());
+  CHECK(contents[1].format == RegisterClipboardFormatW(L"Toolbar Button Face"));
+  CHECK(contents[2].format == RegisterClipboardFormatW(L"Toolbar Button Mask"));
+  // Rows from the bottom, each filled up to a multiple of four bytes.
+  const std::string face("\0\0\0\x90\x80\x70\xFF\0\0\0\0\0\0\0\0\0\0\0\x60\x50\x40\0\0\0", 24);
+  const std::string mask("\xFF\xFF\xFF\0\0\0\0\0\0\0\0\0\xFF\xFF\xFF\xFF\xFF\xFF\0\0\0\0\0\0", 24);
+  CHECK(bytesOf(contents[1]).substr(0, 64) == header() + face);
+  CHECK(bytesOf(contents[2]).substr(0, 64) == header() + mask);
+}
 
-  TEST_CASE("What is no bitmap is no button face") {
-    CHECK(numberOf([] { buttonFace(nullptr); }) == errors::invalidArgument);
-  }
+TEST_CASE("What is no bitmap is no button face") {
+  CHECK(numberOf([] { buttonFace(nullptr); }) == errors::invalidArgument);
 }

@@ -131,266 +131,262 @@ class HostFrame {
 
 }  // namespace
 
-TEST_SUITE("module file") {
-  TEST_CASE("The module imports only functions of the written list") {
-    const auto allowed = allowedImports();
-    const auto imports = PortableExecutable(ShippedModule::builtPath()).imports();
-    REQUIRE(!imports.empty());
-    for (const auto& import : imports) {
-      CAPTURE(import);
-      // Look up that Windows XP SP2 has the function before adding it to the list.
-      CHECK(allowed.count(import) == 1);
-    }
-  }
-
-  TEST_CASE("The written list of imports names only functions that the module imports") {
-    const auto imports = PortableExecutable(ShippedModule::builtPath()).imports();
-    const auto allowed = allowedImports();
-    REQUIRE(!allowed.empty());
-    for (const auto& import : allowed) {
-      CAPTURE(import);
-      CHECK(imports.count(import) == 1);
-    }
-  }
-
-  TEST_CASE("The module stays below 512 KB and is stripped") {
-    const PortableExecutable file(ShippedModule::builtPath());
-    CHECK(file.size() < 512 * 1024);
-    for (const auto& section : file.sections()) CHECK(section.substr(0, 1) == ".");
-    for (const auto& section : file.sections()) CHECK(section.find("debug") == section.npos);
-  }
-
-  TEST_CASE("The module is for 32-bit hosts and takes the system's protections") {
-    const PortableExecutable file(ShippedModule::builtPath());
-    CHECK(file.machine() == IMAGE_FILE_MACHINE_I386);
-    CHECK((file.dllCharacteristics() & IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE) != 0);
-    CHECK((file.dllCharacteristics() & IMAGE_DLLCHARACTERISTICS_NX_COMPAT) != 0);
-    CHECK(file.hasRelocations());
-  }
-
-  // So that whoever builds the same sources can tell that a module is made of them.
-  TEST_CASE("The module tells neither when nor where it was built") {
-    const PortableExecutable file(ShippedModule::builtPath());
-    CHECK(file.time() == 0);
-    CHECK_FALSE(file.contains(QUILLET_SOURCES));
-    CHECK(file.contains("Created by WIDL") == file.contains("Thu Jan  1 00:00:00 1970"));
-  }
-
-  TEST_CASE("The module exports the five entry points of a COM server undecorated") {
-    CHECK(PortableExecutable(ShippedModule::builtPath()).exports() ==
-          std::set<std::string>{"DllCanUnloadNow", "DllGetClassObject", "DllInstall",
-                                "DllRegisterServer", "DllUnregisterServer"});
-  }
-
-  TEST_CASE("The embedded type library bears its description and describes the class") {
-    ComPtr<ITypeLib> library;
-    REQUIRE(LoadTypeLibEx(ShippedModule::builtPath().c_str(), REGKIND_NONE, library.put()) == S_OK);
-    com::Bstr name;
-    com::Bstr description;
-    REQUIRE(library->GetDocumentation(-1, name.put(), description.put(), nullptr, nullptr) == S_OK);
-    CHECK(name.text() == L"DWT");
-    CHECK(description.text() == L"Orlique Dynamic Web Template");
-
-    TLIBATTR* attributes = nullptr;
-    REQUIRE(library->GetLibAttr(&attributes) == S_OK);
-    CHECK((attributes->guid == identity::typeLibraryId));
-    CHECK(attributes->wMajorVerNum == 1);
-    CHECK(attributes->wMinorVerNum == 0);
-    library->ReleaseTLibAttr(attributes);
-
-    ComPtr<ITypeInfo> type;
-    REQUIRE(library->GetTypeInfoOfGuid(identity::classId, type.put()) == S_OK);
-    com::Bstr className;
-    type->GetDocumentation(-1, className.put(), nullptr, nullptr, nullptr);
-    CHECK(className.text() == L"DWTemplate");
-  }
-
-  TEST_CASE("The version resource bears the component's title") {
-    CHECK(versionText(L"FileDescription") == L"Quillet Viewer");
-    CHECK(versionText(L"ProductName") == L"Quillet Viewer");
-    CHECK(versionText(L"Comments") == L"Orlique Dynamic Web Template");
-    CHECK(versionText(L"OriginalFilename") == L"Quillet.dll");
-    CHECK(versionText(L"FileVersion") == versionText(L"ProductVersion"));
-  }
-
-  TEST_CASE("The module carries both faces and its manifest") {
-    const ShippedModule module;
-    for (const int id : {101, 104}) {
-      const handles::Gdi face(
-          LoadImageW(module.handle(), MAKEINTRESOURCEW(id), IMAGE_BITMAP, 0, 0, 0));
-      REQUIRE(face);
-      BITMAP bitmap = {};
-      GetObjectW(face.get(), sizeof bitmap, &bitmap);
-      CHECK(bitmap.bmWidth == 16);
-      CHECK(bitmap.bmHeight == 16);
-    }
-    CHECK(FindResourceW(module.handle(), MAKEINTRESOURCEW(2),
-                        reinterpret_cast<LPCWSTR>(RT_MANIFEST)));
+TEST_CASE("The module imports only functions of the written list") {
+  const auto allowed = allowedImports();
+  const auto imports = PortableExecutable(ShippedModule::builtPath()).imports();
+  REQUIRE(!imports.empty());
+  for (const auto& import : imports) {
+    CAPTURE(import);
+    // Look up that Windows XP SP2 has the function before adding it to the list.
+    CHECK(allowed.count(import) == 1);
   }
 }
 
-TEST_SUITE("module in the host's process") {
-  TEST_CASE("A module that was only loaded can be unloaded") {
+TEST_CASE("The written list of imports names only functions that the module imports") {
+  const auto imports = PortableExecutable(ShippedModule::builtPath()).imports();
+  const auto allowed = allowedImports();
+  REQUIRE(!allowed.empty());
+  for (const auto& import : allowed) {
+    CAPTURE(import);
+    CHECK(imports.count(import) == 1);
+  }
+}
+
+TEST_CASE("The module stays below 512 KB and is stripped") {
+  const PortableExecutable file(ShippedModule::builtPath());
+  CHECK(file.size() < 512 * 1024);
+  for (const auto& section : file.sections()) CHECK(section.substr(0, 1) == ".");
+  for (const auto& section : file.sections()) CHECK(section.find("debug") == section.npos);
+}
+
+TEST_CASE("The module is for 32-bit hosts and takes the system's protections") {
+  const PortableExecutable file(ShippedModule::builtPath());
+  CHECK(file.machine() == IMAGE_FILE_MACHINE_I386);
+  CHECK((file.dllCharacteristics() & IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE) != 0);
+  CHECK((file.dllCharacteristics() & IMAGE_DLLCHARACTERISTICS_NX_COMPAT) != 0);
+  CHECK(file.hasRelocations());
+}
+
+// So that whoever builds the same sources can tell that a module is made of them.
+TEST_CASE("The module tells neither when nor where it was built") {
+  const PortableExecutable file(ShippedModule::builtPath());
+  CHECK(file.time() == 0);
+  CHECK_FALSE(file.contains(QUILLET_SOURCES));
+  CHECK(file.contains("Created by WIDL") == file.contains("Thu Jan  1 00:00:00 1970"));
+}
+
+TEST_CASE("The module exports the five entry points of a COM server undecorated") {
+  CHECK(PortableExecutable(ShippedModule::builtPath()).exports() ==
+        std::set<std::string>{"DllCanUnloadNow", "DllGetClassObject", "DllInstall",
+                              "DllRegisterServer", "DllUnregisterServer"});
+}
+
+TEST_CASE("The embedded type library bears its description and describes the class") {
+  ComPtr<ITypeLib> library;
+  REQUIRE(LoadTypeLibEx(ShippedModule::builtPath().c_str(), REGKIND_NONE, library.put()) == S_OK);
+  com::Bstr name;
+  com::Bstr description;
+  REQUIRE(library->GetDocumentation(-1, name.put(), description.put(), nullptr, nullptr) == S_OK);
+  CHECK(name.text() == L"DWT");
+  CHECK(description.text() == L"Orlique Dynamic Web Template");
+
+  TLIBATTR* attributes = nullptr;
+  REQUIRE(library->GetLibAttr(&attributes) == S_OK);
+  CHECK((attributes->guid == identity::typeLibraryId));
+  CHECK(attributes->wMajorVerNum == 1);
+  CHECK(attributes->wMinorVerNum == 0);
+  library->ReleaseTLibAttr(attributes);
+
+  ComPtr<ITypeInfo> type;
+  REQUIRE(library->GetTypeInfoOfGuid(identity::classId, type.put()) == S_OK);
+  com::Bstr className;
+  type->GetDocumentation(-1, className.put(), nullptr, nullptr, nullptr);
+  CHECK(className.text() == L"DWTemplate");
+}
+
+TEST_CASE("The version resource bears the component's title") {
+  CHECK(versionText(L"FileDescription") == L"Quillet Viewer");
+  CHECK(versionText(L"ProductName") == L"Quillet Viewer");
+  CHECK(versionText(L"Comments") == L"Orlique Dynamic Web Template");
+  CHECK(versionText(L"OriginalFilename") == L"Quillet.dll");
+  CHECK(versionText(L"FileVersion") == versionText(L"ProductVersion"));
+}
+
+TEST_CASE("The module carries both faces and its manifest") {
+  const ShippedModule module;
+  for (const int id : {101, 104}) {
+    const handles::Gdi face(
+        LoadImageW(module.handle(), MAKEINTRESOURCEW(id), IMAGE_BITMAP, 0, 0, 0));
+    REQUIRE(face);
+    BITMAP bitmap = {};
+    GetObjectW(face.get(), sizeof bitmap, &bitmap);
+    CHECK(bitmap.bmWidth == 16);
+    CHECK(bitmap.bmHeight == 16);
+  }
+  CHECK(
+      FindResourceW(module.handle(), MAKEINTRESOURCEW(2), reinterpret_cast<LPCWSTR>(RT_MANIFEST)));
+}
+
+TEST_CASE("A module that was only loaded can be unloaded") {
+  const ShippedModule module;
+  CHECK(module.canUnload());
+}
+
+TEST_CASE("The class factory keeps the module loaded") {
+  const ShippedModule module;
+  auto factory = module.factory();
+  REQUIRE(factory);
+  CHECK_FALSE(module.canUnload());
+  factory.reset();
+  CHECK(module.canUnload());
+}
+
+TEST_CASE("A lock keeps the module loaded until it is taken back") {
+  const ShippedModule module;
+  auto factory = module.factory();
+  CHECK(factory->LockServer(TRUE) == S_OK);
+  CHECK(factory->LockServer(TRUE) == S_OK);
+  factory.reset();
+  CHECK_FALSE(module.canUnload());
+  factory = module.factory();
+  factory->LockServer(FALSE);
+  factory->LockServer(FALSE);
+  factory.reset();
+  CHECK(module.canUnload());
+}
+
+TEST_CASE("A connection object keeps the module loaded") {
+  const ShippedModule module;
+  auto connection = module.connection();
+  REQUIRE(connection);
+  CHECK_FALSE(module.canUnload());
+  connection.reset();
+  CHECK(module.canUnload());
+}
+
+TEST_CASE("An event sink that the host still holds keeps the module loaded") {
+  const long before = lifetime::references();
+  int clicks = 0;
+  auto sink = ClickSink::make([&](IDispatch*, VARIANT_BOOL*) { ++clicks; });
+  CHECK(lifetime::references() == before + 1);
+  sink->detach();
+  CHECK(lifetime::references() == before + 1);
+  sink.reset();
+  CHECK(lifetime::references() == before);
+  CHECK(clicks == 0);
+}
+
+TEST_CASE("After a connection and a disconnection the module can be unloaded") {
+  ScratchRegistry registry;
+  ModalDriver modal;
+  const ShippedModule module;
+  standin::Host host;
+  auto connection = module.connection();
+  connection->OnConnection(host.application(), atStartup, nullptr, nullptr);
+  connection->OnDisconnection(userClosed, nullptr);
+  connection.reset();
+  CHECK(module.canUnload());
+}
+
+TEST_CASE("A class of another identifier is not available") {
+  const ShippedModule module;
+  const auto get = module.entry<HRESULT WINAPI(REFCLSID, REFIID, void**)>("DllGetClassObject");
+  void* object = &object;
+  CHECK(get(IID_IUnknown, IID_IClassFactory, &object) == CLASS_E_CLASSNOTAVAILABLE);
+  CHECK(object == nullptr);
+  CHECK(get(identity::classId, IID_IDispatch, &object) == E_NOINTERFACE);
+  CHECK(get(identity::classId, IID_IClassFactory, nullptr) == E_POINTER);
+  CHECK(module.canUnload());
+}
+
+TEST_CASE("The class cannot be aggregated") {
+  const ShippedModule module;
+  const auto factory = module.factory();
+  void* object = &object;
+  CHECK(factory->CreateInstance(factory.get(), IID_IUnknown, &object) == CLASS_E_NOAGGREGATION);
+  CHECK(object == nullptr);
+  CHECK(factory->CreateInstance(nullptr, IID_IClassFactory, &object) == E_NOINTERFACE);
+}
+
+TEST_CASE("The connection object is one object behind all its interfaces") {
+  const ShippedModule module;
+  const auto connection = module.connection();
+  const auto dispatch = connection.as<IDispatch>();
+  const auto unknown = connection.as<IUnknown>();
+  REQUIRE(dispatch);
+  ComPtr<IDTExtensibility2> again;
+  CHECK(dispatch->QueryInterface(IID_IDTExtensibility2, reinterpret_cast<void**>(again.put())) ==
+        S_OK);
+  CHECK(again.get() == connection.get());
+  CHECK(dispatch.as<IUnknown>().get() == unknown.get());
+  CHECK_FALSE(connection.as<IClassFactory>());
+}
+
+TEST_CASE("Loading connecting and disconnecting leave the host's process as it was") {
+  ScratchRegistry registry;
+  ModalDriver modal;
+  standin::Host host;
+  _controlfp(_PC_53, _MCW_PC);
+  SetErrorMode(SEM_NOOPENFILEERRORBOX);
+  const Manners before = Manners::now();
+  {
     const ShippedModule module;
-    CHECK(module.canUnload());
-  }
-
-  TEST_CASE("The class factory keeps the module loaded") {
-    const ShippedModule module;
-    auto factory = module.factory();
-    REQUIRE(factory);
-    CHECK_FALSE(module.canUnload());
-    factory.reset();
-    CHECK(module.canUnload());
-  }
-
-  TEST_CASE("A lock keeps the module loaded until it is taken back") {
-    const ShippedModule module;
-    auto factory = module.factory();
-    CHECK(factory->LockServer(TRUE) == S_OK);
-    CHECK(factory->LockServer(TRUE) == S_OK);
-    factory.reset();
-    CHECK_FALSE(module.canUnload());
-    factory = module.factory();
-    factory->LockServer(FALSE);
-    factory->LockServer(FALSE);
-    factory.reset();
-    CHECK(module.canUnload());
-  }
-
-  TEST_CASE("A connection object keeps the module loaded") {
-    const ShippedModule module;
-    auto connection = module.connection();
-    REQUIRE(connection);
-    CHECK_FALSE(module.canUnload());
-    connection.reset();
-    CHECK(module.canUnload());
-  }
-
-  TEST_CASE("An event sink that the host still holds keeps the module loaded") {
-    const long before = lifetime::references();
-    int clicks = 0;
-    auto sink = ClickSink::make([&](IDispatch*, VARIANT_BOOL*) { ++clicks; });
-    CHECK(lifetime::references() == before + 1);
-    sink->detach();
-    CHECK(lifetime::references() == before + 1);
-    sink.reset();
-    CHECK(lifetime::references() == before);
-    CHECK(clicks == 0);
-  }
-
-  TEST_CASE("After a connection and a disconnection the module can be unloaded") {
-    ScratchRegistry registry;
-    ModalDriver modal;
-    const ShippedModule module;
-    standin::Host host;
-    auto connection = module.connection();
-    connection->OnConnection(host.application(), atStartup, nullptr, nullptr);
-    connection->OnDisconnection(userClosed, nullptr);
-    connection.reset();
-    CHECK(module.canUnload());
-  }
-
-  TEST_CASE("A class of another identifier is not available") {
-    const ShippedModule module;
-    const auto get = module.entry<HRESULT WINAPI(REFCLSID, REFIID, void**)>("DllGetClassObject");
-    void* object = &object;
-    CHECK(get(IID_IUnknown, IID_IClassFactory, &object) == CLASS_E_CLASSNOTAVAILABLE);
-    CHECK(object == nullptr);
-    CHECK(get(identity::classId, IID_IDispatch, &object) == E_NOINTERFACE);
-    CHECK(get(identity::classId, IID_IClassFactory, nullptr) == E_POINTER);
-    CHECK(module.canUnload());
-  }
-
-  TEST_CASE("The class cannot be aggregated") {
-    const ShippedModule module;
-    const auto factory = module.factory();
-    void* object = &object;
-    CHECK(factory->CreateInstance(factory.get(), IID_IUnknown, &object) == CLASS_E_NOAGGREGATION);
-    CHECK(object == nullptr);
-    CHECK(factory->CreateInstance(nullptr, IID_IClassFactory, &object) == E_NOINTERFACE);
-  }
-
-  TEST_CASE("The connection object is one object behind all its interfaces") {
-    const ShippedModule module;
-    const auto connection = module.connection();
-    const auto dispatch = connection.as<IDispatch>();
-    const auto unknown = connection.as<IUnknown>();
-    REQUIRE(dispatch);
-    ComPtr<IDTExtensibility2> again;
-    CHECK(dispatch->QueryInterface(IID_IDTExtensibility2, reinterpret_cast<void**>(again.put())) ==
-          S_OK);
-    CHECK(again.get() == connection.get());
-    CHECK(dispatch.as<IUnknown>().get() == unknown.get());
-    CHECK_FALSE(connection.as<IClassFactory>());
-  }
-
-  TEST_CASE("Loading connecting and disconnecting leave the host's process as it was") {
-    ScratchRegistry registry;
-    ModalDriver modal;
-    standin::Host host;
-    _controlfp(_PC_53, _MCW_PC);
-    SetErrorMode(SEM_NOOPENFILEERRORBOX);
-    const Manners before = Manners::now();
-    {
-      const ShippedModule module;
-      CHECK((Manners::now() == before));
-      const auto connection = module.connection();
-      connection->OnConnection(host.application(), atStartup, nullptr, nullptr);
-      CHECK((Manners::now() == before));
-      host.click(L"Browse/Copy Dynamic Web Template to Web...");
-      CHECK((Manners::now() == before));
-      connection->OnDisconnection(userClosed, nullptr);
-    }
     CHECK((Manners::now() == before));
-    SetErrorMode(0);
-  }
-
-  TEST_CASE("A command that shows a window leaves the host's process as it was") {
-    ScratchRegistry registry;
-    ModalDriver modal;
-    const ScratchFolder web;
-    standin::Host host({}, web.path());
-    const HostFrame frame;
-    const ShippedModule module;
     const auto connection = module.connection();
     connection->OnConnection(host.application(), atStartup, nullptr, nullptr);
-    const Manners before = Manners::now();
-    REQUIRE(before.focus == frame.document());
-    const DWORD clipboard = GetClipboardSequenceNumber();
-
-    HWND owner = nullptr;
-    modal.onDialog(L"Dynamic Web Template Browser", [&](HWND browser) {
-      owner = GetWindow(browser, GW_OWNER);
-      CHECK_FALSE(IsWindowEnabled(frame.window()));
-      PostMessageW(browser, WM_COMMAND, IDCANCEL, 0);
-    });
+    CHECK((Manners::now() == before));
     host.click(L"Browse/Copy Dynamic Web Template to Web...");
-    CHECK(owner == frame.window());
     CHECK((Manners::now() == before));
-
-    host.closeWeb();
-    host.click(L"Dynamic Web Templates Online...");
-    REQUIRE(modal.boxes().size() == 1);
-    CHECK(modal.boxes().front().owner == frame.window());
-    CHECK(IsWindowEnabled(frame.window()));
-    CHECK(GetActiveWindow() == frame.window());
-    CHECK(GetClipboardSequenceNumber() == clipboard);
     connection->OnDisconnection(userClosed, nullptr);
   }
+  CHECK((Manners::now() == before));
+  SetErrorMode(0);
+}
 
-  // The host starts with every add-in there is: what each of them brings along, all wait for.
-  TEST_CASE("Loading and connecting bring no module but this one") {
-    ScratchRegistry registry;
-    ModalDriver modal;
-    standin::Host host;
-    const auto before = loadedModules();
-    const ShippedModule module;
-    const auto connection = module.connection();
-    connection->OnConnection(host.application(), atStartup, nullptr, nullptr);
-    std::vector<std::wstring> brought;
-    std::ranges::set_difference(loadedModules(), before, std::back_inserter(brought));
-    CHECK(brought == std::vector<std::wstring>{L"quillet.dll"});
-    connection->OnDisconnection(userClosed, nullptr);
-  }
+TEST_CASE("A command that shows a window leaves the host's process as it was") {
+  ScratchRegistry registry;
+  ModalDriver modal;
+  const ScratchFolder web;
+  standin::Host host({}, web.path());
+  const HostFrame frame;
+  const ShippedModule module;
+  const auto connection = module.connection();
+  connection->OnConnection(host.application(), atStartup, nullptr, nullptr);
+  const Manners before = Manners::now();
+  REQUIRE(before.focus == frame.document());
+  const DWORD clipboard = GetClipboardSequenceNumber();
+
+  HWND owner = nullptr;
+  modal.onDialog(L"Dynamic Web Template Browser", [&](HWND browser) {
+    owner = GetWindow(browser, GW_OWNER);
+    CHECK_FALSE(IsWindowEnabled(frame.window()));
+    PostMessageW(browser, WM_COMMAND, IDCANCEL, 0);
+  });
+  host.click(L"Browse/Copy Dynamic Web Template to Web...");
+  CHECK(owner == frame.window());
+  CHECK((Manners::now() == before));
+
+  host.closeWeb();
+  host.click(L"Dynamic Web Templates Online...");
+  REQUIRE(modal.boxes().size() == 1);
+  CHECK(modal.boxes().front().owner == frame.window());
+  CHECK(IsWindowEnabled(frame.window()));
+  CHECK(GetActiveWindow() == frame.window());
+  CHECK(GetClipboardSequenceNumber() == clipboard);
+  connection->OnDisconnection(userClosed, nullptr);
+}
+
+// The host starts with every add-in there is: what each of them brings along, all wait for.
+TEST_CASE("Loading and connecting bring no module but this one") {
+  ScratchRegistry registry;
+  ModalDriver modal;
+  standin::Host host;
+  const auto before = loadedModules();
+  const ShippedModule module;
+  const auto connection = module.connection();
+  connection->OnConnection(host.application(), atStartup, nullptr, nullptr);
+  std::vector<std::wstring> brought;
+  std::ranges::set_difference(loadedModules(), before, std::back_inserter(brought));
+  CHECK(brought == std::vector<std::wstring>{L"quillet.dll"});
+  connection->OnDisconnection(userClosed, nullptr);
 }

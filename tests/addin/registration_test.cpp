@@ -110,167 +110,165 @@ LSTATUS WINAPI keepModel(HKEY key, LPCWSTR name) {
 
 }  // namespace
 
-TEST_SUITE("registration") {
-  TEST_CASE("Registering writes the class for the machine and the add-in entry for the user") {
-    ShippedModule module;
-    ScratchRegistry registry;
-    REQUIRE(module.registerServer() == S_OK);
-    CHECK(everything() == expected(L"HKLM", ShippedModule::builtPath()));
-  }
+TEST_CASE("Registering writes the class for the machine and the add-in entry for the user") {
+  ShippedModule module;
+  ScratchRegistry registry;
+  REQUIRE(module.registerServer() == S_OK);
+  CHECK(everything() == expected(L"HKLM", ShippedModule::builtPath()));
+}
 
-  TEST_CASE("Registering per user writes everything below the user's own key") {
-    ShippedModule module;
-    ScratchRegistry registry;
-    REQUIRE(module.install(true, L"user") == S_OK);
-    CHECK(everything() == expected(L"HKCU", ShippedModule::builtPath()));
-  }
+TEST_CASE("Registering per user writes everything below the user's own key") {
+  ShippedModule module;
+  ScratchRegistry registry;
+  REQUIRE(module.install(true, L"user") == S_OK);
+  CHECK(everything() == expected(L"HKCU", ShippedModule::builtPath()));
+}
 
-  TEST_CASE("Unregistering leaves nothing") {
-    ShippedModule module;
-    ScratchRegistry registry;
-    REQUIRE(module.registerServer() == S_OK);
-    CHECK(module.unregisterServer() == S_OK);
-    CHECK(everything().size() <= 2);
-    for (const auto& line : everything()) CHECK(line.find(L'\\') == 4);
-    CHECK_FALSE(registry.hasKey(HKEY_LOCAL_MACHINE, L"Software\\Classes\\CLSID"));
-    CHECK_FALSE(registry.hasKey(HKEY_CURRENT_USER, L"Software\\Microsoft"));
-  }
+TEST_CASE("Unregistering leaves nothing") {
+  ShippedModule module;
+  ScratchRegistry registry;
+  REQUIRE(module.registerServer() == S_OK);
+  CHECK(module.unregisterServer() == S_OK);
+  CHECK(everything().size() <= 2);
+  for (const auto& line : everything()) CHECK(line.find(L'\\') == 4);
+  CHECK_FALSE(registry.hasKey(HKEY_LOCAL_MACHINE, L"Software\\Classes\\CLSID"));
+  CHECK_FALSE(registry.hasKey(HKEY_CURRENT_USER, L"Software\\Microsoft"));
+}
 
-  TEST_CASE("Unregistering per user leaves nothing") {
-    ShippedModule module;
-    ScratchRegistry registry;
-    REQUIRE(module.install(true, L"USER") == S_OK);
-    CHECK(module.install(false, L"User") == S_OK);
-    CHECK_FALSE(registry.hasKey(HKEY_CURRENT_USER, L"Software\\Classes\\CLSID"));
-    CHECK_FALSE(registry.hasKey(HKEY_CURRENT_USER, L"Software\\Classes\\TypeLib"));
-    CHECK_FALSE(registry.hasKey(HKEY_CURRENT_USER, L"Software\\Microsoft"));
-  }
+TEST_CASE("Unregistering per user leaves nothing") {
+  ShippedModule module;
+  ScratchRegistry registry;
+  REQUIRE(module.install(true, L"USER") == S_OK);
+  CHECK(module.install(false, L"User") == S_OK);
+  CHECK_FALSE(registry.hasKey(HKEY_CURRENT_USER, L"Software\\Classes\\CLSID"));
+  CHECK_FALSE(registry.hasKey(HKEY_CURRENT_USER, L"Software\\Classes\\TypeLib"));
+  CHECK_FALSE(registry.hasKey(HKEY_CURRENT_USER, L"Software\\Microsoft"));
+}
 
-  TEST_CASE("Unregistering what was never registered is no failure") {
-    ShippedModule module;
-    ScratchRegistry registry;
-    CHECK(module.unregisterServer() == S_OK);
-    CHECK(module.install(false, L"user") == S_OK);
-    CHECK(everything().empty());
-  }
+TEST_CASE("Unregistering what was never registered is no failure") {
+  ShippedModule module;
+  ScratchRegistry registry;
+  CHECK(module.unregisterServer() == S_OK);
+  CHECK(module.install(false, L"user") == S_OK);
+  CHECK(everything().empty());
+}
 
-  TEST_CASE("Unregistering leaves the entries of others alone") {
-    ShippedModule module;
-    ScratchRegistry registry;
-    registry.setString(HKEY_LOCAL_MACHINE, L"Software\\Classes\\CLSID\\{other}", L"", L"other");
-    registry.setString(HKEY_LOCAL_MACHINE,
-                       L"Software\\Classes\\Interface\\{B65AD801-ABAF-11D0-BB8B-00A0C90F2744}", L"",
-                       L"the host's");
-    registry.setNumber(HKEY_CURRENT_USER,
-                       L"Software\\Microsoft\\Office\\FrontPage\\Addins\\Other.AddIn",
-                       L"LoadBehavior", 3);
-    const auto before = everything();
-    REQUIRE(module.registerServer() == S_OK);
-    CHECK(everything().size() == before.size() + 17);
-    REQUIRE(module.unregisterServer() == S_OK);
-    CHECK(everything() == before);
-  }
+TEST_CASE("Unregistering leaves the entries of others alone") {
+  ShippedModule module;
+  ScratchRegistry registry;
+  registry.setString(HKEY_LOCAL_MACHINE, L"Software\\Classes\\CLSID\\{other}", L"", L"other");
+  registry.setString(HKEY_LOCAL_MACHINE,
+                     L"Software\\Classes\\Interface\\{B65AD801-ABAF-11D0-BB8B-00A0C90F2744}", L"",
+                     L"the host's");
+  registry.setNumber(HKEY_CURRENT_USER,
+                     L"Software\\Microsoft\\Office\\FrontPage\\Addins\\Other.AddIn",
+                     L"LoadBehavior", 3);
+  const auto before = everything();
+  REQUIRE(module.registerServer() == S_OK);
+  CHECK(everything().size() == before.size() + 17);
+  REQUIRE(module.unregisterServer() == S_OK);
+  CHECK(everything() == before);
+}
 
-  TEST_CASE("Unregistering leaves a value that somebody else put beside ours") {
-    ShippedModule module;
-    ScratchRegistry registry;
-    REQUIRE(module.registerServer() == S_OK);
-    const wchar_t entry[] = L"Software\\Microsoft\\Office\\FrontPage\\Addins\\DWT.DWTemplate";
-    registry.setString(HKEY_CURRENT_USER, entry, L"Note", L"mine");
-    REQUIRE(module.unregisterServer() == S_OK);
-    CHECK(registry.valueNames(HKEY_CURRENT_USER, entry) == std::vector<std::wstring>{L"Note"});
-  }
+TEST_CASE("Unregistering leaves a value that somebody else put beside ours") {
+  ShippedModule module;
+  ScratchRegistry registry;
+  REQUIRE(module.registerServer() == S_OK);
+  const wchar_t entry[] = L"Software\\Microsoft\\Office\\FrontPage\\Addins\\DWT.DWTemplate";
+  registry.setString(HKEY_CURRENT_USER, entry, L"Note", L"mine");
+  REQUIRE(module.unregisterServer() == S_OK);
+  CHECK(registry.valueNames(HKEY_CURRENT_USER, entry) == std::vector<std::wstring>{L"Note"});
+}
 
-  TEST_CASE("Registering again repairs what the host wrote after a failed load") {
-    ShippedModule module;
+TEST_CASE("Registering again repairs what the host wrote after a failed load") {
+  ShippedModule module;
+  ScratchRegistry registry;
+  registry.setNumber(HKEY_CURRENT_USER,
+                     L"Software\\Microsoft\\Office\\FrontPage\\Addins\\DWT.DWTemplate",
+                     L"LoadBehavior", 2);
+  REQUIRE(module.registerServer() == S_OK);
+  CHECK(everything() == expected(L"HKLM", ShippedModule::builtPath()));
+}
+
+TEST_CASE("A registration that fails half-way leaves the registry as it was") {
+  ShippedModule module;
+  for (int writes = 0; writes < 16; ++writes) {
+    CAPTURE(writes);
     ScratchRegistry registry;
+    registry.setString(HKEY_LOCAL_MACHINE, std::wstring(L"Software\\Classes\\CLSID\\") + classId,
+                       L"", L"an older one");
     registry.setNumber(HKEY_CURRENT_USER,
                        L"Software\\Microsoft\\Office\\FrontPage\\Addins\\DWT.DWTemplate",
                        L"LoadBehavior", 2);
-    REQUIRE(module.registerServer() == S_OK);
-    CHECK(everything() == expected(L"HKLM", ShippedModule::builtPath()));
-  }
-
-  TEST_CASE("A registration that fails half-way leaves the registry as it was") {
-    ShippedModule module;
-    for (int writes = 0; writes < 16; ++writes) {
-      CAPTURE(writes);
-      ScratchRegistry registry;
-      registry.setString(HKEY_LOCAL_MACHINE, std::wstring(L"Software\\Classes\\CLSID\\") + classId,
-                         L"", L"an older one");
-      registry.setNumber(HKEY_CURRENT_USER,
-                         L"Software\\Microsoft\\Office\\FrontPage\\Addins\\DWT.DWTemplate",
-                         L"LoadBehavior", 2);
-      const auto before = everything();
-      {
-        const ImportPatch patch(module.handle(), "ADVAPI32.dll", "RegSetValueExW", &setValueButOne);
-        realSetValue =
-            patch.original<LSTATUS WINAPI(HKEY, LPCWSTR, DWORD, DWORD, const BYTE*, DWORD)>();
-        writesBefore = writes;
-        CHECK(module.registerServer() == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
-      }
-      CHECK(everything() == before);
+    const auto before = everything();
+    {
+      const ImportPatch patch(module.handle(), "ADVAPI32.dll", "RegSetValueExW", &setValueButOne);
+      realSetValue =
+          patch.original<LSTATUS WINAPI(HKEY, LPCWSTR, DWORD, DWORD, const BYTE*, DWORD)>();
+      writesBefore = writes;
+      CHECK(module.registerServer() == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
     }
+    CHECK(everything() == before);
   }
+}
 
-  TEST_CASE("Unregistering tells that it was denied") {
-    ShippedModule module;
-    ScratchRegistry registry;
-    REQUIRE(module.registerServer() == S_OK);
-    const ImportPatch patch(module.handle(), "ADVAPI32.dll", "RegOpenKeyExW", &openDenied);
+TEST_CASE("Unregistering tells that it was denied") {
+  ShippedModule module;
+  ScratchRegistry registry;
+  REQUIRE(module.registerServer() == S_OK);
+  const ImportPatch patch(module.handle(), "ADVAPI32.dll", "RegOpenKeyExW", &openDenied);
+  CHECK(module.unregisterServer() == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+}
+
+TEST_CASE("Unregistering goes on behind what it was denied and tells of it") {
+  ShippedModule module;
+  ScratchRegistry registry;
+  REQUIRE(module.registerServer() == S_OK);
+  {
+    const ImportPatch patch(module.handle(), "ADVAPI32.dll", "RegDeleteValueW", &keepModel);
     CHECK(module.unregisterServer() == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
   }
+  std::vector<std::wstring> values = everything();
+  std::erase_if(values, [](const auto& line) { return line.find(L" [") == line.npos; });
+  REQUIRE(values.size() == 1);
+  CHECK(values[0].find(L"[ThreadingModel]") != std::wstring::npos);
+}
 
-  TEST_CASE("Unregistering goes on behind what it was denied and tells of it") {
+TEST_CASE("Unregistering leaves the system's own first levels though nothing is in them") {
+  for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
+    const wchar_t* scope = root == HKEY_CURRENT_USER ? L"user" : L"";
     ShippedModule module;
     ScratchRegistry registry;
-    REQUIRE(module.registerServer() == S_OK);
-    {
-      const ImportPatch patch(module.handle(), "ADVAPI32.dll", "RegDeleteValueW", &keepModel);
-      CHECK(module.unregisterServer() == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
-    }
-    std::vector<std::wstring> values = everything();
-    std::erase_if(values, [](const auto& line) { return line.find(L" [") == line.npos; });
-    REQUIRE(values.size() == 1);
-    CHECK(values[0].find(L"[ThreadingModel]") != std::wstring::npos);
+    REQUIRE(module.install(true, scope) == S_OK);
+    REQUIRE(module.install(false, scope) == S_OK);
+    CHECK(registry.hasKey(root, L"Software\\Classes"));
+    CHECK_FALSE(registry.hasKey(root, L"Software\\Classes\\CLSID"));
   }
+}
 
-  TEST_CASE("Unregistering leaves the system's own first levels though nothing is in them") {
-    for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
-      const wchar_t* scope = root == HKEY_CURRENT_USER ? L"user" : L"";
-      ShippedModule module;
-      ScratchRegistry registry;
-      REQUIRE(module.install(true, scope) == S_OK);
-      REQUIRE(module.install(false, scope) == S_OK);
-      CHECK(registry.hasKey(root, L"Software\\Classes"));
-      CHECK_FALSE(registry.hasKey(root, L"Software\\Classes\\CLSID"));
-    }
-  }
+TEST_CASE("A module in a folder outside the code page is registered by its true path") {
+  ScratchFolder folder;
+  const std::wstring path = folder.makeFolder(L"\u4f60\u597d \u0416") + L"\\Quillet.dll";
+  REQUIRE(CopyFileW(ShippedModule::builtPath().c_str(), path.c_str(), TRUE));
+  ShippedModule module(path);
+  ScratchRegistry registry;
+  REQUIRE(module.registerServer() == S_OK);
+  CHECK(everything() == expected(L"HKLM", path));
+}
 
-  TEST_CASE("A module in a folder outside the code page is registered by its true path") {
-    ScratchFolder folder;
-    const std::wstring path = folder.makeFolder(L"\u4f60\u597d \u0416") + L"\\Quillet.dll";
-    REQUIRE(CopyFileW(ShippedModule::builtPath().c_str(), path.c_str(), TRUE));
-    ShippedModule module(path);
-    ScratchRegistry registry;
-    REQUIRE(module.registerServer() == S_OK);
-    CHECK(everything() == expected(L"HKLM", path));
-  }
+TEST_CASE("Installing without a command line registers for the machine") {
+  ShippedModule module;
+  ScratchRegistry registry;
+  REQUIRE(module.install(true, nullptr) == S_OK);
+  CHECK(everything() == expected(L"HKLM", ShippedModule::builtPath()));
+  REQUIRE(module.install(false, L"") == S_OK);
+  CHECK_FALSE(registry.hasKey(HKEY_LOCAL_MACHINE, L"Software\\Classes\\CLSID"));
+}
 
-  TEST_CASE("Installing without a command line registers for the machine") {
-    ShippedModule module;
-    ScratchRegistry registry;
-    REQUIRE(module.install(true, nullptr) == S_OK);
-    CHECK(everything() == expected(L"HKLM", ShippedModule::builtPath()));
-    REQUIRE(module.install(false, L"") == S_OK);
-    CHECK_FALSE(registry.hasKey(HKEY_LOCAL_MACHINE, L"Software\\Classes\\CLSID"));
-  }
-
-  TEST_CASE("Installing with an unknown command line is refused and writes nothing") {
-    ShippedModule module;
-    ScratchRegistry registry;
-    CHECK(module.install(true, L"everybody") == E_INVALIDARG);
-    CHECK(module.install(false, L"users") == E_INVALIDARG);
-    CHECK(everything().empty());
-  }
+TEST_CASE("Installing with an unknown command line is refused and writes nothing") {
+  ShippedModule module;
+  ScratchRegistry registry;
+  CHECK(module.install(true, L"everybody") == E_INVALIDARG);
+  CHECK(module.install(false, L"users") == E_INVALIDARG);
+  CHECK(everything().empty());
 }

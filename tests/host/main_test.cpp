@@ -1,6 +1,6 @@
 // The program itself, driven by scripts through its real windows.
-#include "tests/host/Program.h"
 #include "common/ansi.h"
+#include "tests/host/Program.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/text_output.h"
 

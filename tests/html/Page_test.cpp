@@ -1,6 +1,6 @@
 // Web pages: what is read out of HTML and where it is put.
-#include "html/Layout.h"
 #include "html/Page.h"
+#include "html/Layout.h"
 #include "html/Tag.h"
 #include "tests/support/text_output.h"
 

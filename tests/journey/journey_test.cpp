@@ -51,149 +51,147 @@ void travel(std::initializer_list<std::pair<std::wstring, std::wstring>> answers
 
 }  // namespace
 
-TEST_SUITE("journey") {
-  TEST_CASE("A template reaches the web in a plain host") { travel({}); }
+TEST_CASE("A template reaches the web in a plain host") { travel({}); }
 
-  TEST_CASE("A template reaches the web in a host whose nothing is an empty variant") {
-    travel({{L"nothingIsEmpty", L"1"}});
-  }
+TEST_CASE("A template reaches the web in a host whose nothing is an empty variant") {
+  travel({{L"nothingIsEmpty", L"1"}});
+}
 
-  TEST_CASE("A template reaches the web in a host that refuses to name no web") {
-    travel({{L"noWebIsError", L"1"}});
-  }
+TEST_CASE("A template reaches the web in a host that refuses to name no web") {
+  travel({{L"noWebIsError", L"1"}});
+}
 
-  TEST_CASE("A template reaches the web in a host that refuses absent folders") {
-    travel({{L"absentFolderIsError", L"1"}});
-  }
+TEST_CASE("A template reaches the web in a host that refuses absent folders") {
+  travel({{L"absentFolderIsError", L"1"}});
+}
 
-  TEST_CASE("A template reaches the web in a host that refuses absent files") {
-    travel({{L"absentFileIsError", L"1"}});
-  }
+TEST_CASE("A template reaches the web in a host that refuses absent files") {
+  travel({{L"absentFileIsError", L"1"}});
+}
 
-  TEST_CASE("A template reaches the web in a host that adds existing folders") {
-    travel({{L"addExistingFolderGivesIt", L"1"}});
-  }
+TEST_CASE("A template reaches the web in a host that adds existing folders") {
+  travel({{L"addExistingFolderGivesIt", L"1"}});
+}
 
-  TEST_CASE("A template reaches the web in a host that adds several levels at once") {
-    travel({{L"addMakesLevels", L"1"}});
-  }
+TEST_CASE("A template reaches the web in a host that adds several levels at once") {
+  travel({{L"addMakesLevels", L"1"}});
+}
 
-  TEST_CASE("A template reaches the web in a host that adds folders by address") {
-    travel({{L"addTakesUrl", L"1"}});
-  }
+TEST_CASE("A template reaches the web in a host that adds folders by address") {
+  travel({{L"addTakesUrl", L"1"}});
+}
 
-  TEST_CASE("A template reaches the web in a host that takes paths with a slash in front") {
-    travel({{L"leadingSlashTaken", L"1"}});
-  }
+TEST_CASE("A template reaches the web in a host that takes paths with a slash in front") {
+  travel({{L"leadingSlashTaken", L"1"}});
+}
 
-  TEST_CASE("A template reaches the web in a host that refuses paths with a slash behind") {
-    travel({{L"trailingSlashTaken", L"0"}});
-  }
+TEST_CASE("A template reaches the web in a host that refuses paths with a slash behind") {
+  travel({{L"trailingSlashTaken", L"0"}});
+}
 
-  TEST_CASE("A template reaches the web in a host that makes addresses from the server on") {
-    travel({{L"makeAbsFromServer", L"1"}});
-  }
+TEST_CASE("A template reaches the web in a host that makes addresses from the server on") {
+  travel({{L"makeAbsFromServer", L"1"}});
+}
 
-  TEST_CASE("A template reaches the web in a host whose root folder is a web") {
-    travel({{L"rootIsWeb", L"1"}});
-  }
+TEST_CASE("A template reaches the web in a host whose root folder is a web") {
+  travel({{L"rootIsWeb", L"1"}});
+}
 
-  TEST_CASE("A template reaches the web in a host that lists its own folders") {
-    travel({{L"vtiFoldersListed", L"1"}});
-  }
+TEST_CASE("A template reaches the web in a host that lists its own folders") {
+  travel({{L"vtiFoldersListed", L"1"}});
+}
 
-  TEST_CASE("A template reaches the web in a host that refuses places past a menu's end") {
-    travel({{L"beforePastEndRefused", L"1"}});
-  }
+TEST_CASE("A template reaches the web in a host that refuses places past a menu's end") {
+  travel({{L"beforePastEndRefused", L"1"}});
+}
 
-  TEST_CASE("A template reaches the web in a host with its older automation object") {
-    travel({{L"explorerObject", L"1"}});
-  }
+TEST_CASE("A template reaches the web in a host with its older automation object") {
+  travel({{L"explorerObject", L"1"}});
+}
 
-  TEST_CASE("The host comes to the front by its older automation object if it has one") {
-    const std::wstring folders = L"Manage Dynamic Web Template Folders";
-    for (const bool registered : {false, true}) {
-      CAPTURE(registered);
-      standin::HostOptions options;
-      options.explorerObject = registered;
-      Journey journey(options);
-      int raised = 0;
-      journey.host.session().activated = [&] { ++raised; };
-      journey.start();
-      journey.visit([&](HWND browser) {
-        journey.modal.onDialog(folders, [](HWND dialog) { press(dialog, IDCANCEL); });
-        press(browser, IDC_QUILLET_SELECT);
-        press(browser, IDCANCEL);
-      });
-      CHECK(journey.modal.dialogs() == Lines{L"Dynamic Web Template Browser", folders});
-      CHECK(raised == (registered ? 1 : 0));
-      journey.finish();
-    }
-  }
-
-  TEST_CASE("A template reaches the web in a host without the anchor entries") {
-    travel({{L"copyAnchor", L"0"}, {L"onlineAnchor", L"0"}});
-  }
-
-  TEST_CASE("A template reaches the web in a host of version 6") {
-    travel({{L"version", L"6.0.6356"}});
-  }
-
-  TEST_CASE("A template reaches a web on a server") { travel({{L"webUrl", L"http://server/sub"}}); }
-
-  TEST_CASE("A template reaches the web in a host that gives every second answer") {
-    travel({{L"version", L"6.0"},
-            {L"webUrl", L"http://server"},
-            {L"nothingIsEmpty", L"1"},
-            {L"noWebIsError", L"1"},
-            {L"absentFolderIsError", L"1"},
-            {L"absentFileIsError", L"1"},
-            {L"addExistingFolderGivesIt", L"1"},
-            {L"addMakesLevels", L"1"},
-            {L"addTakesUrl", L"1"},
-            {L"leadingSlashTaken", L"1"},
-            {L"trailingSlashTaken", L"0"},
-            {L"makeAbsFromServer", L"1"},
-            {L"rootIsWeb", L"1"},
-            {L"vtiFoldersListed", L"1"},
-            {L"beforePastEndRefused", L"1"},
-            {L"explorerObject", L"1"}});
-  }
-
-  TEST_CASE("The journey can be made twice in one host") {
-    Journey journey;
+TEST_CASE("The host comes to the front by its older automation object if it has one") {
+  const std::wstring folders = L"Manage Dynamic Web Template Folders";
+  for (const bool registered : {false, true}) {
+    CAPTURE(registered);
+    standin::HostOptions options;
+    options.explorerObject = registered;
+    Journey journey(options);
+    int raised = 0;
+    journey.host.session().activated = [&] { ++raised; };
     journey.start();
-    journey.copy(L"Harbour Light");
-    CHECK(journey.disk.exists(L"webs\\my site\\dwts\\Harbour\\harbour.dwt"));
-    journey.finish(userClosed);
-    CHECK_FALSE(journey.host.button(copyToWeb));
-
-    journey.start();
-    journey.copy(L"Night Ferry");
-    CHECK(journey.disk.exists(L"webs\\my site\\dwts\\Night Ferry\\ferry.dwt"));
-    journey.finish(userClosed);
-    CHECK_FALSE(journey.host.button(copyToWeb));
-  }
-
-  TEST_CASE("A host that refuses an import leaves the browser open for another try") {
-    Journey journey;
-    journey.host.faults().refuse(L"WebFiles.Add", L"The disk is full.");
-    journey.start();
-    journey.copy(L"Harbour Light");
-    CHECK(journey.leftOpen());
-    CHECK_FALSE(journey.disk.exists(L"webs\\my site\\dwts\\Harbour\\harbour.dwt"));
-    CHECK(journey.disk.exists(L"templates\\Harbour\\harbour.dwt"));
+    journey.visit([&](HWND browser) {
+      journey.modal.onDialog(folders, [](HWND dialog) { press(dialog, IDCANCEL); });
+      press(browser, IDC_QUILLET_SELECT);
+      press(browser, IDCANCEL);
+    });
+    CHECK(journey.modal.dialogs() == Lines{L"Dynamic Web Template Browser", folders});
+    CHECK(raised == (registered ? 1 : 0));
     journey.finish();
   }
+}
 
-  TEST_CASE("After the journey nothing of the host is held and the module can be unloaded") {
-    Journey journey;
-    journey.start();
-    journey.copy(L"Harbour Light");
-    journey.finish();
-    const ShippedModule module;
-    CHECK(module.canUnload());
-    journey.host.application()->AddRef();
-    CHECK(journey.host.application()->Release() == 1);
-  }
+TEST_CASE("A template reaches the web in a host without the anchor entries") {
+  travel({{L"copyAnchor", L"0"}, {L"onlineAnchor", L"0"}});
+}
+
+TEST_CASE("A template reaches the web in a host of version 6") {
+  travel({{L"version", L"6.0.6356"}});
+}
+
+TEST_CASE("A template reaches a web on a server") { travel({{L"webUrl", L"http://server/sub"}}); }
+
+TEST_CASE("A template reaches the web in a host that gives every second answer") {
+  travel({{L"version", L"6.0"},
+          {L"webUrl", L"http://server"},
+          {L"nothingIsEmpty", L"1"},
+          {L"noWebIsError", L"1"},
+          {L"absentFolderIsError", L"1"},
+          {L"absentFileIsError", L"1"},
+          {L"addExistingFolderGivesIt", L"1"},
+          {L"addMakesLevels", L"1"},
+          {L"addTakesUrl", L"1"},
+          {L"leadingSlashTaken", L"1"},
+          {L"trailingSlashTaken", L"0"},
+          {L"makeAbsFromServer", L"1"},
+          {L"rootIsWeb", L"1"},
+          {L"vtiFoldersListed", L"1"},
+          {L"beforePastEndRefused", L"1"},
+          {L"explorerObject", L"1"}});
+}
+
+TEST_CASE("The journey can be made twice in one host") {
+  Journey journey;
+  journey.start();
+  journey.copy(L"Harbour Light");
+  CHECK(journey.disk.exists(L"webs\\my site\\dwts\\Harbour\\harbour.dwt"));
+  journey.finish(userClosed);
+  CHECK_FALSE(journey.host.button(copyToWeb));
+
+  journey.start();
+  journey.copy(L"Night Ferry");
+  CHECK(journey.disk.exists(L"webs\\my site\\dwts\\Night Ferry\\ferry.dwt"));
+  journey.finish(userClosed);
+  CHECK_FALSE(journey.host.button(copyToWeb));
+}
+
+TEST_CASE("A host that refuses an import leaves the browser open for another try") {
+  Journey journey;
+  journey.host.faults().refuse(L"WebFiles.Add", L"The disk is full.");
+  journey.start();
+  journey.copy(L"Harbour Light");
+  CHECK(journey.leftOpen());
+  CHECK_FALSE(journey.disk.exists(L"webs\\my site\\dwts\\Harbour\\harbour.dwt"));
+  CHECK(journey.disk.exists(L"templates\\Harbour\\harbour.dwt"));
+  journey.finish();
+}
+
+TEST_CASE("After the journey nothing of the host is held and the module can be unloaded") {
+  Journey journey;
+  journey.start();
+  journey.copy(L"Harbour Light");
+  journey.finish();
+  const ShippedModule module;
+  CHECK(module.canUnload());
+  journey.host.application()->AddRef();
+  CHECK(journey.host.application()->Release() == 1);
 }

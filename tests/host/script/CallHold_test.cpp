@@ -1,6 +1,6 @@
 // What a script does to the calls of the host's model.
-#include "host/model/Host.h"
 #include "host/script/CallHold.h"
+#include "host/model/Host.h"
 #include "tests/host/LateBound.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/text_output.h"
