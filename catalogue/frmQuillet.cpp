@@ -71,7 +71,7 @@ class frmQuillet::Scanning {
  private:
   void set(bool scanning) noexcept {
     form_.scanning_ = scanning;
-    form_.cancelFlag_ = true;
+    form_.cancelled_ = false;
     form_.cmdSelect.setEnabled(!scanning);
     form_.cmdDWTOnline.setEnabled(!scanning);
   }
@@ -283,7 +283,7 @@ void frmQuillet::enableTemplateButtons(bool enabled) {
 bool frmQuillet::keepGoing() {
   lvDWTs.showGrowth();
   forms::yieldToMessages();
-  return cancelFlag_ && !isUnloaded();
+  return !cancelled_ && !isUnloaded();
 }
 
 void frmQuillet::add(const TemplateEntry& entry) {
@@ -553,7 +553,7 @@ void frmQuillet::cmdAbout_Click() {
 // During a scan it stops the scan: the window stays, with what was listed. Otherwise it closes.
 void frmQuillet::cmdCancel_Click() {
   handle(L"cmdCancel_Click", [this] {
-    cancelFlag_ = false;
+    cancelled_ = true;
     if (!scanning_) unload();
   });
 }

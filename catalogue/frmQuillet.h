@@ -85,7 +85,7 @@ class frmQuillet : public forms::Form, private TemplateScanView {
 
   HostApplication& host_;
   std::wstring destination_;  // empty: not chosen
-  bool cancelFlag_ = true;    // cleared, an enumeration stops at its next check
+  bool cancelled_ = false;    // a scan stops at its next check
   bool scanning_ = false;
   std::optional<forms::WaitCursor> wait_;
 

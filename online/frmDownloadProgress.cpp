@@ -48,7 +48,7 @@ std::wstring frmDownloadProgress::hostVersion() const noexcept {
 
 bool frmDownloadProgress::runRequest(std::wstring& destinationFolder, bool& completed,
                                      const Request& request, HWND owner) {
-  notCancelled_ = true;
+  cancelled_ = false;
   const bool machineWide = request.destinationTag == DestinationMenu::machineTag;
   DownloadView& view = *this;
   run_.emplace(DownloadRequest{.pageAddress = request.pageAddress,
@@ -64,7 +64,7 @@ bool frmDownloadProgress::runRequest(std::wstring& destinationFolder, bool& comp
   showModal(owner);
   completed = run_->completed();
   destinationFolder = run_->destinationFolder();
-  return completed && notCancelled_;
+  return completed && !cancelled_;
 }
 
 void frmDownloadProgress::Form_Load() {
@@ -80,14 +80,14 @@ void frmDownloadProgress::Form_Unload() { run_->unload(); }
 
 // A run that is under way notices at its next step.
 void frmDownloadProgress::cmdCancel_Click() {
-  notCancelled_ = false;
+  cancelled_ = true;
   unload();
 }
 
 bool frmDownloadProgress::keepGoing() {
   forms::yieldToMessages();
   // A host that is closing takes the window away without asking for a cancel.
-  return notCancelled_ && !isUnloaded();
+  return !cancelled_ && !isUnloaded();
 }
 
 void frmDownloadProgress::showCaption(const std::wstring& text) {

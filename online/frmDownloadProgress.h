@@ -54,7 +54,7 @@ class frmDownloadProgress : public forms::Form, private DownloadView {
 
   HostApplication host_;
   std::optional<DownloadRun> run_;
-  bool notCancelled_ = true;
+  bool cancelled_ = false;
 
   forms::Label lblCurrentDownload;
   forms::ProgressBar prbDownloadProgress;
