@@ -7,16 +7,10 @@
 #include <string>
 #include <string_view>
 
+#include "catalogue/TemplateList.h"
 #include "common/KeepGoing.h"
 
 struct FileEntry;
-
-// One template as it is listed.
-struct TemplateEntry {
-  std::wstring key;  // full path of the .dwt file, unique among the rows
-  std::wstring title;
-  std::wstring folder;  // the template folder, without a trailing backslash
-};
 
 // Where found templates go, and what the scan asks meanwhile.
 class TemplateScanView : public KeepGoing {

@@ -46,15 +46,14 @@ bool frmManageDWTFolders::ShowFolderDialog(HWND owner) {
 
 ListedFolder frmManageDWTFolders::Rows::row(int index) const {
   const forms::ListRow& row = list_.row(index);
-  return {static_cast<FolderList>(row.tag.front()), row.text};
+  return {static_cast<FolderList>(row.item), row.text};
 }
 
 int frmManageDWTFolders::Rows::add(const ListedFolder& row) {
-  return list_.add({.key = {},
-                    .text = row.path,
-                    .tag = letterOf(row.list),
+  return list_.add({.text = row.path,
                     .toolTip = {},
-                    .icon = iconOf(row.list)});
+                    .icon = iconOf(row.list),
+                    .item = static_cast<std::size_t>(row.list)});
 }
 
 void frmManageDWTFolders::Form_Load() {

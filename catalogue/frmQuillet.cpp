@@ -240,6 +240,7 @@ bool frmQuillet::preTranslate(MSG& message) { return wbPreview.preTranslate(mess
 
 void frmQuillet::ListTemplates() {
   lvDWTs.clear();
+  templates_.clear();
   enableTemplateButtons(false);
   try {
     const Scanning scanning(*this);
@@ -287,7 +288,8 @@ bool frmQuillet::keepGoing() {
 }
 
 void frmQuillet::add(const TemplateEntry& entry) {
-  lvDWTs.add({entry.key, entry.title, entry.folder, entry.folder});
+  lvDWTs.add(
+      {.text = entry.title, .toolTip = entry.folder, .icon = -1, .item = templates_.add(entry)});
 }
 
 // The box stays for as long as the user likes: the list behind it is painted meanwhile.
@@ -308,22 +310,26 @@ void frmQuillet::showWaitCursor(bool shown) noexcept {
 
 void frmQuillet::lvListView_ItemClick() {
   handle(L"lvListView_ItemClick", [this] {
-    const int index = lvDWTs.selected();
-    if (index < 0) return;
-    const forms::ListRow row = lvDWTs.row(index);
-    if (modCommon::fileExists(row.key)) showTemplate(row);
+    const auto entry = selectedTemplate();
+    if (entry && modCommon::fileExists(entry->key)) showTemplate(*entry);
   });
 }
 
-void frmQuillet::showTemplate(const forms::ListRow& row) {
-  const std::wstring fileName(text::afterLast(row.key, L'\\'));
-  const Preview preview =
-      previewOf(row.key, GetDWTInfo(modCommon::withBackslash(row.tag), templateBaseName(fileName)));
+std::optional<TemplateEntry> frmQuillet::selectedTemplate() const {
+  const int index = lvDWTs.selected();
+  if (index < 0) return std::nullopt;
+  return templates_[lvDWTs.row(index).item];
+}
+
+void frmQuillet::showTemplate(const TemplateEntry& entry) {
+  const std::wstring fileName(text::afterLast(entry.key, L'\\'));
+  const Preview preview = previewOf(
+      entry.key, GetDWTInfo(modCommon::withBackslash(entry.folder), templateBaseName(fileName)));
   lblDWTDesc.setText(preview.description);
   lblDWTDesc.setToolTip(preview.description);
   cmdDWTNotes.tag = preview.notes;
-  lblDWTPath.setText(wrappable(row.tag));
-  lblDWTPath.setToolTip(row.tag);
+  lblDWTPath.setText(wrappable(entry.folder));
+  lblDWTPath.setToolTip(entry.folder);
   showPreview(preview);
 }
 
@@ -455,10 +461,9 @@ void frmQuillet::cmdCopytoWeb_Click() {
   handle(L"cmdCopytoWeb_Click", [this] {
     const auto web = host_.activeWeb();
     if (!web) return;
-    const int selected = lvDWTs.selected();
-    const forms::ListRow row = selected < 0 ? forms::ListRow() : lvDWTs.row(selected);
-    if (selected >= 0 && isSamePlace(row.tag, destination_)) {
-      showMessage(hwnd(), samePlaceMessage(row.tag), MB_ICONHAND);
+    const auto entry = selectedTemplate();
+    if (entry && isSamePlace(entry->folder, destination_)) {
+      showMessage(hwnd(), samePlaceMessage(entry->folder), MB_ICONHAND);
       return;
     }
     if (lvDWTs.count() == 0) {
@@ -466,9 +471,9 @@ void frmQuillet::cmdCopytoWeb_Click() {
       return;
     }
     // No folder at all would be taken for the root of the current drive.
-    if (selected < 0) throw Error(errors::objectNotSet);
+    if (!entry) throw Error(errors::objectNotSet);
     if (destination_.empty() && !askForDefault(*web)) return;
-    copyTo(*web, row);
+    copyTo(*web, *entry);
   });
 }
 
@@ -479,11 +484,11 @@ bool frmQuillet::askForDefault(const HostWeb& web) {
   return true;
 }
 
-void frmQuillet::copyTo(const HostWeb& web, const forms::ListRow& row) {
+void frmQuillet::copyTo(const HostWeb& web, const TemplateEntry& entry) {
   const auto located = web.locateFolder(destination_);
   const HostFolder folder = located ? *located : web.createFolder(destination_).folder;
   WriteLog({L"Copying folder to the following path : ", destination_});
-  if (!frmCopyToWeb().CopyTemplateFolder(folder.url(), {row.text, row.tag}, hwnd())) return;
+  if (!frmCopyToWeb().CopyTemplateFolder(folder.url(), {entry.title, entry.folder}, hwnd())) return;
   if (lvDWTs.count() == 0) {
     cmdCopytoWeb.setEnabled(false);
     cmdDestFolder.setEnabled(false);

@@ -35,7 +35,7 @@ class frmQuillet : public forms::Form, private TemplateScanView {
 
   // The scan's view of this window.
   bool keepGoing() override;
-  bool isListed(std::wstring_view key) override { return lvDWTs.hasKey(key); }
+  bool isListed(std::wstring_view key) override { return templates_.has(key); }
   void add(const TemplateEntry& entry) override;
   int count() override { return lvDWTs.count(); }
   void showNotReady(const std::wstring& text) override;
@@ -69,7 +69,8 @@ class frmQuillet : public forms::Form, private TemplateScanView {
   void clearPreview();
   void enableTemplateButtons(bool enabled);
 
-  void showTemplate(const forms::ListRow& row);
+  std::optional<TemplateEntry> selectedTemplate() const;
+  void showTemplate(const TemplateEntry& entry);
   void showPreview(const Preview& preview);
   void showPicture(const std::wstring& file);
   void showPage(const std::wstring& file);
@@ -80,10 +81,11 @@ class frmQuillet : public forms::Form, private TemplateScanView {
 
   void offerDefaultFolder(const HostWeb& web);
   bool askForDefault(const HostWeb& web);
-  void copyTo(const HostWeb& web, const forms::ListRow& row);
+  void copyTo(const HostWeb& web, const TemplateEntry& entry);
   void takeDownloads();
 
   HostApplication& host_;
+  TemplateList templates_;    // the list shows them
   std::wstring destination_;  // empty: not chosen
   bool cancelled_ = false;    // a scan stops at its next check
   bool scanning_ = false;

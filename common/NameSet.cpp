@@ -11,8 +11,6 @@ NameSet::NameSet(const std::vector<std::wstring>& names) {
 
 bool NameSet::insert(std::wstring_view name) { return names_.insert(toLower(name)).second; }
 
-void NameSet::erase(std::wstring_view name) { names_.erase(toLower(name)); }
-
 bool NameSet::has(std::wstring_view name) const { return names_.contains(toLower(name)); }
 
 }  // namespace text

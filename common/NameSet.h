@@ -15,7 +15,6 @@ class NameSet {
 
   // False when it is there already.
   bool insert(std::wstring_view name);
-  void erase(std::wstring_view name);
   void clear() noexcept { names_.clear(); }
   bool has(std::wstring_view name) const;
 

@@ -170,12 +170,13 @@ void frmHelp::btnFind_Click() {
       return;
     }
     const forms::WaitCursor wait;
-    found_ = book_.search(words);
+    const std::vector<std::size_t> found = book_.search(words);
     lvFound.clear();
-    for (const std::size_t each : found_) lvFound.add({{}, book_.topics()[each].title, {}, {}, -1});
+    for (const std::size_t each : found)
+      lvFound.add({.text = book_.topics()[each].title, .toolTip = {}, .icon = -1, .item = each});
     lvFound.autoSizeColumn();
     showFound(true);
-    if (found_.empty()) {
+    if (found.empty()) {
       message(nothingFound, MB_ICONINFORMATION);
       return;
     }
@@ -188,11 +189,7 @@ void frmHelp::btnFind_Click() {
 void frmHelp::lvFound_ItemClick() {
   handle(L"lvFound_ItemClick", [this] {
     const int row = lvFound.selected();
-    if (row < 0) return;
-    // The header sorts, so a row is known by its text.
-    for (const std::size_t each : found_)
-      if (book_.topics()[each].title == lvFound.row(row).text)
-        return showFile(book_.fileOf(book_.topics()[each]));
+    if (row >= 0) showFile(book_.fileOf(book_.topics()[lvFound.row(row).item]));
   });
 }
 

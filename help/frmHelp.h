@@ -46,7 +46,6 @@ class frmHelp : public forms::Form {
   help::HelpBook book_{L""};
   help::History history_;
   std::vector<forms::TreeView::Node> nodes_;  // of the topics
-  std::vector<std::size_t> found_;
   bool following_ = false;  // the contents follow the page, not the other way round
 
   forms::Button btnBack;

@@ -102,10 +102,10 @@ CopyRun::CopyRun(HostApplication host, std::wstring destinationFolder, SourceIte
       item_(std::move(item)),
       view_(view) {}
 
-std::wstring CopyRun::sourcePathOf(std::wstring_view tag) {
-  if (!text::beginsIgnoringCase(tag, fileUrlPrefix)) return std::wstring(tag);
+std::wstring CopyRun::sourcePathOf(std::wstring_view folder) {
+  if (!text::beginsIgnoringCase(folder, fileUrlPrefix)) return std::wstring(folder);
   // The prefix is recognised in any letter case, but taken out only as it is written here.
-  return text::replaceAll(text::replaceAll(tag, fileUrlPrefix, L""), L"/", L"\\");
+  return text::replaceAll(text::replaceAll(folder, fileUrlPrefix, L""), L"/", L"\\");
 }
 
 void CopyRun::check() {
@@ -152,9 +152,9 @@ void CopyRun::startRun() {
   web_ = host_.activeWeb();
   webUrl_ = web().url();
   view_.showWeb(webUrl_);
-  WriteLog(
-      {L"Preparing to copy DWT Folder : \"", text::afterLast(item_.tag, L'\\'), L"\" to web..."});
-  WriteLog({L"DWT Path : ", item_.tag});
+  WriteLog({L"Preparing to copy DWT Folder : \"", text::afterLast(item_.folder, L'\\'),
+            L"\" to web..."});
+  WriteLog({L"DWT Path : ", item_.folder});
   LogIndent(true);
 }
 
@@ -165,10 +165,10 @@ void CopyRun::initialise() {
   check();
   view_.resetCurrent(2);
   view_.stepCurrent();
-  view_.showTemplate(item_.text);
+  view_.showTemplate(item_.title);
   FileCount_ = FolderCount_ = 0;
   OverwriteChosen_ = false;
-  SourcePath_ = sourcePathOf(item_.tag);
+  SourcePath_ = sourcePathOf(item_.folder);
   view_.stepCurrent();
   view_.stepOverall();
   view_.showOverallStatus({});
@@ -264,7 +264,7 @@ void CopyRun::applyThemes() {
   LogIndent(true);
   view_.resetCurrent(count);
   for (const HostFile& file : ImportedTemplates_) {
-    ApplyTemplateTheme(file, item_.tag);
+    ApplyTemplateTheme(file, item_.folder);
     view_.stepCurrent();
   }
   LogIndent(false);

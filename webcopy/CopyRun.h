@@ -10,10 +10,10 @@
 #include "common/KeepGoing.h"
 #include "common/paths.h"
 
-// The row of the browser's list that is copied.
+// The template that is copied.
 struct SourceItem {
-  std::wstring text;  // the template's title
-  std::wstring tag;   // the local template folder, or its file URL
+  std::wstring title;
+  std::wstring folder;  // a local path, or its file URL
 };
 
 // What shows a run. Progress never fails the run.
@@ -57,8 +57,8 @@ class CopyRun {
   // The run ends at its next check.
   void cancel() noexcept { ContinueFlag_ = false; }
 
-  // What a tag means as a local folder: a file URL loses its "file:///" and turns its slashes.
-  static std::wstring sourcePathOf(std::wstring_view tag);
+  // The local folder that is meant: a file URL loses its "file:///" and turns its slashes.
+  static std::wstring sourcePathOf(std::wstring_view folder);
 
  private:
   // A folder of the web that files are copied to.

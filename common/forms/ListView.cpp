@@ -55,7 +55,6 @@ int ListView::add(ListRow row) {
     rows_.pop_back();
     throw Error(errors::outOfMemory);
   }
-  if (!added.key.empty()) keys_.insert(added.key);
   showGrowth();
   return index;
 }
@@ -96,7 +95,6 @@ int ListView::placeOf(const ListRow& added) const {
 
 void ListView::removeAt(int index) {
   const ListRow* const gone = &row(index);
-  if (!gone->key.empty()) keys_.erase(gone->key);
   ++quiet_;
   ListView_DeleteItem(hwnd(), index);
   --quiet_;
@@ -108,7 +106,6 @@ void ListView::clear() {
   ListView_DeleteAllItems(hwnd());
   --quiet_;
   rows_.clear();
-  keys_.clear();
 }
 
 const ListRow& ListView::row(int index) const {
@@ -128,8 +125,6 @@ void ListView::setText(int index, std::wstring_view value) {
   SendMessageW(hwnd(), LVM_SETITEMTEXTW, static_cast<WPARAM>(index),
                reinterpret_cast<LPARAM>(&item));
 }
-
-bool ListView::hasKey(std::wstring_view key) const { return keys_.has(key); }
 
 int ListView::find(std::wstring_view text) const {
   for (int index = 0; index < count(); ++index)

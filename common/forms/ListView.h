@@ -4,17 +4,15 @@
 #include <memory>
 #include <vector>
 
-#include "common/NameSet.h"
 #include "common/forms/controls.h"
 
 namespace forms {
 
 struct ListRow {
-  std::wstring key;  // unique ignoring letter case; empty for rows without one
   std::wstring text;
-  std::wstring tag;
   std::wstring toolTip;
   int icon = -1;
+  std::size_t item = 0;  // the caller's own number for what the row shows
 };
 
 // Rows are numbered as they are shown. A click on the header sorts, the next one the other way.
@@ -29,7 +27,6 @@ class ListView : public Control {
   void clear();
   const ListRow& row(int index) const;
   void setText(int index, std::wstring_view value);
-  bool hasKey(std::wstring_view key) const;
   // The first row of exactly that text; -1 when none has it. Letter case does not count.
   int find(std::wstring_view text) const;
 
@@ -62,7 +59,6 @@ class ListView : public Control {
 
   std::wstring columnTitle_;
   std::vector<std::unique_ptr<ListRow>> rows_;  // owned; the control refers to them
-  text::NameSet keys_;
   int quiet_ = 0;
   bool growing_ = false;
   DWORD shownAt_ = 0;       // by the tick count

@@ -60,6 +60,24 @@ TEST_CASE("the column of the templates is sized anew when they are listed again"
   });
 }
 
+TEST_CASE("a row shows its own template in whatever order the header puts it") {
+  BrowserWindow browser;
+  browser.addTemplate(L"a", "[a]\r\nTitle=pear\r\nDescription=the first\r\n");
+  browser.addTemplate(L"b", "[b]\r\nTitle=apple\r\nDescription=the second\r\n");
+  browser.show([&] {
+    const HWND list = browser.control(IDC_QUILLET_LIST);
+    NMHEADERW click = {};
+    click.hdr = {ListView_GetHeader(list), 0, static_cast<UINT>(HDN_ITEMCLICKW)};
+    SendMessageW(list, WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&click));
+    REQUIRE(browser.rows() == Lines{L"apple", L"pear"});
+    browser.showRow(0);
+    CHECK(browser.text(IDC_QUILLET_DESC) == L"the second");
+    CHECK(rowTip(browser, 0) == browser.disk / L"b");
+    browser.showRow(1);
+    CHECK(browser.text(IDC_QUILLET_DESC) == L"the first");
+  });
+}
+
 TEST_CASE("the tip of a template is its folder") {
   BrowserWindow browser;
   browser.addTemplate(L"a", "[a]\r\nTitle=First\r\n");

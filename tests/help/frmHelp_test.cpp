@@ -153,6 +153,23 @@ TEST_CASE("a search lists the topics it finds and shows the first") {
   CHECK(shown == L"A part");
 }
 
+TEST_CASE("of two found topics with one title each shows its own page") {
+  HelpWindow help;
+  help.disk.writeFile(L"contents.txt", "First = Notes\nSecond = Notes\n");
+  help.disk.writeFile(L"First.htm", "<title>First notes</title><p>copied");
+  help.disk.writeFile(L"Second.htm", "<title>Second notes</title><p>copied");
+  std::vector<std::wstring> shown;
+  help.show(L"", [&](HWND dialog) {
+    SetDlgItemTextW(dialog, IDC_HELP_TXTSEARCH, L"copied");
+    press(dialog, IDOK);
+    shown.push_back(shownIn(dialog));
+    ListView_SetItemState(GetDlgItem(dialog, IDC_HELP_FOUND), 1, LVIS_SELECTED | LVIS_FOCUSED,
+                          LVIS_SELECTED | LVIS_FOCUSED);
+    shown.push_back(shownIn(dialog));
+  });
+  CHECK(shown == std::vector<std::wstring>{L"First notes", L"Second notes"});
+}
+
 TEST_CASE("a search that finds nothing says so") {
   HelpWindow help;
   help.show(L"", [&](HWND dialog) {

@@ -24,7 +24,7 @@ class ListForm : public forms::Form {
     showModal(nullptr);
   }
 
-  void add(const std::wstring& text) { list.add({text, text, L"", L""}); }
+  void add(const std::wstring& text) { list.add({.text = text, .toolTip = {}}); }
 
   Lines rows() const {
     Lines result;
@@ -218,7 +218,7 @@ TEST_CASE("a click on a selected row is told after a press that became a drag") 
 
 TEST_CASE("the tip of a row is its own text or follows the label that is cut off") {
   ListForm({}, [](ListForm& form) {
-    form.list.add({L"1", L"A long title", L"", L"C:\\Templates\\home"});
+    form.list.add({L"A long title", L"C:\\Templates\\home"});
     CHECK(form.tipOf(0, L"", LVGIT_UNFOLDED) == L"C:\\Templates\\home");
     CHECK(form.tipOf(0, L"A long title", 0) == L"A long title\r\nC:\\Templates\\home");
   });
@@ -233,7 +233,7 @@ TEST_CASE("a row without a tip leaves the label that is cut off") {
 
 TEST_CASE("a tip that is longer than its place is cut there") {
   ListForm({}, [](ListForm& form) {
-    form.list.add({L"1", L"title", L"", L"C:\\Templates"});
+    form.list.add({L"title", L"C:\\Templates"});
     CHECK(form.tipOf(0, L"", LVGIT_UNFOLDED, 5) == L"C:\\T");
     CHECK(form.tipOf(0, L"title", 0, 10) == L"title\r\nC:");
     CHECK(form.tipOf(0, L"title", 0, 6) == L"title");
