@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr unsigned valueLength = 512;
-
 // One template's section of the description file in its folder.
 class Description {
  public:
@@ -17,7 +15,7 @@ class Description {
       : file_(folder + descriptionFileName), section_(section) {}
 
   std::wstring value(std::wstring_view key, std::wstring_view fallback = {}) const {
-    return text::trimBlanks(readIniValue(file_, section_, key, fallback, valueLength));
+    return text::trimBlanks(readIniValue(file_, section_, key, fallback, descriptionValueLength));
   }
   std::wstring title() const { return value(L"Title", section_); }
 

@@ -29,6 +29,16 @@ bool isOpenable(const std::wstring& name) { return name.find(L'?') == name.npos;
 
 }  // namespace
 
+bool isHostFolder(std::wstring_view name) { return text::beginsIgnoringCase(name, privateFolder); }
+
+Unlisted reasonUnlisted(std::wstring_view folder, const FileEntry& entry) {
+  // Exactly this bit: it also keeps folders out whose name ends in .dwt.
+  if ((entry.attributes & FILE_ATTRIBUTE_ARCHIVE) == 0) return Unlisted::archiveAttribute;
+  if (text::containsIgnoringCase(std::wstring(folder) + entry.name, privateFolder))
+    return Unlisted::hostsOwn;
+  return isOpenable(entry.name) ? Unlisted::no : Unlisted::unopenable;
+}
+
 // The wait cursor from the outermost of these to its end.
 class TemplateScan::Waiting {
  public:
@@ -71,7 +81,7 @@ void TemplateScan::ScanFolder(std::wstring_view folder) {
 void TemplateScan::scanEntry(const std::wstring& folder, const FileEntry& entry) {
   goOnOrCancel();
   if (!entry.isFolder() || entry.isDots()) return;
-  if (text::beginsIgnoringCase(entry.name, privateFolder)) return;
+  if (isHostFolder(entry.name)) return;
   goOnOrCancel();
   RecurseFiles(folder + entry.name);
 }
@@ -107,14 +117,10 @@ void TemplateScan::listFiles(std::wstring_view folder) {
 }
 
 void TemplateScan::listFile(std::wstring_view folder, const FileEntry& entry) {
-  // Exactly this bit: it also keeps folders out whose name ends in .dwt.
-  if ((entry.attributes & FILE_ATTRIBUTE_ARCHIVE) == 0) return;
-  if (text::containsIgnoringCase(std::wstring(folder) + entry.name, privateFolder)) return;
+  const Unlisted reason = reasonUnlisted(folder, entry);
   const std::wstring key = modCommon::withBackslash(folder) + entry.name;
-  if (!isOpenable(entry.name)) {
-    logUnopened(key);
-    return;
-  }
+  if (reason == Unlisted::unopenable) logUnopened(key);
+  if (reason != Unlisted::no) return;
   if (IsTemplateListed(key)) return;
   const std::wstring title = templateTitle(folder, templateBaseName(entry.name));
   view_.add({key, title, std::wstring(folder)});

@@ -12,6 +12,19 @@
 
 struct FileEntry;
 
+// True for a sub-folder of a listed folder that is the host's own and not looked into.
+bool isHostFolder(std::wstring_view name);
+
+// Why a *.dwt file of a template folder is none of its templates.
+enum class Unlisted {
+  no,  // it is one
+  archiveAttribute,
+  hostsOwn,    // "_vti" in its path
+  unopenable,  // the code page lacks a character of its name
+};
+// `folder` without a trailing backslash, `entry` as the search found it.
+Unlisted reasonUnlisted(std::wstring_view folder, const FileEntry& entry);
+
 // Where found templates go, and what the scan asks meanwhile.
 class TemplateScanView : public KeepGoing {
  public:

@@ -64,6 +64,7 @@ bool TokenReader::next(Token& token) {
   }
   if (atEnd()) return false;
   token = {};
+  start_ = at_;
   if (letter() == L'<')
     readTag(token);
   else

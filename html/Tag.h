@@ -25,6 +25,11 @@ class TokenReader {
   explicit TokenReader(std::wstring_view html) : html_(html) {}
   bool next(Token& token);
 
+  // Where the last token stands in the page: its first letter, and behind its last. A script's or
+  // style sheet's contents belong to the tag that opens it.
+  std::size_t start() const noexcept { return start_; }
+  std::size_t end() const noexcept { return at_; }
+
  private:
   bool skipMarkup();
   void readText(Token& token);
@@ -41,6 +46,7 @@ class TokenReader {
 
   std::wstring_view html_;
   std::size_t at_ = 0;
+  std::size_t start_ = 0;
 };
 
 std::wstring withoutEntities(std::wstring_view text);

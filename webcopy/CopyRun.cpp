@@ -16,6 +16,7 @@
 #include "common/letter_case.h"
 #include "common/log.h"
 #include "common/text.h"
+#include "webcopy/CopiedFiles.h"
 #include "webcopy/SamePlace.h"
 #include "webcopy/ThemeValue.h"
 
@@ -24,7 +25,6 @@ namespace {
 constexpr wchar_t formName[] = L"frmCopyToWeb";
 constexpr wchar_t fileUrlPrefix[] = L"file:///";
 constexpr short overallSteps = 5;
-constexpr unsigned themeValueLength = 256;
 
 using modCommon::LogIndent;
 using modCommon::WriteLog;
@@ -40,15 +40,8 @@ short sum16(short left, short right) {
   return count16(static_cast<std::size_t>(left) + static_cast<std::size_t>(right));
 }
 
-// The host's own folders and what lies in them stay where they are.
-bool isHostOwn(std::wstring_view path) { return text::containsIgnoringCase(path, L"_vti"); }
-
 bool isTemplateFile(std::wstring_view name) {
   return name.size() >= 3 && text::equalIgnoringCase(name.substr(name.size() - 3), L"dwt");
-}
-
-bool isDescriptionFile(std::wstring_view name) {
-  return text::equalIgnoringCase(name, descriptionFileName);
 }
 
 void logError(const wchar_t* procedure, const Error& error) {
@@ -296,7 +289,7 @@ void CopyRun::countEntries(const std::wstring& folder) {
     check();
     const FileEntry& entry = search.entry();
     const std::wstring name = path + entry.name;
-    if (entry.isDots() || isHostOwn(name)) continue;
+    if (entry.isDots() || isHostsOwn(name)) continue;
     if (entry.isFolder()) {
       countEntries(name);
       FolderCount_ = sum16(FolderCount_, 1);
@@ -330,7 +323,7 @@ bool CopyRun::isBelow(const std::wstring& place, const modCommon::KnownFolder& s
   for (bool more = search.found(); more; more = search.next()) {
     const FileEntry& entry = search.entry();
     const std::wstring path = modCommon::withBackslash(folder) + entry.name;
-    if (!entry.isFolder() || entry.isDots() || isHostOwn(path)) continue;
+    if (!entry.isFolder() || entry.isDots() || isHostsOwn(path)) continue;
     check();
     const std::wstring target = modCommon::withBackslash(place) + entry.name;
     if (source.isAt(target) || isBelow(target, source, path)) return true;
@@ -380,7 +373,7 @@ void CopyRun::copyEntries(const std::wstring& sourceFolder, Target& target) {
   do {
     check();
     const FileEntry& entry = search.entry();
-    if (entry.isDots() || isHostOwn(source + entry.name)) continue;
+    if (entry.isDots() || isHostsOwn(source + entry.name)) continue;
     // Names outside the code page can come under one that is taken: what they mean is out of reach.
     if (!seen.insert(entry.name)) throw Error(errors::badFileName);
     if (entry.isFolder())

@@ -1,0 +1,106 @@
+#include "author/Program.h"
+
+#include "author/CommandLine.h"
+#include "author/Report.h"
+#include "author/Selection.h"
+#include "common/errors.h"
+#include "common/text.h"
+#include "common/version.h"
+
+#define WIDE_AGAIN(text) L##text
+#define WIDE(text) WIDE_AGAIN(text)
+
+namespace author {
+namespace {
+
+using Command = Request::Command;
+
+constexpr wchar_t versionText[] = WIDE(QUILLET_VERSION_TEXT);
+
+// The beginning and the end that every answer in JSON has.
+template <class Body>
+std::wstring answer(const Body& body, bool isFine) {
+  Json json;
+  json.openObject().text(L"program", L"quillet-template").text(L"version", versionText);
+  body(json);
+  json.truth(L"fine", isFine).closeObject();
+  return json.written();
+}
+
+class Run {
+ public:
+  Run(const Request& request, Console& console) : request_(request), console_(console) {}
+
+  ExitCode operator()() {
+    switch (request_.command) {
+      case Command::help:
+        console_.print(usageText);
+        return fine;
+      case Command::version:
+        console_.print(text::join({L"quillet-template ", versionText, L"\n"}));
+        return fine;
+      case Command::check:
+        return check();
+      default:
+        throw Error(errors::invalidArgument, L"This is not made yet.");
+    }
+  }
+
+ private:
+  ExitCode check() {
+    const Selection selection = lookThrough(request_.folders, console_);
+    const bool isFine = selection.findings().empty();
+    if (request_.json)
+      console_.print(answer([&](Json& json) { write(json, selection); }, isFine));
+    else
+      console_.print(inWords(selection));
+    return isFine ? fine : findingsOrFailure;
+  }
+
+  const Request& request_;
+  Console& console_;
+};
+
+// Descriptions of the system's errors end in a line break or without a full stop.
+std::wstring sentence(std::wstring_view description) {
+  std::wstring result(description);
+  while (!result.empty() &&
+         (result.back() == L'\n' || result.back() == L'\r' || result.back() == L' '))
+    result.pop_back();
+  if (!result.empty() && result.back() != L'.') result += L'.';
+  return result;
+}
+
+ExitCode fail(const Request& request, Console& console, const std::wstring& why) {
+  if (request.json)
+    console.print(answer([&](Json& json) { json.text(L"error", why); }, false));
+  else
+    console.complain(L"quillet-template: " + why + L"\n");
+  return findingsOrFailure;
+}
+
+ExitCode run(const std::vector<std::wstring>& arguments, Console& console) {
+  const Request request = parseCommandLine(arguments);
+  if (!request.fault.empty()) {
+    console.complain(L"quillet-template: " + request.fault +
+                     L"\nquillet-template --help tells what there is.\n");
+    return notUnderstood;
+  }
+  try {
+    return Run(request, console)();
+  } catch (...) {
+    return fail(request, console, sentence(errors::current().description()));
+  }
+}
+
+}  // namespace
+
+ExitCode runProgram(const std::vector<std::wstring>& arguments, Console& console) noexcept {
+  try {
+    return run(arguments, console);
+  } catch (...) {
+    return findingsOrFailure;  // no memory left to say why
+  }
+}
+
+}  // namespace author

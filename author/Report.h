@@ -1,0 +1,23 @@
+// What was found, in words and as JSON.
+#pragma once
+
+#include <string>
+
+#include "author/Finding.h"
+#include "author/Json.h"
+#include "author/Selection.h"
+
+namespace author {
+
+std::wstring inWords(const Selection& selection);
+std::wstring inWords(const Findings& findings);
+// "3 findings."
+std::wstring countInWords(const Findings& findings);
+
+void write(Json& json, const Selection& selection);
+void write(Json& json, const Findings& findings);
+
+// The template's own options, as digits: "1111".
+std::wstring flagsText(long flags);
+
+}  // namespace author
