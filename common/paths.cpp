@@ -135,11 +135,6 @@ FileIdentity identityOfFolder(const std::wstring& folder) {
 
 }  // namespace
 
-bool IsValidFileName(std::wstring_view name) {
-  const std::wstring trimmed = text::trimBlanks(name);
-  return !trimmed.empty() && trimmed.find_first_of(L"\\/:*?<>|\"") == trimmed.npos;
-}
-
 bool CreateFolderPath(std::wstring_view path, HWND owner) {
   return shown(path, owner, module::title, [&] { makeFolderPath(text::cutAtNul(path)); });
 }

@@ -13,10 +13,6 @@
 
 namespace modCommon {
 
-// True when the name, trimmed of blanks, is not empty and holds none of \ / : * ? < > | and the
-// double quote.
-bool IsValidFileName(std::wstring_view name);
-
 // Makes every missing level of a folder path. A path without a root (drive or share) is answered
 // with true and nothing is made: the caller's later file operation reports it. A failure is shown
 // in one message box over `owner` and answered with false.

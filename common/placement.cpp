@@ -1,39 +1,26 @@
 #include "common/placement.h"
 
-#include <algorithm>
-
 #include "common/RegKey.h"
 #include "common/handles.h"
+#include "common/placement_record.h"
 #include "common/settings.h"
 
 namespace {
 
-struct PlacementRecord {
-  WINDOWPLACEMENT placement;
-  LONG pixelsPerInch;
-};
-static_assert(sizeof(WINDOWPLACEMENT) == 44 && sizeof(PlacementRecord) == 48);
+using placement::Record;
 
 LONG screenResolution() noexcept {
   return GetDeviceCaps(handles::ScreenContext().get(), LOGPIXELSX);
 }
 
-BYTE* bytesOf(PlacementRecord& record) noexcept { return reinterpret_cast<BYTE*>(&record); }
+BYTE* bytesOf(Record& record) noexcept { return reinterpret_cast<BYTE*>(&record); }
 
 bool read(std::wstring_view application, std::wstring_view section, std::wstring_view name,
-          PlacementRecord& record) {
+          Record& record) {
   RegKey key;
   DWORD type = REG_NONE;
   return key.OpenKey(HKEY_CURRENT_USER, settings::keyPath(application, section)) &&
          key.QueryValueEx(name, sizeof record, type, bytesOf(record));
-}
-
-// Window messages carry 16-bit coordinates: no window was ever beyond them.
-bool isPossible(LONG coordinate) noexcept { return coordinate == static_cast<SHORT>(coordinate); }
-
-bool isPossible(const RECT& rectangle) noexcept {
-  return isPossible(rectangle.left) && isPossible(rectangle.top) && isPossible(rectangle.right) &&
-         isPossible(rectangle.bottom) && !IsRectEmpty(&rectangle);
 }
 
 MONITORINFO infoOf(HMONITOR monitor) noexcept {
@@ -43,23 +30,13 @@ MONITORINFO infoOf(HMONITOR monitor) noexcept {
   return info;
 }
 
-// Shifts the span so that it ends, and above all begins, within the limits.
-void shiftInto(LONG& begin, LONG& end, LONG lowest, LONG highest) noexcept {
-  const LONG length = end - begin;
-  begin = std::max(std::min(begin, highest - length), lowest);
-  end = begin + length;
-}
-
-// The monitor that the window was on may be gone or smaller now.
-void bringIntoView(RECT& window) noexcept {
-  const RECT area = infoOf(MonitorFromRect(&window, MONITOR_DEFAULTTONEAREST)).rcWork;
-  if (window.right - window.left > GetSystemMetrics(SM_CXVIRTUALSCREEN))
-    window.right = window.left + (area.right - area.left);
-  if (window.bottom - window.top > GetSystemMetrics(SM_CYVIRTUALSCREEN))
-    window.bottom = window.top + (area.bottom - area.top);
-  if (MonitorFromRect(&window, MONITOR_DEFAULTTONULL)) return;
-  shiftInto(window.left, window.right, area.left, area.right);
-  shiftInto(window.top, window.bottom, area.top, area.bottom);
+RECT visible(RECT window) noexcept {
+  placement::Screen screen = {};
+  screen.area = infoOf(MonitorFromRect(&window, MONITOR_DEFAULTTONEAREST)).rcWork;
+  screen.all = {GetSystemMetrics(SM_CXVIRTUALSCREEN), GetSystemMetrics(SM_CYVIRTUALSCREEN)};
+  window = placement::cutDown(window, screen);
+  screen.shows = MonitorFromRect(&window, MONITOR_DEFAULTTONULL) != nullptr;
+  return placement::broughtIntoView(window, screen);
 }
 
 // Workspace coordinates begin at the primary monitor's work area instead of its corner.
@@ -72,7 +49,7 @@ POINT workspaceOrigin() noexcept {
 
 bool SaveWindowPlacementSetting(HWND window, std::wstring_view application,
                                 std::wstring_view section, std::wstring_view name) {
-  PlacementRecord record = {};
+  Record record = {};
   record.placement.length = sizeof record.placement;
   if (!GetWindowPlacement(window, &record.placement)) return false;
   RegKey key;
@@ -83,15 +60,16 @@ bool SaveWindowPlacementSetting(HWND window, std::wstring_view application,
 
 bool RestoreWindowPlacementSetting(HWND window, std::wstring_view application,
                                    std::wstring_view section, std::wstring_view name) {
-  PlacementRecord record = {};
+  Record record = {};
   if (!read(application, section, name, record)) return false;
-  if (record.pixelsPerInch != screenResolution()) return false;
-  RECT& rectangle = record.placement.rcNormalPosition;
-  if (!isPossible(rectangle)) return false;
+  const auto written = placement::rectangleOf(record, screenResolution());
+  if (!written) return false;
+  RECT rectangle = *written;
   const POINT origin = workspaceOrigin();
   OffsetRect(&rectangle, origin.x, origin.y);
-  bringIntoView(rectangle);
+  rectangle = visible(rectangle);
   OffsetRect(&rectangle, -origin.x, -origin.y);
+  record.placement.rcNormalPosition = rectangle;
   record.placement.length = sizeof record.placement;
   record.placement.showCmd = SW_HIDE;
   return SetWindowPlacement(window, &record.placement) != FALSE;

@@ -2,7 +2,6 @@
 // to is taken only from their own folder. Nothing of them is run, and nothing is fetched for them.
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "html/Page.h"
@@ -26,14 +25,7 @@ PageText readPage(const std::wstring& file);
 // and a page that says so for a file that is missing or of another kind.
 html::Page pageOf(const std::wstring& file);
 
-// The file that an address within the page `file` means: one in the page's folder or below it.
-// Nothing for an address of another kind or place.
-std::optional<std::wstring> fileBeside(const std::wstring& file, const std::wstring& address);
-
 // The bytes of a picture of the page; empty when there is none that may be shown.
 std::string pictureBeside(const std::wstring& file, const std::wstring& address);
-
-// An address that may be handed to the user's own web browser or mail program.
-bool isOutside(const std::wstring& address);
 
 }  // namespace help

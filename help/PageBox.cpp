@@ -6,6 +6,7 @@
 #include "common/forms/Form.h"
 #include "common/paths.h"
 #include "help/LocalPage.h"
+#include "help/references.h"
 
 namespace help {
 namespace {

@@ -1,6 +1,6 @@
 #include "webcopy/WebFolders.h"
 
-#include "common/paths.h"
+#include "common/file_names.h"
 #include "webcopy/WebFolderPath.h"
 
 namespace webfolder {

@@ -10,34 +10,20 @@
 #include "common/handles.h"
 #include "common/letter_case.h"
 #include "common/paths.h"
-#include "common/text.h"
-#include "online/archive/ArchiveNames.h"
-
-namespace {
-
-// "a.zip" becomes "a (2).zip".
-std::wstring numbered(const std::wstring& path, int number) {
-  const auto name = path.rfind(L'\\') + 1;
-  const auto point = path.rfind(L'.');
-  const auto end = point == path.npos || point <= name ? path.size() : point;
-  return text::join({path.substr(0, end), L" (", text::decimal(number), L")", path.substr(end)});
-}
-
-}  // namespace
+#include "online/transfer/file_address.h"
 
 StagedFiles::StagedFiles(std::wstring folder) : folder_(std::move(folder)) {}
 
 std::wstring StagedFiles::ordinaryPath(std::wstring_view address) const {
-  const std::wstring name = text::replaceAll(text::afterLast(address, L'/'), L"%20", L" ");
-  if (!modCommon::IsValidFileName(name) || archive::faultOf(name) != archive::NameFault::none)
-    throw Error(errors::badFileName);
-  return modCommon::withBackslash(folder_) + name;
+  const auto name = online::fileNameOf(address);
+  if (!name) throw Error(errors::badFileName);
+  return modCommon::withBackslash(folder_) + *name;
 }
 
 std::wstring StagedFiles::freePath(std::wstring_view address) const {
   const std::wstring ordinary = ordinaryPath(address);
   std::wstring path = ordinary;
-  for (int number = 2; isTaken(path); ++number) path = numbered(ordinary, number);
+  for (int number = 2; isTaken(path); ++number) path = online::numbered(ordinary, number);
   return path;
 }
 

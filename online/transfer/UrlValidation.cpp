@@ -2,6 +2,7 @@
 
 #include "common/log.h"
 #include "common/text.h"
+#include "online/transfer/file_address.h"
 
 using modCommon::WriteLog;
 using modWINInetURL::CrackedUrl;
@@ -12,25 +13,7 @@ namespace {
 // Opening, asking and closing.
 constexpr short stepsPerFile = 3;
 
-// Looks for the whole set in each of its characters, so it never finds it and every name passes.
-// Catalogues rely on that; what cannot be a file's name fails when the file is written.
-bool hasForbiddenCharacter(std::wstring_view name) {
-  constexpr std::wstring_view forbidden = L"\\/:*?\"<>|";
-  for (std::size_t i = 0; i < forbidden.size(); ++i)
-    if (forbidden.substr(i, 1).find(forbidden) != forbidden.npos)
-      return name.find(forbidden[i]) != name.npos;
-  return false;
-}
-
 }  // namespace
-
-bool UrlValidation::isFileAddress(const std::optional<CrackedUrl>& parts) {
-  if (!parts) return true;
-  if (parts->host.empty() || parts->path.empty() || !parts->extraInfo.empty()) return false;
-  const std::wstring_view name = text::afterLast(parts->path, L'/');
-  if (name.empty() || name.front() == L'.' || name.front() == L' ') return false;
-  return !hasForbiddenCharacter(name);
-}
 
 bool UrlValidation::ValidateURLs() noexcept {
   try {
@@ -81,7 +64,7 @@ void UrlValidation::measure(std::size_t column, Row kind) {
   const auto& parts = table_.parts(column, kind);
   if (parts) showAddress(*parts);
   check();
-  if (!isFileAddress(parts)) failToFind();
+  if (!online::isFileAddress(parts)) failToFind();
   if (!parts)
     failWith(L"Invalid URL. The URL scheme could not be recognized, or is not supported.");
   if (parts->scheme == modWINInetURL::schemeHttp) return measureHttp(column, kind, address);

@@ -1,7 +1,6 @@
 // The first pass over a download: checks every address and adds up the sizes.
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "online/transfer/DownloadSteps.h"
@@ -19,10 +18,6 @@ class UrlValidation : private DownloadSteps {
   // How many addresses' sizes were found, and their sum in bytes.
   short addressCount() const noexcept { return addressCount_; }
   double totalSize() const noexcept { return totalSize_; }
-
-  // True when an address, taken apart, may be the address of a file. One that could not be taken
-  // apart passes: the test of its scheme refuses it.
-  static bool isFileAddress(const std::optional<modWINInetURL::CrackedUrl>& parts);
 
  private:
   void GetTotalDownloadSize();

@@ -69,21 +69,6 @@ TEST_CASE("a page that is too long is shown in part and says so") {
   CHECK(textOf(pageOf(file)).find(L"too long to be shown whole") != std::wstring::npos);
 }
 
-TEST_CASE("files beside a page are found and no others") {
-  const std::wstring page = L"C:\\t\\Blue\\readme.htm";
-  CHECK(fileBeside(page, L"a.gif") == L"C:\\t\\Blue\\a.gif");
-  CHECK(fileBeside(page, L"images/my%20logo.gif?x#y") == L"C:\\t\\Blue\\images\\my logo.gif");
-  CHECK(fileBeside(page, L"caf%C3%A9.gif") == L"C:\\t\\Blue\\caf\xE9.gif");
-  CHECK(fileBeside(page, L"50% off.gif") == L"C:\\t\\Blue\\50% off.gif");
-  for (const wchar_t* address :
-       {L"", L"#top", L"../a.gif", L"x\\..\\..\\a.gif", L"%2e%2e/a.gif", L"/a.gif", L"\\\\s\\a.gif",
-        L"//s/a.gif", L"http://s/a.gif", L"file:///C:/a.gif", L"C:\\a.gif", L"a.gif:stream",
-        L"javascript:x", L"a|b.gif"}) {
-    CAPTURE(address);
-    CHECK_FALSE(fileBeside(page, address).has_value());
-  }
-}
-
 TEST_CASE("only pictures are taken for pictures of a page") {
   const ScratchFolder disk;
   const auto page = disk.writeFile(L"a.htm", "");
@@ -92,13 +77,4 @@ TEST_CASE("only pictures are taken for pictures of a page") {
   CHECK(pictureBeside(page, L"A.GIF") == "GIF89a");
   CHECK(pictureBeside(page, L"secret.doc").empty());
   CHECK(pictureBeside(page, L"none.gif").empty());
-}
-
-TEST_CASE("addresses of the web and of mail lead outside and others do not") {
-  CHECK(isOutside(L"http://server/"));
-  CHECK(isOutside(L"HTTPS://server/"));
-  CHECK(isOutside(L"mailto:somebody@server"));
-  for (const wchar_t* address : {L"file:///C:/x.exe", L"javascript:x", L"readme.htm", L"ftp:x",
-                                 L"res://x", L"shell:x", L"http:x", L""})
-    CHECK_FALSE(isOutside(address));
 }

@@ -3,6 +3,7 @@
 #include "common/paths.h"
 #include "help/HelpBook.h"
 #include "help/LocalPage.h"
+#include "help/references.h"
 #include "html/Tag.h"
 #include "tests/support/text_output.h"
 

@@ -10,14 +10,6 @@
 #include "tests/online/transfer/Internet.h"
 #include "tests/support/text_output.h"
 
-namespace {
-
-std::optional<modWINInetURL::CrackedUrl> crack(std::wstring_view address) {
-  return modWINInetURL::CrackUrl(address);
-}
-
-}  // namespace
-
 TEST_CASE("a theme and a template are downloaded and unpacked where they belong") {
   const RealServers servers;
   servers.folder().writeFile(L"t.zip", themeFile("blue"));
@@ -543,37 +535,6 @@ TEST_CASE("an address whose file name begins with a point is not a file") {
   CHECK_FALSE(download.run(L"?dwt1=http://127.0.0.1/.d.zip"));
   CHECK(download.failures() == Texts{notFound(L"http://127.0.0.1/.d.zip")});
   CHECK(download.view.failures[0].second == L"Validating URLs...");
-}
-
-TEST_CASE("which addresses may be files") {
-  CHECK(UrlValidation::isFileAddress(crack(L"http://h/a/b.zip")));
-  CHECK(UrlValidation::isFileAddress(crack(L"ftp://ann:sec@h/b.zip")));
-  CHECK_FALSE(UrlValidation::isFileAddress(crack(L"http://h/a/")));
-  CHECK_FALSE(UrlValidation::isFileAddress(crack(L"http://h")));
-  CHECK_FALSE(UrlValidation::isFileAddress(crack(L"http://h/b.zip?x=1")));
-  CHECK_FALSE(UrlValidation::isFileAddress(crack(L"http://h/b.zip#x")));
-  CHECK_FALSE(UrlValidation::isFileAddress(crack(L"http://h/.zip")));
-  modWINInetURL::CrackedUrl blank;
-  blank.host = L"h";
-  blank.path = L"/ b.zip";
-  CHECK_FALSE(UrlValidation::isFileAddress(blank));
-  blank.path = L"/b.zip";
-  CHECK(UrlValidation::isFileAddress(blank));
-  blank.host.clear();
-  CHECK_FALSE(UrlValidation::isFileAddress(blank));
-}
-
-TEST_CASE("an address that cannot be taken apart may be a file") {
-  CHECK(UrlValidation::isFileAddress(std::nullopt));
-}
-
-TEST_CASE("a name with characters that no file name has is still a file address") {
-  modWINInetURL::CrackedUrl parts;
-  parts.host = L"h";
-  for (const wchar_t letter : std::wstring(L"\\:*?\"<>|")) {
-    parts.path = std::wstring(L"/a") + letter + L"b.zip";
-    CHECK(UrlValidation::isFileAddress(parts));
-  }
 }
 
 TEST_CASE("an address that cannot be taken apart is refused by its scheme") {
