@@ -30,6 +30,7 @@ demo() {
     stage register register_add_in
     show_tree "The web before:"
     tour
+    stage animation animate
     show_tree "The web after:"
     check_copies
   fi
@@ -99,6 +100,15 @@ walk() {
     return 1
   fi
 }
+
+# The way from the menu to a copied template, and from the catalogue to a new one, in one small picture.
+animate() (
+  cd "$demo_folder"
+  convert -loop 0 -delay 200 02-menu.png 04-browser.png 03-picture-preview.png \
+    12-destination-question.png 13-copying.png 14-copied.png \
+    online-01-catalogue.png online-06-downloading.png online-20-listed.png \
+    +dither -colors 96 -layers optimize tour.gif
+)
 
 # A display of the demo's own, with a window manager that draws the title bars.
 start_display() {
