@@ -38,13 +38,18 @@ STDAPI DllRegisterServer() { return outcome(registration::add(registration::Scop
 
 STDAPI DllUnregisterServer() { return outcome(registration::remove(registration::Scope::machine)); }
 
-// "user" registers for the current user alone; nothing or an empty text is the machine-wide way.
+// "user" registers for the current user alone, "list" only enters the module that the machine has
+// into that user's list of add-ins; nothing or an empty text is the machine-wide way.
 STDAPI DllInstall(BOOL install, LPCWSTR commandLine) {
   try {
     auto scope = registration::Scope::machine;
     if (commandLine && *commandLine) {
-      if (!text::equalIgnoringCase(commandLine, L"user")) return E_INVALIDARG;
-      scope = registration::Scope::user;
+      if (text::equalIgnoringCase(commandLine, L"user"))
+        scope = registration::Scope::user;
+      else if (text::equalIgnoringCase(commandLine, L"list"))
+        scope = registration::Scope::list;
+      else
+        return E_INVALIDARG;
     }
     return outcome(install ? registration::add(scope) : registration::remove(scope));
   } catch (...) {

@@ -125,9 +125,12 @@ std::optional<Data> dataOf(const Line& line) {
 std::vector<Entry> entries(Scope scope) {
   const HKEY root = scope == Scope::machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
   std::vector<Entry> result;
-  for (const Line& line : lines)
-    result.push_back({line.place == Place::addIn ? HKEY_CURRENT_USER : root,
-                      keyOf(line.place) + line.below, line.name, dataOf(line)});
+  for (const Line& line : lines) {
+    const bool isListed = line.place == Place::addIn;
+    if (scope == Scope::list && !isListed) continue;
+    result.push_back({isListed ? HKEY_CURRENT_USER : root, keyOf(line.place) + line.below,
+                      line.name, dataOf(line)});
+  }
   return result;
 }
 

@@ -7,8 +7,9 @@
 namespace registration {
 
 // The class and the type library for everybody on the machine or for this user alone. The host's
-// list is always the user's.
-enum class Scope { machine, user };
+// list is always the user's; `list` is the entry there without the others, for each further user of
+// a machine.
+enum class Scope { machine, user, list };
 
 // Writes every entry, or none: after a failure all is as it was. A system code, 0 for success.
 LONG add(Scope scope) noexcept;
