@@ -124,33 +124,33 @@ TEST_CASE("Registering per user writes everything below the user's own key") {
   CHECK(everything() == expected(L"HKCU", ShippedModule::builtPath()));
 }
 
-  TEST_CASE("A user can be given the entry in the host's list alone") {
-    ShippedModule module;
-    ScratchRegistry registry;
-    REQUIRE(module.install(true, L"list") == S_OK);
-    std::vector<std::wstring> entry;
-    for (const auto& line : expected(L"HKLM", ShippedModule::builtPath()))
-      if (line.find(L"Addins") != line.npos) entry.push_back(line);
-    CHECK(entry.size() == 4);
-    CHECK(everything() == entry);
-    CHECK(module.install(false, L"list") == S_OK);
-    CHECK_FALSE(registry.hasKey(HKEY_CURRENT_USER, L"Software\\Microsoft"));
-  }
+TEST_CASE("A user can be given the entry in the host's list alone") {
+  ShippedModule module;
+  ScratchRegistry registry;
+  REQUIRE(module.install(true, L"list") == S_OK);
+  std::vector<std::wstring> entry;
+  for (const auto& line : expected(L"HKLM", ShippedModule::builtPath()))
+    if (line.find(L"Addins") != line.npos) entry.push_back(line);
+  CHECK(entry.size() == 4);
+  CHECK(everything() == entry);
+  CHECK(module.install(false, L"list") == S_OK);
+  CHECK_FALSE(registry.hasKey(HKEY_CURRENT_USER, L"Software\\Microsoft"));
+}
 
-  TEST_CASE("Taking the entry from a user leaves the class that the machine has") {
-    ShippedModule module;
-    ScratchRegistry registry;
-    REQUIRE(module.registerServer() == S_OK);
-    CHECK(module.install(false, L"list") == S_OK);
-    std::vector<std::wstring> rest;
-    for (const auto& line : expected(L"HKLM", ShippedModule::builtPath()))
-      if (line.find(L"Addins") == line.npos) rest.push_back(line);
-    std::vector<std::wstring> machine;
-    for (const auto& line : everything())
-      if (line.find(L"HKLM") == 0) machine.push_back(line);
-    CHECK(machine == rest);
-    CHECK_FALSE(registry.hasKey(HKEY_CURRENT_USER, L"Software\\Microsoft"));
-  }
+TEST_CASE("Taking the entry from a user leaves the class that the machine has") {
+  ShippedModule module;
+  ScratchRegistry registry;
+  REQUIRE(module.registerServer() == S_OK);
+  CHECK(module.install(false, L"list") == S_OK);
+  std::vector<std::wstring> rest;
+  for (const auto& line : expected(L"HKLM", ShippedModule::builtPath()))
+    if (line.find(L"Addins") == line.npos) rest.push_back(line);
+  std::vector<std::wstring> machine;
+  for (const auto& line : everything())
+    if (line.find(L"HKLM") == 0) machine.push_back(line);
+  CHECK(machine == rest);
+  CHECK_FALSE(registry.hasKey(HKEY_CURRENT_USER, L"Software\\Microsoft"));
+}
 
 TEST_CASE("Unregistering leaves nothing") {
   ShippedModule module;
