@@ -1,6 +1,7 @@
 #include "author/Program.h"
 
 #include "author/CommandLine.h"
+#include "author/Package.h"
 #include "author/Report.h"
 #include "author/Selection.h"
 #include "common/errors.h"
@@ -41,6 +42,8 @@ class Run {
         return fine;
       case Command::check:
         return check();
+      case Command::pack:
+        return pack();
       default:
         throw Error(errors::invalidArgument, L"This is not made yet.");
     }
@@ -55,6 +58,48 @@ class Run {
     else
       console_.print(inWords(selection));
     return isFine ? fine : findingsOrFailure;
+  }
+
+  ExitCode pack() {
+    const std::wstring folder = fullPath(request_.folders.front());
+    const Selection selection = lookThrough(request_.folders, console_);
+    const FolderTree& tree = onlyTree(selection, folder);
+    const Findings findings = selection.findings();
+    if (!findings.empty() && !request_.anyway) return refuse(findings);
+    const Package package = packFolder(folder, tree, fullPath(request_.output), console_);
+    if (request_.json)
+      console_.print(answer(
+          [&](Json& json) {
+            write(json, findings);
+            json.openObject(L"archive").text(L"file", request_.output);
+            write(json, package);
+            json.closeObject();
+          },
+          true));
+    else
+      console_.print(inWords(findings) + request_.output + L": " + inWords(package));
+    return fine;
+  }
+
+  // One folder of one template or theme, and no folder of such folders.
+  static const FolderTree& onlyTree(const Selection& selection, const std::wstring& folder) {
+    if (selection.templates.size() == 1 && selection.themes.empty() &&
+        selection.templates.front().folder == folder)
+      return selection.templates.front().tree;
+    if (selection.themes.size() == 1 && selection.templates.empty() &&
+        selection.themes.front().folder == folder)
+      return selection.themes.front().tree;
+    throw Error(errors::invalidArgument,
+                folder + L": This is not the folder of one template or theme, but holds others.");
+  }
+
+  ExitCode refuse(const Findings& findings) {
+    if (request_.json)
+      console_.print(answer([&](Json& json) { write(json, findings); }, false));
+    else
+      console_.print(inWords(findings) + L"Nothing was written because of " +
+                     countInWords(findings) + L" With --anyway it is.\n");
+    return findingsOrFailure;
   }
 
   const Request& request_;

@@ -114,6 +114,18 @@ std::wstring inWords(const Selection& selection) {
          L"\n";
 }
 
+std::wstring inWords(const Package& package) {
+  return counted(package.files, L"file", L"files") + L", " +
+         text::decimal(static_cast<long long>(package.size)) + L" bytes\nSHA-256 " +
+         package.sha256 + L"\n";
+}
+
+void write(Json& json, const Package& package) {
+  json.number(L"files", static_cast<long long>(package.files))
+      .number(L"bytes", static_cast<long long>(package.size))
+      .text(L"sha256", package.sha256);
+}
+
 void write(Json& json, const Findings& findings) {
   json.openList(L"findings");
   for (const Finding& each : findings)

@@ -5,6 +5,7 @@
 
 #include "author/Finding.h"
 #include "author/Json.h"
+#include "author/Package.h"
 #include "author/Selection.h"
 
 namespace author {
@@ -16,6 +17,10 @@ std::wstring countInWords(const Findings& findings);
 
 void write(Json& json, const Selection& selection);
 void write(Json& json, const Findings& findings);
+
+// "7 files, 34567 bytes" and its check sum, in a line of its own.
+std::wstring inWords(const Package& package);
+void write(Json& json, const Package& package);  // into an open object
 
 // The template's own options, as digits: "1111".
 std::wstring flagsText(long flags);
