@@ -16,7 +16,7 @@ int iconOf(FolderList list) { return list == FolderList::machine ? 0 : 1; }
 }  // namespace
 
 frmManageDWTFolders::frmManageDWTFolders()
-    : Form(L"frmManageDWTFolders", IDD_FOLDERS),
+    : Form(L"frmManageDWTFolders", IDD_FOLDERS, L"Folders"),
       Label1(*this, IDC_FOLDERS_LABEL),
       lvSelectedFolders(*this, IDC_FOLDERS_LIST, L"DWT folder list"),
       cmdAdd(*this, IDC_FOLDERS_ADD),

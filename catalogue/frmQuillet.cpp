@@ -89,7 +89,7 @@ class frmQuillet::Scanning {
 };
 
 frmQuillet::frmQuillet(HostApplication& host)
-    : Form(L"frmQuillet", IDD_QUILLET),
+    : Form(L"frmQuillet", IDD_QUILLET, L"Browser"),
       host_(host),
       lblDWTs(*this, IDC_QUILLET_LIST_LABEL),
       lvDWTs(*this, IDC_QUILLET_LIST, L"Title"),
@@ -544,11 +544,16 @@ void frmQuillet::cmdDWTNotes_Click() {
 }
 
 void frmQuillet::cmdApplyInstructions_Click() {
-  handle(L"cmdApplyInstructions_Click", [this] { modCommon::ShowHelp(L"HowToApply", {}, hwnd()); });
+  handle(L"cmdApplyInstructions_Click", [this] { openHelp(L"HowToApply", hwnd()); });
 }
 
 void frmQuillet::cmdHelp_Click() {
-  handle(L"cmdHelp_Click", [this] { modCommon::ShowHelp(L"Quillet", {}, hwnd()); });
+  handle(L"cmdHelp_Click", [this] { openHelp(L"Quillet", hwnd()); });
+}
+
+bool frmQuillet::openHelp(const wchar_t* topic, HWND owner) {
+  modCommon::ShowHelp(topic, {}, owner);
+  return true;
 }
 
 void frmQuillet::cmdAbout_Click() {

@@ -32,6 +32,7 @@ class frmQuillet : public forms::Form, private TemplateScanView {
   void Form_Unload() override;
   bool onMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
   bool preTranslate(MSG& message) override;
+  bool openHelp(const wchar_t* topic, HWND owner) override;
 
   // The scan's view of this window.
   bool keepGoing() override;

@@ -326,6 +326,11 @@ bool frmDWTOnline::preTranslate(MSG& message) {
   return wbDWTOnline.preTranslate(message);
 }
 
+bool frmDWTOnline::openHelp(const wchar_t* topic, HWND owner) {
+  modCommon::ShowHelp(topic, {}, owner);
+  return true;
+}
+
 void frmDWTOnline::tbDWTOnline_ButtonClick(const std::wstring& key) {
   refused_.userActs();
   handle(L"tbDWTOnline_ButtonClick", [&] {
@@ -343,7 +348,7 @@ void frmDWTOnline::tbDWTOnline_ButtonClick(const std::wstring& key) {
       CloseReason_ = showBrowser;
       unload();
     } else if (key == L"Help") {
-      modCommon::ShowHelp(L"DWTOnline", {}, hwnd());
+      openHelp(L"DWTOnline", hwnd());
     }
   });
 }

@@ -33,6 +33,7 @@ class frmDWTOnline : public forms::Form {
   void Form_Unload() override;
   bool onMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
   bool preTranslate(MSG& message) override;
+  bool openHelp(const wchar_t* topic, HWND owner) override;
 
   void load();
   std::wstring readStartPage();

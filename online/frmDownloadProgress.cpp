@@ -15,7 +15,7 @@ void logRunModalError(const Error& error) {
 }  // namespace
 
 frmDownloadProgress::frmDownloadProgress(HostApplication host)
-    : Form(L"frmDownloadProgress", IDD_DOWNLOAD),
+    : Form(L"frmDownloadProgress", IDD_DOWNLOAD, L"Downloading"),
       host_(std::move(host)),
       lblCurrentDownload(*this, IDC_DOWNLOAD_CURRENT),
       prbDownloadProgress(*this, IDC_DOWNLOAD_CURRENTBAR),

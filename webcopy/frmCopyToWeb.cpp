@@ -13,7 +13,7 @@ void paintNow(const forms::Control& control) noexcept { UpdateWindow(control.hwn
 }  // namespace
 
 frmCopyToWeb::frmCopyToWeb()
-    : Form(L"frmCopyToWeb", IDD_COPYTOWEB),
+    : Form(L"frmCopyToWeb", IDD_COPYTOWEB, L"Copying"),
       lblDWT(*this, IDC_COPYTOWEB_LBLDWT),
       lblDWTName(*this, IDC_COPYTOWEB_LBLDWTNAME),
       lblToWeb(*this, IDC_COPYTOWEB_LBLTOWEB),

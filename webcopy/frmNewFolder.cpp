@@ -13,7 +13,7 @@ void showFolderRefused(HWND owner, std::wstring_view text) noexcept {
 }
 
 frmNewFolder::frmNewFolder()
-    : Form(L"frmNewFolder", IDD_NEWFOLDER),
+    : Form(L"frmNewFolder", IDD_NEWFOLDER, L"NewFolder"),
       lblMsg1(*this, IDC_NEWFOLDER_LBLMSG1),
       lblParentFolder(*this, IDC_NEWFOLDER_LBLPARENTFOLDER),
       lblFolderName(*this, IDC_NEWFOLDER_LBLFOLDERNAME),

@@ -24,7 +24,7 @@ bool SelectWebFolder(const HostWeb& web, std::wstring& path, bool allowNewFolder
 }
 
 frmSelectWebFolder::frmSelectWebFolder()
-    : Form(L"frmSelectWebFolder", IDD_SELECTWEBFOLDER),
+    : Form(L"frmSelectWebFolder", IDD_SELECTWEBFOLDER, L"Destination"),
       lblWeb(*this, IDC_SELECTWEBFOLDER_LBLWEB),
       txtWeb(*this, IDC_SELECTWEBFOLDER_TXTWEB),
       tvFolders(*this, IDC_SELECTWEBFOLDER_TVFOLDERS, L'/'),

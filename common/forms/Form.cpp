@@ -149,7 +149,9 @@ void dispatchToForms(MSG& message) {
       message.hwnd = form;
       reached = true;
     }
-    if (reached && (top->takes(message) || IsDialogMessageW(form, &message))) return;
+    if (reached &&
+        (top->takesHelpKey(message) || top->takes(message) || IsDialogMessageW(form, &message)))
+      return;
   }
   TranslateMessage(&message);
   DispatchMessageW(&message);
@@ -203,7 +205,8 @@ std::wstring windowText(HWND window) {
   return text;
 }
 
-Form::Form(std::wstring name, int dialog) : name_(std::move(name)), dialog_(dialog) {}
+Form::Form(std::wstring name, int dialog, const wchar_t* helpTopic)
+    : name_(std::move(name)), dialog_(dialog), helpTopic_(helpTopic) {}
 
 Form::~Form() = default;
 
@@ -242,6 +245,19 @@ bool Form::takes(MSG& message) noexcept {
   bool taken = false;
   handle(L"Form_KeyDown", [&] { taken = preTranslate(message); });
   return taken;
+}
+
+// Before any control, since a page would show the help of the browser. One press, one window: a key
+// that is held down repeats itself.
+bool Form::takesHelpKey(const MSG& message) noexcept {
+  if (!helpTopic_ || message.message != WM_KEYDOWN || message.wParam != VK_F1) return false;
+  const std::vector<Form*>& forms = showing().forms;
+  handle(L"Form_KeyDown", [&] {
+    if (HIWORD(message.lParam) & KF_REPEAT) return;
+    auto form = forms.rbegin();
+    while (form != forms.rend() && !(*form)->openHelp(helpTopic_, window_)) ++form;
+  });
+  return true;
 }
 
 // Whether the user can get at that part of the form.

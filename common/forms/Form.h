@@ -37,8 +37,9 @@ enum Edges : unsigned {
 
 class Form {
  public:
-  // `name` is the form's name in log lines; `dialog` its dialog resource.
-  Form(std::wstring name, int dialog);
+  // `name` is the form's name in log lines; `dialog` its dialog resource; `helpTopic` what F1
+  // shows.
+  Form(std::wstring name, int dialog, const wchar_t* helpTopic = nullptr);
   virtual ~Form();
   Form(const Form&) = delete;
   Form& operator=(const Form&) = delete;
@@ -55,6 +56,10 @@ class Form {
   virtual bool preTranslate(MSG&) { return false; }
 
  protected:
+  // Shows a help topic over `owner`, a window of this form or of one that stands over it; false
+  // leaves it to the form below.
+  virtual bool openHelp(const wchar_t* /*topic*/, HWND /*owner*/) { return false; }
+
   // Shows the window over `owner`, with every other window of the thread disabled, and returns
   // after unload(). It opens centred on its owner; Form_Load may place it elsewhere. Raises an
   // Error (429) when the window cannot be made. A form is shown once.
@@ -129,6 +134,7 @@ class Form {
   void leaveScreen() noexcept;
   void runLoop();
   bool takes(MSG& message) noexcept;
+  bool takesHelpKey(const MSG& message) noexcept;
   bool reaches(HWND window) const noexcept;
   HWND nextStop(HWND from) const noexcept;
   void giveFocus(HWND control) noexcept;
@@ -140,6 +146,7 @@ class Form {
 
   std::wstring name_;
   int dialog_;
+  const wchar_t* helpTopic_;
   HWND window_ = nullptr;
   HWND toolTips_ = nullptr;
   ModalScope* modal_ = nullptr;

@@ -8,7 +8,7 @@
 #include "common/version.h"
 
 frmAbout::frmAbout()
-    : Form(L"frmAbout", IDD_ABOUT),
+    : Form(L"frmAbout", IDD_ABOUT, L"About"),
       lblVersion(*this, IDC_ABOUT_VERSION),
       chkLogging(*this, IDC_ABOUT_LOGGING),
       cmdOK(*this, IDOK) {

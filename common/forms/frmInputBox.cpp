@@ -27,7 +27,7 @@ class frmInputBox final : public forms::Form {
 };
 
 frmInputBox::frmInputBox(const std::wstring& prompt, int limit)
-    : Form(L"frmInputBox", IDD_INPUTBOX),
+    : Form(L"frmInputBox", IDD_INPUTBOX, L"Downloading"),
       lblPrompt(*this, IDC_INPUTBOX_LBLPROMPT),
       txtInput(*this, IDC_INPUTBOX_TXTINPUT),
       btnOK(*this, IDOK),

@@ -3,7 +3,7 @@
 
 #include "catalogue/Destination.h"
 #include "tests/catalogue/frmQuillet_support.h"
-#include "tests/support/ImportPatch.h"
+#include "tests/support/Launches.h"
 #include "webcopy/resource.h"
 
 namespace {
@@ -16,26 +16,6 @@ std::wstring defaultQuestion(const BrowserWindow& browser) {
          L"destination? \r\n " +
          browser.webUrl() + L"/dwts";
 }
-
-// What was started by the shell.
-struct Launch {
-  std::wstring file;
-  std::wstring parameters;
-};
-std::vector<Launch> launches;
-
-HINSTANCE WINAPI noteLaunch(HWND, LPCWSTR, LPCWSTR file, LPCWSTR parameters, LPCWSTR, INT) {
-  launches.push_back({file ? file : L"", parameters ? parameters : L""});
-  return reinterpret_cast<HINSTANCE>(33);
-}
-
-class LaunchesNoted {
- public:
-  LaunchesNoted() { launches.clear(); }
-
- private:
-  ImportPatch patch_{nullptr, "shell32.dll", "ShellExecuteW", &noteLaunch};
-};
 
 // Presses the picker's OK on the initial selection.
 void acceptPicker(BrowserWindow& browser) {
@@ -434,36 +414,36 @@ TEST_CASE("an error behind a button is logged under its name and the window stay
 }
 
 TEST_CASE("the notes of the selected template open in the quick help viewer") {
-  const LaunchesNoted noted;
+  const Launches launches;
   BrowserWindow browser;
   browser.addTemplate(L"home");
   const std::wstring notes = browser.disk.writeFile(L"home\\readme.htm", "notes");
   browser.show([&] { press(browser.dialog, IDC_QUILLET_NOTES); });
-  REQUIRE(launches.size() == 1);
-  CHECK(launches[0].file.ends_with(L"\\KorvelQuickHelp.exe"));
-  CHECK(launches[0].parameters == L"\"" + notes + L"\" \"DWTNotes\"");
+  REQUIRE(launches.noted().size() == 1);
+  CHECK(launches.noted()[0].file.ends_with(L"\\KorvelQuickHelp.exe"));
+  CHECK(launches.noted()[0].parameters == L"\"" + notes + L"\" \"DWTNotes\"");
 }
 
 TEST_CASE("a template without notes shows its page as notes") {
-  const LaunchesNoted noted;
+  const Launches launches;
   BrowserWindow browser;
   const std::wstring file = browser.addTemplate(L"home");
   browser.show([&] { press(browser.dialog, IDC_QUILLET_NOTES); });
-  REQUIRE(launches.size() == 1);
-  CHECK(launches[0].parameters == L"\"" + file + L"\" \"DWTNotes\"");
+  REQUIRE(launches.noted().size() == 1);
+  CHECK(launches.noted()[0].parameters == L"\"" + file + L"\" \"DWTNotes\"");
 }
 
 TEST_CASE("help and instructions open their topics") {
-  const LaunchesNoted noted;
+  const Launches launches;
   BrowserWindow browser;
   browser.addTemplate(L"home");
   browser.show([&] {
     press(browser.dialog, IDC_QUILLET_HELP);
     press(browser.dialog, IDC_QUILLET_INSTRUCTIONS);
   });
-  REQUIRE(launches.size() == 2);
-  CHECK(launches[0].parameters.ends_with(L"\" /cQuillet"));
-  CHECK(launches[1].parameters.ends_with(L"\" /cHowToApply"));
+  REQUIRE(launches.noted().size() == 2);
+  CHECK(launches.noted()[0].parameters.ends_with(L"\" /cQuillet"));
+  CHECK(launches.noted()[1].parameters.ends_with(L"\" /cHowToApply"));
 }
 
 TEST_CASE("the about button opens the about box over the browser") {

@@ -3,6 +3,7 @@
 
 #include "tests/online/OnlineWindow.h"
 #include "tests/support/LaunchRecorder.h"
+#include "tests/support/Launches.h"
 
 namespace {
 
@@ -227,6 +228,18 @@ TEST_CASE("the Help button and F1 open the window's help topic") {
   });
   CHECK(viewer.commandLine() == launched);
   CHECK(online.driver.boxes().empty());
+}
+
+TEST_CASE("F1 opens the topic of the download dialog over the catalogue's window") {
+  const HttpServer server({{"/d.zip", HttpServer::ok(archive())}});
+  const Launches launches;
+  OnlineWindow online;
+  online.driver.onDialog(L"Downloading...", [](HWND dialog) {
+    PostMessageW(GetDlgItem(dialog, IDCANCEL), WM_KEYDOWN, VK_F1, 0);
+    forms::yieldToMessages();
+  });
+  online.show([&] { online.page.follow(downloadPage(L"?dwt1=" + server.url(L"/d.zip"))); });
+  CHECK(launches.topics() == Lines{L"Downloading"});
 }
 
 TEST_CASE("keys do nothing while the window is switched off") {
