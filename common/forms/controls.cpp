@@ -1,6 +1,7 @@
 #include "common/forms/controls.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace forms {
 
@@ -116,13 +117,20 @@ void ProgressBar::setMaximum(long maximum) noexcept {
 
 void ProgressBar::setValue(long value) noexcept {
   value_ = value;
-  const bool atEnd = value == 0 || value == maximum_;
-  if (atEnd ? value != shown_ : pixelsAt(value) != pixelsAt(shown_)) show(value);
+  if (isWorthShowing(value)) show(value);
 }
 
-// The control paints itself at each position that it is given, also where no pixel changes.
+// The control paints itself at each position that it is given, also where no pixel changes, and the
+// pictures of a theme take their time: as much as importing some files does.
+bool ProgressBar::isWorthShowing(long value) const noexcept {
+  if (value == 0 || value == maximum_) return value != shown_;
+  if (pixelsAt(value) == pixelsAt(shown_)) return false;
+  return std::abs(value - shown_) >= maximum_ / 10 || GetTickCount() - shownAt_ >= betweenPaints;
+}
+
 void ProgressBar::show(long value) noexcept {
   shown_ = value;
+  shownAt_ = GetTickCount();
   SendMessageW(hwnd(), PBM_SETPOS, static_cast<WPARAM>(value), 0);
 }
 

@@ -114,6 +114,8 @@ class ComboBox : public Control {
   void onCommand(WORD code) override;
 };
 
+// A step that is smaller than a tenth of the bar is shown ten times a second at most; the end is
+// always shown.
 class ProgressBar : public Control {
  public:
   using Control::Control;
@@ -127,12 +129,16 @@ class ProgressBar : public Control {
   void StepProgress(short by) noexcept;
 
  private:
+  static constexpr DWORD betweenPaints = 100;  // milliseconds
+
+  bool isWorthShowing(long value) const noexcept;
   void show(long value) noexcept;
   LONG pixelsAt(long value) const noexcept;
 
   long maximum_ = 100;
   long value_ = 0;
   long shown_ = 0;
+  DWORD shownAt_ = 0;
 };
 
 }  // namespace forms

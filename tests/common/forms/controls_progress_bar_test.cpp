@@ -80,17 +80,50 @@ TEST_CASE("a progress bar takes the largest counts and no negative maximum") {
   });
 }
 
+TEST_CASE("a progress bar is painted ten times a second however fast its steps come") {
+  BarForm([](BarForm& form) {
+    form.bar.ResetProgress(30000);
+    const MessageCount shown(form.bar.hwnd(), PBM_SETPOS);
+    const DWORD began = GetTickCount();
+    for (int step = 0; step < 30000; ++step) form.bar.StepProgress(1);
+    const DWORD tenths = (GetTickCount() - began) / 100;
+    CHECK(form.bar.value() == 30000);
+    CHECK(form.shown() == 30000);
+    // And once for each tenth of the way, so that no large step is left out.
+    CHECK(shown.get() >= 10);
+    CHECK(shown.get() <= 12 + static_cast<int>(tenths));
+  });
+}
+
+TEST_CASE("a progress bar shows each of a few steps at once") {
+  BarForm([](BarForm& form) {
+    form.bar.ResetProgress(10);
+    for (int step = 1; step <= 10; ++step) {
+      form.bar.StepProgress(1);
+      CHECK(form.shown() == step);
+    }
+  });
+}
+
+TEST_CASE("a small step of a progress bar shows when a tenth of a second has passed") {
+  BarForm([](BarForm& form) {
+    const DWORD began = GetTickCount();
+    form.bar.ResetProgress(1000);
+    while (form.shown() == 0 && GetTickCount() - began < 10000) form.bar.setValue(50);
+    CHECK(form.shown() == 50);
+    CHECK(GetTickCount() - began >= 100);
+  });
+}
+
 TEST_CASE("a progress bar is not painted for steps that change no pixel") {
   BarForm([](BarForm& form) {
     form.bar.ResetProgress(30000);
-    RECT client;
-    GetClientRect(form.bar.hwnd(), &client);
-    const MessageCount steps(form.bar.hwnd(), PBM_SETPOS);
-    for (int step = 0; step < 30000; ++step) form.bar.StepProgress(1);
-    CHECK(form.bar.value() == 30000);
-    CHECK(form.shown() == 30000);
-    CHECK(steps.get() >= client.right - 1);
-    CHECK(steps.get() <= client.right + 1);
+    const MessageCount shown(form.bar.hwnd(), PBM_SETPOS);
+    const DWORD began = GetTickCount();
+    while (GetTickCount() - began < 150)
+      for (const long value : {1, 2}) form.bar.setValue(value);
+    CHECK(form.bar.value() == 2);
+    CHECK(shown.get() == 0);
   });
 }
 
