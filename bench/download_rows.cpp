@@ -60,6 +60,7 @@ double engine(long megabytes) {
   Silent view;
   DownloadTable table;
   table.fill(L"?dwt1=" + addressOf(megabytes));
+  table.setParts(0, DownloadTable::dwt, modWINInetURL::CrackUrl(addressOf(megabytes)));
   table.setSize(0, DownloadTable::dwt, static_cast<unsigned long long>(megabytes) * megabyte);
   InternetSession session;
   session.open();
