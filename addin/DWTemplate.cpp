@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "addin/ButtonFace.h"
 #include "addin/ClipboardKeeper.h"
 #include "addin/accelerator.h"
+#include "addin/button_face.h"
 #include "addin/commands.h"
 #include "addin/owner.h"
 #include "addin/resource.h"

@@ -1,6 +1,6 @@
 #include "bench/BarePage.h"
 
-#include "bench/Measure.h"
+#include "bench/measure.h"
 
 namespace bench {
 namespace {

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "bench/Measure.h"
+#include "bench/measure.h"
 #include "catalogue/resource.h"
 #include "common/ansi.h"
 #include "common/visual_styles.h"

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "bench/BarePage.h"
-#include "bench/BareScan.h"
+#include "bench/bare_scan.h"
 #include "common/handles.h"
 
 namespace bench {

@@ -4,8 +4,8 @@
 
 #include <utility>
 
-#include "bench/BareScan.h"
 #include "bench/BareWindow.h"
+#include "bench/bare_scan.h"
 #include "catalogue/resource.h"
 #include "common/handles.h"
 

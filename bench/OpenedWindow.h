@@ -8,7 +8,7 @@
 #include <string>
 
 #include "addin/host/HostApplication.h"
-#include "bench/Measure.h"
+#include "bench/measure.h"
 #include "catalogue/frmQuillet.h"
 #include "host/model/Host.h"
 #include "tests/support/ScratchFolder.h"

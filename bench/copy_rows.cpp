@@ -2,7 +2,7 @@
 #include <cstring>
 #include <optional>
 
-#include "bench/BareScan.h"
+#include "bench/bare_scan.h"
 #include "bench/rows.h"
 #include "common/ansi.h"
 #include "common/forms/Form.h"

@@ -3,7 +3,7 @@
 
 #include <wininet.h>
 
-#include "bench/BareScan.h"
+#include "bench/bare_scan.h"
 #include "bench/rows.h"
 #include "common/ansi.h"
 #include "common/forms/Form.h"

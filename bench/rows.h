@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "bench/Measure.h"
+#include "bench/measure.h"
 
 namespace bench {
 

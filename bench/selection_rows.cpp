@@ -6,9 +6,9 @@
 
 #include <algorithm>
 
-#include "bench/BareScan.h"
 #include "bench/BareWindow.h"
 #include "bench/OpenedWindow.h"
+#include "bench/bare_scan.h"
 #include "bench/rows.h"
 #include "common/handles.h"
 

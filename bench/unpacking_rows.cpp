@@ -1,8 +1,8 @@
 // Unpacking an archive of many files.
 #include "bench/rows.h"
 #include "common/ansi.h"
-#include "online/archive/UnzipFiles.h"
-#include "online/archive/UnzipRecords.h"
+#include "online/archive/unzip_files.h"
+#include "online/archive/unzip_records.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace bench {

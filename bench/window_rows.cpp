@@ -1,9 +1,9 @@
 // Opening the browser window, and the scan that it begins with.
 #include <windows.h>
 
-#include "bench/BareScan.h"
 #include "bench/BareWindow.h"
 #include "bench/OpenedWindow.h"
+#include "bench/bare_scan.h"
 #include "bench/rows.h"
 #include "catalogue/TemplateScan.h"
 #include "common/NameSet.h"

@@ -1,7 +1,7 @@
 #include "catalogue/TemplateInfo.h"
 
-#include "common/IniFile.h"
 #include "common/description_file.h"
+#include "common/ini_file.h"
 #include "common/letter_case.h"
 #include "common/paths.h"
 #include "common/text.h"

@@ -1,8 +1,8 @@
 #include "catalogue/frmManageDWTFolders.h"
 
 #include "catalogue/resource.h"
-#include "common/forms/BrowseForFolder.h"
 #include "common/forms/folder_icons.h"
+#include "common/forms/modBrowseForFolder.h"
 #include "common/log.h"
 
 namespace {

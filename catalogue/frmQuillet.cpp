@@ -1,12 +1,12 @@
 #include "catalogue/frmQuillet.h"
 
 #include "addin/host/environment.h"
-#include "catalogue/Destination.h"
 #include "catalogue/TemplateInfo.h"
+#include "catalogue/destination.h"
 #include "catalogue/frmManageDWTFolders.h"
 #include "catalogue/resource.h"
-#include "common/forms/PageAddress.h"
 #include "common/forms/frmAbout.h"
+#include "common/forms/page_address.h"
 #include "common/log.h"
 #include "common/log_switch.h"
 #include "common/module.h"
@@ -16,9 +16,9 @@
 #include "common/text.h"
 #include "common/version.h"
 #include "online/frmDWTOnline.h"
-#include "webcopy/SamePlace.h"
 #include "webcopy/frmCopyToWeb.h"
 #include "webcopy/frmSelectWebFolder.h"
+#include "webcopy/same_place.h"
 
 using modCommon::WriteLog;
 

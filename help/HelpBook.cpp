@@ -5,8 +5,8 @@
 #include "common/letter_case.h"
 #include "common/paths.h"
 #include "common/text.h"
-#include "help/LocalPage.h"
-#include "html/Tag.h"
+#include "help/local_page.h"
+#include "html/TokenReader.h"
 
 namespace help {
 namespace {

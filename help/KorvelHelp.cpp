@@ -1,7 +1,7 @@
 // KorvelHelp.exe "<help folder>\" [/c<topic>]
 #include "common/handles.h"
-#include "help/CommandLine.h"
 #include "help/SingleInstance.h"
+#include "help/command_line.h"
 #include "help/frmHelp.h"
 #include "help/program.h"
 

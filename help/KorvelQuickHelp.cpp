@@ -1,5 +1,5 @@
 // KorvelQuickHelp.exe "<file>" "<title>"
-#include "help/CommandLine.h"
+#include "help/command_line.h"
 #include "help/frmQuickHelp.h"
 #include "help/program.h"
 

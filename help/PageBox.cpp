@@ -5,7 +5,7 @@
 #include "common/errors.h"
 #include "common/forms/Form.h"
 #include "common/paths.h"
-#include "help/LocalPage.h"
+#include "help/local_page.h"
 #include "help/references.h"
 
 namespace help {

@@ -7,10 +7,10 @@
 #include "common/forms/ListView.h"
 #include "common/forms/TreeView.h"
 #include "common/forms/controls.h"
-#include "help/CommandLine.h"
 #include "help/HelpBook.h"
 #include "help/History.h"
 #include "help/PageBox.h"
+#include "help/command_line.h"
 
 class frmHelp : public forms::Form {
  public:

@@ -5,8 +5,8 @@
 
 #include "common/forms/Form.h"
 #include "common/forms/controls.h"
-#include "help/CommandLine.h"
 #include "help/PageBox.h"
+#include "help/command_line.h"
 
 class frmQuickHelp : public forms::Form {
  public:

@@ -3,9 +3,9 @@
 #include <commctrl.h>
 #include <shlobj.h>
 
-#include "host/AddInsDialog.h"
+#include "host/add_ins_dialog.h"
 #include "host/guarded.h"
-#include "host/model/WebPaths.h"
+#include "host/model/web_paths.h"
 #include "host/resource.h"
 
 namespace standin {

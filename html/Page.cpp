@@ -6,7 +6,7 @@
 #include <cwctype>
 
 #include "common/text.h"
-#include "html/Tag.h"
+#include "html/TokenReader.h"
 
 namespace html {
 namespace {

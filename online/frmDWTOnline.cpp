@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "addin/host/environment.h"
-#include "common/forms/BrowseForFolder.h"
 #include "common/forms/folder_icons.h"
+#include "common/forms/modBrowseForFolder.h"
 #include "common/log.h"
 #include "common/log_switch.h"
 #include "common/paths.h"
@@ -12,7 +12,7 @@
 #include "common/settings.h"
 #include "common/text.h"
 #include "folders/TemplateFolderList.h"
-#include "online/DownloadPage.h"
+#include "online/download_page.h"
 #include "online/frmDownloadProgress.h"
 #include "online/resource.h"
 #include "online/toolbar_pictures.h"

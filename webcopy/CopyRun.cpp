@@ -7,18 +7,18 @@
 
 #include "addin/host/web_path.h"
 #include "common/FileSearch.h"
-#include "common/IniFile.h"
 #include "common/NameSet.h"
 #include "common/NoSystemBoxes.h"
 #include "common/description_file.h"
 #include "common/errors.h"
 #include "common/handles.h"
+#include "common/ini_file.h"
 #include "common/letter_case.h"
 #include "common/log.h"
 #include "common/text.h"
-#include "webcopy/CopiedFiles.h"
-#include "webcopy/SamePlace.h"
 #include "webcopy/ThemeValue.h"
+#include "webcopy/copied_files.h"
+#include "webcopy/same_place.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "webcopy/frmNewFolder.h"
 
-#include "webcopy/WebFolderPath.h"
-#include "webcopy/WebFolders.h"
 #include "webcopy/resource.h"
+#include "webcopy/web_folder_path.h"
+#include "webcopy/web_folders.h"
 
 bool AskNewFolderName(const HostFolder& parent, std::wstring& name, HWND owner) {
   return frmNewFolder().AskNewFolderName(parent, name, owner);

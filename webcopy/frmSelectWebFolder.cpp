@@ -4,9 +4,9 @@
 #include "common/forms/folder_icons.h"
 #include "common/letter_case.h"
 #include "common/text.h"
-#include "webcopy/WebFolderPath.h"
 #include "webcopy/frmNewFolder.h"
 #include "webcopy/resource.h"
+#include "webcopy/web_folder_path.h"
 
 namespace {
 

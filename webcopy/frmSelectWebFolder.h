@@ -8,7 +8,7 @@
 #include "addin/host/HostWeb.h"
 #include "common/forms/ImageList.h"
 #include "common/forms/TreeView.h"
-#include "webcopy/WebFolders.h"
+#include "webcopy/web_folders.h"
 
 // `path` is the initial selection and, when the user pressed OK (true), the chosen folder: its path
 // below the web's root without a leading "/", empty for the root itself; when `absolute`, the web's

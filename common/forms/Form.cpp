@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "common/forms/DialogTemplate.h"
 #include "common/forms/controls.h"
+#include "common/forms/dialog_template.h"
 #include "common/forms/resource.h"
 #include "common/visual_styles.h"
 

@@ -4,7 +4,7 @@
 #include "common/errors.h"
 #include "host/model/Themes.h"
 #include "host/model/Web.h"
-#include "host/model/WebPaths.h"
+#include "host/model/web_paths.h"
 
 namespace standin {
 namespace {

@@ -5,8 +5,8 @@
 #include "common/ansi.h"
 #include "common/text.h"
 #include "host/model/Themes.h"
-#include "host/model/WebPaths.h"
 #include "host/model/disk.h"
+#include "host/model/web_paths.h"
 
 namespace standin {
 namespace {

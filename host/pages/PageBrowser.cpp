@@ -1,8 +1,8 @@
 #include "host/pages/PageBrowser.h"
 
 #include "common/text.h"
-#include "host/pages/Address.h"
 #include "host/pages/BareBrowser.h"
+#include "host/pages/address.h"
 #include "host/pages/fetch.h"
 #include "html/PageView.h"
 #include "html/encoding.h"

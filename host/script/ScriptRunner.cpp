@@ -8,7 +8,7 @@
 #include "host/model/Faults.h"
 #include "host/model/Session.h"
 #include "host/model/disk.h"
-#include "host/script/Desktop.h"
+#include "host/script/desktop.h"
 #include "host/script/picture.h"
 
 namespace standin {

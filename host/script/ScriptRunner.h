@@ -10,8 +10,8 @@
 
 #include "host/model/AutomationObject.h"
 #include "host/script/CallHold.h"
-#include "host/script/Desktop.h"
 #include "host/script/ScriptLine.h"
+#include "host/script/desktop.h"
 
 namespace standin {
 

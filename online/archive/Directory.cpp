@@ -4,8 +4,8 @@
 #include <optional>
 #include <string_view>
 
-#include "online/archive/Checksum.h"
-#include "online/archive/Order.h"
+#include "online/archive/checksum.h"
+#include "online/archive/order.h"
 
 namespace archive {
 namespace {

@@ -4,7 +4,7 @@
 #include <windows.h>
 
 #include "common/handles.h"
-#include "online/archive/UnzipRecords.h"
+#include "online/archive/unzip_records.h"
 
 namespace handles {
 struct ModuleTraits {

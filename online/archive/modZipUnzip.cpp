@@ -10,9 +10,8 @@
 #include "common/errors.h"
 #include "common/text.h"
 #include "online/archive/ArchiveFile.h"
-#include "online/archive/Gate.h"
 #include "online/archive/UnzipLibrary.h"
-#include "online/transfer/ByteSize.h"
+#include "online/archive/gate.h"
 
 namespace modZipUnzip {
 namespace {

@@ -3,13 +3,13 @@
 #include <utility>
 
 #include "addin/host/environment.h"
+#include "common/byte_size.h"
 #include "common/log.h"
 #include "common/paths.h"
 #include "common/text.h"
 #include "online/archive/UnpackingBoxes.h"
-#include "online/archive/UnzipFiles.h"
 #include "online/archive/modZipUnzip.h"
-#include "online/transfer/ByteSize.h"
+#include "online/archive/unzip_files.h"
 #include "online/transfer/DownloadSteps.h"
 #include "online/transfer/UrlValidation.h"
 
@@ -141,7 +141,7 @@ void DownloadRun::transferAndInstall() {
   if (!validation.ValidateURLs()) return;
   // Each file once for its transfer, once for its unpacking.
   view_.resetOverall(static_cast<short>(2 * table_.places().size()));
-  view_.showOverallSize(online::byteSizeText(validation.totalSize()));
+  view_.showOverallSize(text::byteSize(validation.totalSize()));
   install(FileTransfer(table_, session_, stagingFolder_, view_).run());
 }
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "online/transfer/WinInet.h"
+#include "online/transfer/internet_functions.h"
 
 class InternetSession {
  public:

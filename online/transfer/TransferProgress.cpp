@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "common/byte_size.h"
 #include "common/text.h"
-#include "online/transfer/ByteSize.h"
 
 namespace {
 
@@ -12,7 +12,7 @@ constexpr short wholeBar = 100;
 }  // namespace
 
 TransferProgress::TransferProgress(unsigned long long size, DownloadView& view)
-    : size_(size), view_(view), sizeText_(online::byteSizeText(static_cast<double>(size))) {
+    : size_(size), view_(view), sizeText_(text::byteSize(static_cast<double>(size))) {
   view_.resetCurrent(wholeBar);
 }
 
@@ -27,7 +27,7 @@ void TransferProgress::show(unsigned long long received) {
   if (received < nextText_ && received < size_) return;
   nextText_ = received + received / 1024;
   std::wstring sizes =
-      text::join({online::byteSizeText(static_cast<double>(received)), L" of ", sizeText_});
+      text::join({text::byteSize(static_cast<double>(received)), L" of ", sizeText_});
   if (sizes == shown_) return;
   view_.showCurrentSize(sizes);
   shown_ = std::move(sizes);

@@ -2,7 +2,7 @@
 
 #include "common/file_names.h"
 #include "common/text.h"
-#include "online/archive/ArchiveNames.h"
+#include "online/archive/archive_names.h"
 
 namespace online {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "common/ansi.h"
 #include "common/letter_case.h"
-#include "online/transfer/WinInet.h"
+#include "online/transfer/internet_functions.h"
 
 namespace modWINInetURL {
 namespace {

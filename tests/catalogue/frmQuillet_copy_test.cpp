@@ -1,7 +1,7 @@
 // The template browser: destination, copy and the windows it opens.
 #include <algorithm>
 
-#include "catalogue/Destination.h"
+#include "catalogue/destination.h"
 #include "tests/catalogue/frmQuillet_support.h"
 #include "tests/support/Launches.h"
 #include "webcopy/resource.h"

@@ -2,9 +2,9 @@
 #include "common/module.h"
 #include "common/paths.h"
 #include "help/HelpBook.h"
-#include "help/LocalPage.h"
+#include "help/local_page.h"
 #include "help/references.h"
-#include "html/Tag.h"
+#include "html/TokenReader.h"
 #include "tests/support/text_output.h"
 
 namespace {

@@ -1,7 +1,7 @@
 // Web pages: what is read out of HTML and where it is put.
 #include "html/Page.h"
 #include "html/Layout.h"
-#include "html/Tag.h"
+#include "html/TokenReader.h"
 #include "tests/support/text_output.h"
 
 using namespace html;

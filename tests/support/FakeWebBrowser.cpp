@@ -5,8 +5,8 @@
 #include <initializer_list>
 #include <utility>
 
-#include "host/pages/Address.h"
 #include "host/pages/BareBrowser.h"
+#include "host/pages/address.h"
 #include "tests/support/ModalDriver.h"
 
 using standin::pages::BareBrowser;

@@ -5,7 +5,7 @@
 #include "common/text.h"
 #include "tests/support/text_output.h"
 #include "tests/webcopy/CopyFixture.h"
-#include "webcopy/SamePlace.h"
+#include "webcopy/same_place.h"
 
 using Lines = std::vector<std::wstring>;
 

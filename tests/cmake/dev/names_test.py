@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""The check of where tests lie, on made-up files.
+"""The check of names, on made-up files.
 
 usage: names_test.py NAMES TEST
 """
@@ -60,6 +60,17 @@ class Names(unittest.TestCase):
         self.assertEqual(
             self.said_of('common/paths.cpp', 'tests/common/paths_test.cpp=TEST_SUITE("paths") {'),
             'tests/common/paths_test.cpp has a suite: its name says as much')
+
+    def test_header_of_a_type(self):
+        self.assertEqual(self.said_of('common/Path.h=class Path {'), '')
+        self.assertEqual(self.said_of('online/UnzipLibrary.h=namespace unzip { class Library'), '')
+        self.assertEqual(self.said_of('common/BrowserSite.h=class Browser::Site {'), '')
+        self.assertEqual(self.said_of('common/Box.h=class Boxes {', 'common/Box.cpp=struct Box {'), '')
+
+    def test_header_of_functions(self):
+        self.assertEqual(self.said_of('common/paths.h=bool isPath();'), '')
+        self.assertEqual(self.said_of('common/Paths.h=bool isPath();'),
+                         'common/Paths.h declares no Paths: a topic is written in small letters')
 
 
 if __name__ == '__main__':

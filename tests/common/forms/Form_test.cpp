@@ -2,10 +2,10 @@
 
 #include <memory>
 
-#include "common/forms/DialogTemplate.h"
 #include "common/forms/PictureBox.h"
 #include "common/forms/WebBrowser.h"
 #include "common/forms/controls.h"
+#include "common/forms/dialog_template.h"
 #include "common/forms/resource.h"
 #include "tests/support/DialogResource.h"
 #include "tests/support/Frame.h"

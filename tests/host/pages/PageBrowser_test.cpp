@@ -6,8 +6,8 @@
 #include <oleidl.h>
 
 #include "common/com.h"
-#include "host/pages/Address.h"
 #include "host/pages/BareBrowser.h"
+#include "host/pages/address.h"
 #include "html/PageView.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"

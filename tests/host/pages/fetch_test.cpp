@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "host/pages/Address.h"
+#include "host/pages/address.h"
 #include "tests/online/LoopbackServer.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/text_output.h"

@@ -7,7 +7,7 @@
 
 #include "common/forms/resource.h"
 #include "common/log.h"
-#include "online/archive/UnzipFiles.h"
+#include "online/archive/unzip_files.h"
 #include "tests/online/archive/ZipMaker.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"

@@ -108,7 +108,7 @@ def make_all(out, plain, accented):
 
     # zip leaves out in which encoding its names are, unless the system has a locale for it.
     names = sorted(os.listdir(accented))
-    run(accented, "7zz", "a", "-tzip", to("accents-7z"), *names)
+    run(accented, SEVEN_ZIP, "a", "-tzip", to("accents-7z"), *names)
     run(accented, "bsdtar", "--format", "zip", "-cf", to("accents-bsdtar"), *names)
     python_zip(to("accents-python"), ACCENTED)
     python_zip(to("accents-python-streamed"), ACCENTED, streamed=True)

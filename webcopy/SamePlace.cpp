@@ -1,9 +1,0 @@
-#include "webcopy/SamePlace.h"
-
-#include "common/text.h"
-
-std::wstring samePlaceMessage(std::wstring_view templateFolder) {
-  return text::message(
-      L"Cannot copy \" %s \". | The destination folder is the same as the source folder.",
-      templateFolder);
-}
