@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "author/PageText.h"
+#include "author/page_text.h"
 #include "common/letter_case.h"
 #include "common/text.h"
 

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string>
 
-#include "author/Disk.h"
 #include "author/Work.h"
+#include "author/disk.h"
 
 namespace author {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "author/TemplateCheck.h"
-#include "author/ThemeCheck.h"
+#include "author/template_check.h"
+#include "author/theme_check.h"
 
 namespace author {
 

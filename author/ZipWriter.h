@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "author/Disk.h"
+#include "author/disk.h"
 
 namespace author {
 

@@ -4,7 +4,7 @@
 #include <shellapi.h>
 
 #include "author/Console.h"
-#include "author/Program.h"
+#include "author/program.h"
 
 namespace {
 

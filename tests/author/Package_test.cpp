@@ -1,7 +1,7 @@
 // Archives that the program makes, and what our unpacking makes of them.
 #include "author/Package.h"
-#include "author/Program.h"
 #include "author/Sha256.h"
+#include "author/program.h"
 #include "common/errors.h"
 #include "online/archive/UnzipFiles.h"
 #include "tests/author/TemplateOnDisk.h"

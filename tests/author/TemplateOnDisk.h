@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "author/TemplateCheck.h"
+#include "author/template_check.h"
 #include "tests/author/RecordedConsole.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/pictures.h"

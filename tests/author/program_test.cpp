@@ -1,5 +1,5 @@
 // The program itself: its words, its exit codes, and what it prints where.
-#include "author/Program.h"
+#include "author/program.h"
 #include "author/CommandLine.h"
 #include "common/version.h"
 #include "tests/author/RecordedConsole.h"

@@ -1,6 +1,6 @@
-#include "author/PictureCheck.h"
+#include "author/PictureLook.h"
 
-#include "author/Disk.h"
+#include "author/disk.h"
 #include "common/errors.h"
 #include "common/forms/PictureDecoder.h"
 

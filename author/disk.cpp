@@ -1,4 +1,4 @@
-#include "author/Disk.h"
+#include "author/disk.h"
 
 #include <algorithm>
 
@@ -7,7 +7,7 @@
 #include "common/letter_case.h"
 #include "common/paths.h"
 #include "common/text.h"
-#include "webcopy/copied_files.h"
+#include "webcopy/CopiedFiles.h"
 
 namespace author {
 namespace {

@@ -1,4 +1,4 @@
-#include "author/Report.h"
+#include "author/report.h"
 
 #include "common/letter_case.h"
 #include "common/text.h"

@@ -1,10 +1,10 @@
-#include "author/ThemeCheck.h"
+#include "author/theme_check.h"
 
 #include <algorithm>
 
-#include "author/TemplateCheck.h"
+#include "author/template_check.h"
+#include "common/IniFile.h"
 #include "common/ansi.h"
-#include "common/ini_file.h"
 #include "common/letter_case.h"
 #include "common/text.h"
 

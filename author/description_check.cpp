@@ -1,20 +1,20 @@
-#include "author/DescriptionCheck.h"
+#include "author/description_check.h"
 
 #include <algorithm>
 #include <array>
 
-#include "author/DescriptionFile.h"
-#include "author/TemplateCheck.h"
+#include "author/DescriptionLines.h"
+#include "author/template_check.h"
 #include "catalogue/Preview.h"
 #include "catalogue/TemplateInfo.h"
+#include "common/IniFile.h"
 #include "common/NameSet.h"
 #include "common/ansi.h"
 #include "common/description_file.h"
-#include "common/ini_file.h"
 #include "common/letter_case.h"
 #include "common/paths.h"
 #include "common/text.h"
-#include "online/archive/entry_names.h"
+#include "online/archive/EntryNames.h"
 
 namespace author {
 namespace {

@@ -1,14 +1,14 @@
-#include "author/TemplateCheck.h"
+#include "author/template_check.h"
 
 #include <algorithm>
 #include <tuple>
 #include <unordered_map>
 #include <utility>
 
-#include "author/DescriptionCheck.h"
 #include "author/EditableRegions.h"
-#include "author/PageText.h"
-#include "author/PictureCheck.h"
+#include "author/PictureLook.h"
+#include "author/description_check.h"
+#include "author/page_text.h"
 #include "catalogue/Preview.h"
 #include "catalogue/TemplateInfo.h"
 #include "catalogue/TemplateScan.h"
@@ -18,7 +18,7 @@
 #include "common/letter_case.h"
 #include "common/text.h"
 #include "html/encoding.h"
-#include "webcopy/copied_files.h"
+#include "webcopy/CopiedFiles.h"
 
 namespace author {
 namespace {

@@ -1,6 +1,6 @@
-#include "author/DescriptionFile.h"
+#include "author/DescriptionLines.h"
 
-#include "author/PageText.h"
+#include "author/page_text.h"
 #include "common/letter_case.h"
 #include "common/text.h"
 

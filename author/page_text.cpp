@@ -1,4 +1,4 @@
-#include "author/PageText.h"
+#include "author/page_text.h"
 
 #include <algorithm>
 #include <iterator>
@@ -6,7 +6,7 @@
 #include "common/escapes.h"
 #include "common/letter_case.h"
 #include "common/text.h"
-#include "html/TokenReader.h"
+#include "html/Tag.h"
 
 namespace author {
 namespace {

@@ -1,9 +1,9 @@
-#include "author/Program.h"
+#include "author/program.h"
 
 #include "author/CommandLine.h"
 #include "author/Package.h"
-#include "author/Report.h"
 #include "author/Selection.h"
+#include "author/report.h"
 #include "common/errors.h"
 #include "common/text.h"
 #include "common/version.h"

@@ -1,4 +1,4 @@
-#include "author/PageText.h"
+#include "author/page_text.h"
 
 #include "tests/support/text_output.h"
 

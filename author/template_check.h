@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "author/Disk.h"
 #include "author/Finding.h"
 #include "author/Work.h"
+#include "author/disk.h"
 #include "webcopy/ThemeValue.h"
 
 namespace author {

@@ -1,9 +1,8 @@
 // What the check says of a template folder, rule by rule, on a real disk.
-#include "author/Selection.h"
-#include "common/errors.h"
+#include "author/template_check.h"
+
 #include "tests/author/TemplateOnDisk.h"
 #include "tests/support/ImportPatch.h"
-#include "tests/support/error_number.h"
 
 using namespace author;
 
@@ -45,11 +44,6 @@ class LostAttribute {
   ImportPatch firstW_{nullptr, "kernel32.dll", "FindFirstFileW", firstW};
   ImportPatch nextW_{nullptr, "kernel32.dll", "FindNextFileW", nextW};
 };
-
-Selection lookThrough(const std::vector<std::wstring>& folders) {
-  RecordedConsole console;
-  return author::lookThrough(folders, console);
-}
 
 Told rulesOf(const Findings& findings) {
   Told rules;
@@ -408,17 +402,6 @@ TEST_CASE("files that pages and scripts and notes lead to are linked") {
   CHECK(quay.told() == Told{});
 }
 
-TEST_CASE("a folder with no template is told") {
-  const ScratchFolder disk;
-  const std::wstring folder = disk.makeFolder(L"Empty");
-  const Selection selection = lookThrough({folder});
-  CHECK(TemplateOnDisk::told(selection.findings()) ==
-        Told{folder +
-             L":0: no-template: There is no file that ends in .dwt. | The browser lists "
-             L"nothing for this folder. | Put the template into the folder itself, under a "
-             L"name that ends in .dwt."});
-}
-
 TEST_CASE("a page that is too large to be read is told") {
   const TemplateOnDisk quay;
   quay.write(L"readme.htm", std::string(9u << 20, ' '));
@@ -426,48 +409,4 @@ TEST_CASE("a page that is too large to be read is told") {
   REQUIRE(findings.size() == 1);
   CHECK(findings[0].rule == L"unreadable");
   CHECK(findings[0].file == L"Quay\\readme.htm");
-}
-
-TEST_CASE("a folder of templates and themes is looked through a level deep") {
-  const ScratchFolder disk;
-  disk.writeFile(L"all\\One\\one.dwt", quayPage);
-  disk.writeFile(L"all\\glass\\glass.inf",
-                 "[info]\r\ntitle=Glass\r\n[titles]\r\n1033=Sea Glass\r\n");
-  disk.writeFile(L"all\\glass\\glass.elm", "x");
-  disk.writeFile(L"all\\_vti_pvt\\x.dwt", "x");
-  disk.writeFile(L"all\\one.txt", "x");
-  const Selection selection = lookThrough({disk / L"all", disk / L"all\\One\\"});
-  REQUIRE(selection.templates.size() == 1);
-  CHECK(selection.templates[0].folder == disk / L"all\\One");
-  REQUIRE(selection.themes.size() == 1);
-  CHECK(selection.themes[0].name == L"glass");
-  CHECK(selection.themes[0].title == L"Sea Glass");
-  CHECK(selection.themes[0].findings.empty());
-}
-
-TEST_CASE("a theme whose parts or name the host does not take is told") {
-  const ScratchFolder disk;
-  disk.writeFile(L"Sea Glass\\glass.inf", "x");
-  const Selection selection = lookThrough({disk / L"Sea Glass"});
-  CHECK(rulesOf(selection.findings()) ==
-        Told{L"theme-name-blank", L"theme-part-missing", L"theme-part-missing"});
-}
-
-TEST_CASE("a folder that is not there is an error with its name") {
-  const ScratchFolder disk;
-  const std::wstring gone = disk / L"gone";
-  try {
-    lookThrough({gone});
-    FAIL("no error");
-  } catch (const Error& error) {
-    CHECK(error.number() == errors::pathNotFound);
-    CHECK(std::wstring(error.description()) == gone + L": There is no such folder.");
-  }
-}
-
-TEST_CASE("a check that is stopped ends") {
-  const TemplateOnDisk quay;
-  RecordedConsole console;
-  console.goesOn = 3;
-  CHECK(numberOf([&] { author::lookThrough({quay.folder}, console); }) == errors::cancelled);
 }

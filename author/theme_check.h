@@ -3,9 +3,9 @@
 
 #include <string>
 
-#include "author/Disk.h"
 #include "author/Finding.h"
 #include "author/Work.h"
+#include "author/disk.h"
 
 namespace author {
 
