@@ -7,8 +7,8 @@
 #include "common/errors.h"
 #include "common/letter_case.h"
 #include "common/text.h"
-#include "online/archive/Gate.h"
-#include "webcopy/CopiedFiles.h"
+#include "online/archive/gate.h"
+#include "webcopy/copied_files.h"
 
 namespace author {
 namespace {

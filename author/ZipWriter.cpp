@@ -7,7 +7,7 @@
 
 #include "author/Console.h"
 #include "common/errors.h"
-#include "online/archive/Checksum.h"
+#include "online/archive/checksum.h"
 
 namespace author {
 namespace {

@@ -7,14 +7,14 @@
 #include "author/template_check.h"
 #include "catalogue/Preview.h"
 #include "catalogue/TemplateInfo.h"
-#include "common/IniFile.h"
 #include "common/NameSet.h"
 #include "common/ansi.h"
 #include "common/description_file.h"
+#include "common/ini_file.h"
 #include "common/letter_case.h"
 #include "common/paths.h"
 #include "common/text.h"
-#include "online/archive/EntryNames.h"
+#include "online/archive/entry_names.h"
 
 namespace author {
 namespace {

@@ -7,7 +7,7 @@
 #include "common/letter_case.h"
 #include "common/paths.h"
 #include "common/text.h"
-#include "webcopy/CopiedFiles.h"
+#include "webcopy/copied_files.h"
 
 namespace author {
 namespace {

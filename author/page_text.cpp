@@ -6,7 +6,7 @@
 #include "common/escapes.h"
 #include "common/letter_case.h"
 #include "common/text.h"
-#include "html/Tag.h"
+#include "html/tag.h"
 
 namespace author {
 namespace {

@@ -18,7 +18,7 @@
 #include "common/letter_case.h"
 #include "common/text.h"
 #include "html/encoding.h"
-#include "webcopy/CopiedFiles.h"
+#include "webcopy/copied_files.h"
 
 namespace author {
 namespace {

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "author/template_check.h"
-#include "common/IniFile.h"
 #include "common/ansi.h"
+#include "common/ini_file.h"
 #include "common/letter_case.h"
 #include "common/text.h"
 

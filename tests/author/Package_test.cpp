@@ -3,7 +3,7 @@
 #include "author/Sha256.h"
 #include "author/program.h"
 #include "common/errors.h"
-#include "online/archive/UnzipFiles.h"
+#include "online/archive/unzip_files.h"
 #include "tests/author/TemplateOnDisk.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/error_number.h"
