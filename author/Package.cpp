@@ -16,9 +16,6 @@ namespace {
 // One that is larger is no part of a web page.
 constexpr std::uint64_t largestFile = 128u << 20;
 
-// As long as a folder for downloads can be, see longestPathBelow.
-std::wstring longFolder() { return L"C:\\" + std::wstring(85, L'd'); }
-
 // Gone again, unless it is put into its place.
 class Part {
  public:
@@ -75,7 +72,7 @@ void pack(const std::wstring& folder, const FolderTree& tree, ZipWriter& zip, Wo
 void letThroughGate(const std::wstring& part, const std::wstring& path, Work& work) {
   archive::ArchiveFile file(part);
   try {
-    const auto damage = archive::damageOf(file, {path, longFolder()}, work);
+    const auto damage = archive::damageOf(file, {path, longestDownloadFolder()}, work);
     if (damage) throw Error(errors::pathFileAccess, *damage);
   } catch (const Error& error) {
     if (error.number() == errors::cancelled) throw;
@@ -99,6 +96,8 @@ std::wstring sumOf(const std::wstring& path) {
 
 }  // namespace
 
+std::wstring longestDownloadFolder() { return L"C:\\" + std::wstring(85, L'd'); }
+
 Package packFolder(const std::wstring& folder, const FolderTree& tree, const std::wstring& path,
                    Work& work) {
   if (!tree.isWhole)
@@ -109,6 +108,8 @@ Package packFolder(const std::wstring& folder, const FolderTree& tree, const std
   if (isFolder(path)) throw Error(errors::pathFileAccess, path + L": This is a folder.");
   Part part(path);
   Package package{path, 0, 0, {}};
+  const std::wstring above(text::beforeLast(path, L'\\'));
+  if (!isFolder(above + L"\\")) throw errorAbout(path, ERROR_PATH_NOT_FOUND);
   NewFile file(part.path());
   ZipWriter zip(file);
   pack(folder, tree, zip, work);

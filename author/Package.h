@@ -22,4 +22,8 @@ struct Package {
 Package packFolder(const std::wstring& folder, const FolderTree& tree, const std::wstring& path,
                    Work& work);
 
+// A path as long as that of a folder for downloads can be, see longestPathBelow. What fits there
+// fits everywhere.
+std::wstring longestDownloadFolder();
+
 }  // namespace author

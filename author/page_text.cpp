@@ -6,7 +6,7 @@
 #include "common/escapes.h"
 #include "common/letter_case.h"
 #include "common/text.h"
-#include "html/tag.h"
+#include "html/TokenReader.h"
 
 namespace author {
 namespace {

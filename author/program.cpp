@@ -2,7 +2,9 @@
 
 #include "author/CommandLine.h"
 #include "author/Package.h"
+#include "author/PublishedCatalogue.h"
 #include "author/Selection.h"
+#include "author/Site.h"
 #include "author/report.h"
 #include "common/errors.h"
 #include "common/text.h"
@@ -16,6 +18,7 @@ namespace {
 
 using Command = Request::Command;
 
+constexpr wchar_t usualTitle[] = L"Dynamic Web Templates";
 constexpr wchar_t versionText[] = WIDE(QUILLET_VERSION_TEXT);
 
 // The beginning and the end that every answer in JSON has.
@@ -44,9 +47,14 @@ class Run {
         return check();
       case Command::pack:
         return pack();
-      default:
-        throw Error(errors::invalidArgument, L"This is not made yet.");
+      case Command::catalogue:
+        return catalogue();
+      case Command::pages:
+        return pages();
+      case Command::checkCatalogue:
+        return checkCatalogue();
     }
+    return notUnderstood;
   }
 
  private:
@@ -78,6 +86,58 @@ class Run {
           true));
     else
       console_.print(inWords(findings) + request_.output + L": " + inWords(package));
+    return fine;
+  }
+
+  ExitCode catalogue() {
+    if (const std::wstring fault = addressFault(request_.address); !fault.empty()) {
+      console_.complain(L"quillet-template: " + fault + L"\n");
+      return notUnderstood;
+    }
+    std::vector<std::wstring> folders = request_.folders;
+    folders.insert(folders.end(), request_.themes.begin(), request_.themes.end());
+    const Selection selection = lookThrough(folders, console_);
+    const Findings findings = selection.findings();
+    if (!findings.empty() && !request_.anyway) return refuse(findings);
+    const SiteOrder order = {
+        selection, request_.title.empty() ? std::wstring(usualTitle) : request_.title,
+        request_.address,
+        request_.pages.empty() ? ownPages() : pagesWith(fullPath(request_.pages), console_),
+        fullPath(request_.output)};
+    const Site site = buildSite(order, console_);
+    if (request_.json)
+      console_.print(answer(
+          [&](Json& json) {
+            write(json, findings);
+            write(json, site);
+          },
+          true));
+    else
+      console_.print(inWords(findings) + inWords(site) + L"The catalogue is in " + request_.output +
+                     L".\n");
+    return fine;
+  }
+
+  ExitCode checkCatalogue() {
+    if (const std::wstring fault = readingFault(request_.address); !fault.empty()) {
+      console_.complain(L"quillet-template: " + fault + L"\n");
+      return notUnderstood;
+    }
+    const PublishedReport report = checkPublished(request_.address, console_);
+    const bool isFine = report.findings.empty();
+    if (request_.json)
+      console_.print(answer([&](Json& json) { write(json, report); }, isFine));
+    else
+      console_.print(inWords(report));
+    return isFine ? fine : findingsOrFailure;
+  }
+
+  ExitCode pages() {
+    writePages(fullPath(request_.output));
+    if (request_.json)
+      console_.print(answer([&](Json& json) { json.text(L"folder", request_.output); }, true));
+    else
+      console_.print(L"The pages are in " + request_.output + L".\n");
     return fine;
   }
 

@@ -126,6 +126,41 @@ void write(Json& json, const Package& package) {
       .text(L"sha256", package.sha256);
 }
 
+std::wstring inWords(const Site& site) {
+  std::wstring words;
+  for (const Site::Archive& each : site.archives)
+    words += each.name + L": " + inWords(each.package);
+  for (const std::wstring& note : site.notes) words += L"Note: " + note + L"\n";
+  return words + counted(site.pages, L"page", L"pages") + L" and " +
+         counted(site.archives.size(), L"archive", L"archives") + L". ";
+}
+
+void write(Json& json, const Site& site) {
+  json.openList(L"archives");
+  for (const Site::Archive& each : site.archives) {
+    json.openObject().text(L"file", each.name);
+    write(json, each.package);
+    json.closeObject();
+  }
+  json.closeList().openList(L"notes");
+  for (const std::wstring& note : site.notes) json.text({}, note);
+  json.closeList().number(L"pages", static_cast<long long>(site.pages));
+}
+
+std::wstring inWords(const PublishedReport& report) {
+  return inWords(report.findings) + counted(report.pages, L"page", L"pages") + L", " +
+         counted(report.downloads, L"download", L"downloads") + L" and " +
+         counted(report.archives, L"archive", L"archives") + L": " + countInWords(report.findings) +
+         L"\n";
+}
+
+void write(Json& json, const PublishedReport& report) {
+  json.number(L"pages", static_cast<long long>(report.pages))
+      .number(L"downloads", static_cast<long long>(report.downloads))
+      .number(L"archives", static_cast<long long>(report.archives));
+  write(json, report.findings);
+}
+
 void write(Json& json, const Findings& findings) {
   json.openList(L"findings");
   for (const Finding& each : findings)

@@ -2,11 +2,9 @@
 #include "author/Package.h"
 #include "author/Sha256.h"
 #include "author/program.h"
-#include "common/errors.h"
 #include "online/archive/unzip_files.h"
+#include "tests/author/FullDisk.h"
 #include "tests/author/TemplateOnDisk.h"
-#include "tests/support/ImportPatch.h"
-#include "tests/support/error_number.h"
 
 using namespace author;
 
@@ -27,29 +25,6 @@ struct Packing {
   // By the real library.
   bool unpack() { return modCommon::UnzipFiles(archive, out.makeFolder(L"unpacked")); }
   std::string bytes() const { return out.readFile(L"quay.zip"); }
-};
-
-// A disk that is full as soon as so many bytes are written.
-class FullDisk {
- public:
-  explicit FullDisk(DWORD room) : room_(room) { current_ = this; }
-  ~FullDisk() { current_ = nullptr; }
-  FullDisk(const FullDisk&) = delete;
-  FullDisk& operator=(const FullDisk&) = delete;
-
- private:
-  static BOOL WINAPI write(HANDLE file, const void* bytes, DWORD count, DWORD* written,
-                           OVERLAPPED* overlapped) {
-    if (count > current_->room_) {
-      SetLastError(ERROR_DISK_FULL);
-      return FALSE;
-    }
-    current_->room_ -= count;
-    return current_->patch_.original<decltype(write)>()(file, bytes, count, written, overlapped);
-  }
-  static inline FullDisk* current_ = nullptr;
-  DWORD room_;
-  ImportPatch patch_{nullptr, "kernel32.dll", "WriteFile", write};
 };
 
 void setTime(const std::wstring& path, WORD year) {
@@ -221,7 +196,7 @@ TEST_CASE("an archive does not go into the folder that it is made of nor over a 
   packing.archive = packing.out / L"gone\\quay.zip";
   CHECK(packing.run() == findingsOrFailure);
   CHECK(packing.console.complained ==
-        L"quillet-template: " + packing.archive + L".1.part: Path not found.\n");
+        L"quillet-template: " + packing.archive + L": Path not found.\n");
 }
 
 TEST_CASE("a folder of templates is not packed as one") {

@@ -1,0 +1,117 @@
+#include "author/PageTemplate.h"
+
+#include "author/page_text.h"
+#include "common/errors.h"
+#include "common/text.h"
+
+namespace author {
+namespace {
+
+constexpr std::wstring_view opening = L"{{";
+constexpr std::wstring_view closing = L"}}";
+
+class Filler {
+ public:
+  explicit Filler(std::wstring_view page) : page_(page) {}
+
+  std::wstring fill(const Values& values) {
+    scopes_ = {&values};
+    std::wstring result;
+    fillUntil({}, true, result);
+    return result;
+  }
+
+ private:
+  [[noreturn]] void fail(std::size_t at, const std::wstring& why) const {
+    throw Error(errors::invalidArgument,
+                text::join({L"Line ", text::decimal(lineOf(page_, at)), L": ", why}));
+  }
+
+  // On to the end of the list that is open, or of the page. What is not to be shown is still read.
+  void fillUntil(const std::wstring& list, bool isShown, std::wstring& result) {
+    const std::size_t start = at_;
+    for (;;) {
+      const auto gap = page_.find(opening, at_);
+      const auto end = gap == page_.npos ? gap : page_.find(closing, gap);
+      if (isShown) result += page_.substr(at_, gap == page_.npos ? gap : gap - at_);
+      if (gap == page_.npos) {
+        at_ = page_.size();
+        if (!list.empty()) fail(start, L"The list \"" + list + L"\" does not end.");
+        return;
+      }
+      if (end == page_.npos) fail(gap, L"A gap does not end.");
+      at_ = end + closing.size();
+      const std::wstring name =
+          withoutSpace(page_.substr(gap + opening.size(), end - gap - opening.size()));
+      if (name.starts_with(L'/')) {
+        if (name.substr(1) != list)
+          fail(gap, L"\"" + name.substr(1) + L"\" ends, but has not begun.");
+        return;
+      }
+      if (name.starts_with(L'#') || name.starts_with(L'^'))
+        fillList(gap, name.substr(1), name.front() == L'^', isShown, result);
+      else if (isShown)
+        result += escapedForPage(textOf(gap, name));
+    }
+  }
+
+  void fillList(std::size_t gap, const std::wstring& name, bool isForNone, bool isShown,
+                std::wstring& result) {
+    static const std::vector<Values> none;
+    const std::vector<Values>& items = isShown ? listOf(gap, name) : none;
+    const std::size_t start = at_;
+    if (isForNone || items.empty()) {
+      fillUntil(name, isShown && isForNone && items.empty(), result);
+      return;
+    }
+    for (const Values& item : items) {
+      at_ = start;
+      scopes_.push_back(&item);
+      fillUntil(name, true, result);
+      scopes_.pop_back();
+    }
+  }
+
+  const std::wstring& textOf(std::size_t gap, const std::wstring& name) const {
+    for (auto scope = scopes_.rbegin(); scope != scopes_.rend(); ++scope)
+      if (const auto found = (*scope)->texts.find(name); found != (*scope)->texts.end())
+        return found->second;
+    fail(gap, L"There is no text \"" + name + L"\" here.");
+  }
+
+  const std::vector<Values>& listOf(std::size_t gap, const std::wstring& name) const {
+    for (auto scope = scopes_.rbegin(); scope != scopes_.rend(); ++scope)
+      if (const auto found = (*scope)->lists.find(name); found != (*scope)->lists.end())
+        return found->second;
+    fail(gap, L"There is no list \"" + name + L"\" here.");
+  }
+
+  std::wstring_view page_;
+  std::size_t at_ = 0;
+  std::vector<const Values*> scopes_;
+};
+
+}  // namespace
+
+std::wstring escapedForPage(std::wstring_view text) {
+  std::wstring result;
+  for (const wchar_t letter : text) {
+    if (letter == L'&')
+      result += L"&amp;";
+    else if (letter == L'<')
+      result += L"&lt;";
+    else if (letter == L'>')
+      result += L"&gt;";
+    else if (letter == L'"')
+      result += L"&quot;";
+    else
+      result += letter;
+  }
+  return result;
+}
+
+std::wstring fillIn(std::wstring_view page, const Values& values) {
+  return Filler(page).fill(values);
+}
+
+}  // namespace author
