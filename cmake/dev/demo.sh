@@ -47,6 +47,9 @@ lay_out_demo() {
   cp -r samples/themes "$demo_folder/shared/Themes11"
   cp -r samples/catalogue/pages "$demo_folder/catalogue"
   cp -r build/release/samples/catalogue/archives "$demo_folder/catalogue/"
+  # What the host keeps for itself in a folder that it has opened, and what no copy takes along.
+  mkdir "$demo_folder/templates/Night Ferry/_vti_cnf"
+  say 'vti_encoding:SR|utf8-nl' >"$demo_folder/templates/Night Ferry/_vti_cnf/ferry.dwt"
   clone_prefix "$demo_prefix"
   ln -s "$demo_folder" "$demo_prefix/drive_c/Demo"
 }
