@@ -20,7 +20,7 @@
 #include "html/encoding.h"
 #include "online/download_page.h"
 #include "online/transfer/DownloadTable.h"
-#include "online/transfer/UrlValidation.h"
+#include "online/transfer/file_address.h"
 #include "online/transfer/modWINInetURL.h"
 
 namespace author {
@@ -251,8 +251,7 @@ void Builder::checkDownload(const std::wstring& download, std::size_t archives,
   if (parts) table.fill(parts->extraInfo);
   bool isGood = parts && isDownloadPage(parts->path) && table.places().size() == archives;
   for (const auto& place : table.places())
-    if (!UrlValidation::isFileAddress(
-            modWINInetURL::CrackUrl(table.address(place.column, place.kind))))
+    if (!online::isFileAddress(modWINInetURL::CrackUrl(table.address(place.column, place.kind))))
       isGood = false;
   if (!isGood)
     throw Error(errors::invalidArgument,
@@ -297,7 +296,7 @@ void Builder::addArchive(Values& values, std::size_t number) const {
   const Item& item = items_[number];
   values.texts[L"folder"] = nameOf(item.folder);
   values.texts[L"archive"] = L"archives/" + item.archive;
-  values.texts[L"size"] = online::byteSizeText(static_cast<double>(item.package.size));
+  values.texts[L"size"] = text::byteSize(static_cast<double>(item.package.size));
   values.texts[L"files"] = author::number(item.package.files);
   values.texts[L"sha256"] = item.package.sha256;
 }
