@@ -17,7 +17,7 @@ constexpr std::uint64_t decodedAtOnce = 1u << 20;  // pixels
 constexpr std::uint64_t keptPixels = 6u << 20;     // of all kept pictures together
 constexpr std::size_t mostKept = 32;               // the host's own bitmaps count too
 constexpr int lineStep = 16;
-constexpr UINT failedMessage = WM_APP + 1;
+constexpr UINT notDecodedMessage = WM_APP + 1;
 
 Error notAPicture() { return Error(PictureBox::invalidPicture, L"Invalid picture"); }
 
@@ -27,6 +27,15 @@ std::string contentsOf(HANDLE file, DWORD size) {
   if (!ReadFile(file, contents.data(), size, &done, nullptr)) throw errors::fromLastError();
   if (done != size) throw notAPicture();
   return contents;
+}
+
+// Whether the user has pressed or typed something that waits.
+bool isInputWaiting() noexcept {
+  if (HIWORD(GetQueueStatus(QS_KEY | QS_MOUSEBUTTON | QS_POSTMESSAGE)) == 0) return false;
+  constexpr UINT look = PM_NOREMOVE | PM_QS_INPUT | PM_QS_POSTMESSAGE;
+  MSG message;
+  return PeekMessageW(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, look) ||
+         PeekMessageW(&message, nullptr, WM_LBUTTONDOWN, WM_MOUSELAST, look);
 }
 
 handles::Gdi blankBitmap(HDC like, SIZE size) {
@@ -96,9 +105,10 @@ bool PictureBox::takeKept(const Picture& wanted) {
   return true;
 }
 
-void PictureBox::keep(Picture picture) noexcept try {
-  if (!picture.bitmap || picture.header.pixels > decodedAtOnce) return;
-  kept_.insert(kept_.begin(), std::move(picture));
+void PictureBox::keep(Picture left) noexcept try {
+  ++turn_;
+  if (!left.bitmap || left.header.pixels > decodedAtOnce) return;
+  kept_.insert(kept_.begin(), std::move(left));
   std::uint64_t pixels = 0;
   std::size_t count = 0;
   const auto tooMuch = std::find_if(kept_.begin(), kept_.end(), [&](const Picture& each) {
@@ -109,22 +119,35 @@ void PictureBox::keep(Picture picture) noexcept try {
   // One that cannot be kept is decoded again.
 }
 
-void PictureBox::decodeWaiting() noexcept {
+void PictureBox::decodeWaiting(PictureDecoder::Stop stop) noexcept {
   if (waiting_.empty()) return;
-  const std::string contents = std::exchange(waiting_, {});
+  std::string contents = std::exchange(waiting_, {});
+  const PictureHeader header = picture_.header;
+  const unsigned turn = turn_;
+  handles::Gdi bitmap;
+  bool stopped = false;
   try {
-    picture_.bitmap = decoder_.decode(contents, picture_.header, GetSysColor(COLOR_WINDOW));
+    bitmap = decoder_.decode(contents, header, GetSysColor(COLOR_WINDOW), stop);
+    stopped = !bitmap;
   } catch (...) {
     failure_ = errors::current();
-    PostMessageW(hwnd(), failedMessage, 0, 0);
   }
+  // Looking for input may let another thread's message in, and with it another picture.
+  if (turn == turn_) {
+    if (stopped) waiting_ = std::move(contents);
+    picture_.bitmap = std::move(bitmap);
+  }
+  if (!picture_.bitmap) PostMessageW(hwnd(), notDecodedMessage, 0, 0);
 }
 
-// Unless another picture has come since.
-void PictureBox::onDecodingFailed() {
-  if (!hasPicture() || picture_.bitmap || !waiting_.empty()) return;
-  clear();
-  if (onFailed) onFailed(failure_);
+// What was stopped is begun anew when no input waits any more. Another picture may have come since.
+void PictureBox::onNotDecoded() {
+  if (!waiting_.empty()) {
+    InvalidateRect(hwnd(), nullptr, FALSE);
+  } else if (hasPicture() && !picture_.bitmap) {
+    clear();
+    if (onFailed) onFailed(failure_);
+  }
 }
 
 // Transparent parts show the window's colour.
@@ -173,9 +196,11 @@ LRESULT PictureBox::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_ERASEBKGND:
       return 1;  // painted as a whole
     case WM_PAINT:
-      paint(Painting(hwnd()).target());
+      decodeWaiting(isInputWaiting);
+      if (const Painting painting(hwnd()); waiting_.empty()) paint(painting.target());
       return 0;
     case WM_PRINTCLIENT:
+      decodeWaiting(nullptr);
       paint(reinterpret_cast<HDC>(wParam));
       return 0;
     case WM_SIZE:
@@ -202,8 +227,8 @@ LRESULT PictureBox::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_SYSCOLORCHANGE:
       onNewColours();
       return 0;
-    case failedMessage:
-      onDecodingFailed();
+    case notDecodedMessage:
+      onNotDecoded();
       return 0;
     case WM_SETFOCUS:
     case WM_KILLFOCUS:
@@ -220,8 +245,7 @@ SIZE PictureBox::clientSize() const noexcept {
   return {client.right, client.bottom};
 }
 
-void PictureBox::paint(HDC target) {
-  decodeWaiting();
+void PictureBox::paint(HDC target) const {
   const SIZE client = clientSize();
   if (client.cx <= 0 || client.cy <= 0) return;
   // Drawn aside and shown in one piece: no flicker while the window is resized.

@@ -27,8 +27,9 @@ class PictureBox : public Control {
   // Error the box stays as it was.
   //
   // A large picture takes its time to decode: that is done when the box is painted, which is after
-  // every key that waits. One that is left before its turn costs nothing, and one that turns out to
-  // be none then fires onFailed from the message loop, with the box empty.
+  // every key that waits, and is put off again for a key or a click that comes meanwhile; until
+  // then the box stays as it was painted last. One that is left before its turn costs nothing, and
+  // one that turns out to be none then fires onFailed from the message loop, with the box empty.
   void load(const std::wstring& path, const Scale& scale = {});
   std::function<void(const Error&)> onFailed;
   // Small pictures are kept for when they are shown again; a large one is let go.
@@ -60,11 +61,11 @@ class PictureBox : public Control {
 
   static bool isSame(const Picture& one, const Picture& other) noexcept;
   bool takeKept(const Picture& wanted);
-  void keep(Picture picture) noexcept;
-  void decodeWaiting() noexcept;
-  void onDecodingFailed();
+  void keep(Picture left) noexcept;
+  void decodeWaiting(PictureDecoder::Stop stop) noexcept;
+  void onNotDecoded();
   void onNewColours() noexcept;
-  void paint(HDC target);
+  void paint(HDC target) const;
   void paintPicture(HDC target) const;
   void setBar(int bar, int length, int page, int position) noexcept;
   void updateScrollBars() noexcept;
@@ -79,6 +80,7 @@ class PictureBox : public Control {
   Picture picture_;
   std::string waiting_;        // the file of the shown picture until it is decoded
   std::vector<Picture> kept_;  // the newest first
+  unsigned turn_ = 0;          // of the pictures that have been shown
   Error failure_{0};
   Bar bars_[2];  // as the window has them, by SB_HORZ and SB_VERT
   SIZE shown_ = {};

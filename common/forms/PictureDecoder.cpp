@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "common/Counted.h"
 #include "common/com.h"
 #include "common/errors.h"
 #include "common/forms/BitmapContext.h"
@@ -32,6 +33,56 @@ ComPtr<IStream> streamOver(const std::string& file, const PictureHeader& header)
   static_cast<void>(memory.release());  // the stream frees it
   return stream;
 }
+
+// Another stream, which fails from when it is stopped: a decoder knows no other way to be told.
+class StoppableStream final : public com::Counted<IStream> {
+ public:
+  StoppableStream(ComPtr<IStream> stream, PictureDecoder::Stop stop) noexcept
+      : stream_(std::move(stream)), stop_(stop) {}
+
+  bool isStopped() noexcept { return stopped_ || (stopped_ = stop_ && stop_()); }
+  bool wasStopped() const noexcept { return stopped_; }
+
+  STDMETHODIMP QueryInterface(REFIID id, void** object) noexcept override {
+    *object = nullptr;
+    if (id != IID_IUnknown && id != IID_ISequentialStream && id != IID_IStream)
+      return E_NOINTERFACE;
+    AddRef();
+    *object = static_cast<IStream*>(this);
+    return S_OK;
+  }
+  STDMETHODIMP Read(void* bytes, ULONG size, ULONG* done) noexcept override {
+    return isStopped() ? E_ABORT : stream_->Read(bytes, size, done);
+  }
+  STDMETHODIMP Write(const void* bytes, ULONG size, ULONG* done) noexcept override {
+    return stream_->Write(bytes, size, done);
+  }
+  STDMETHODIMP Seek(LARGE_INTEGER by, DWORD from, ULARGE_INTEGER* position) noexcept override {
+    return stream_->Seek(by, from, position);
+  }
+  STDMETHODIMP SetSize(ULARGE_INTEGER size) noexcept override { return stream_->SetSize(size); }
+  STDMETHODIMP CopyTo(IStream* target, ULARGE_INTEGER size, ULARGE_INTEGER* read,
+                      ULARGE_INTEGER* written) noexcept override {
+    return stream_->CopyTo(target, size, read, written);
+  }
+  STDMETHODIMP Commit(DWORD how) noexcept override { return stream_->Commit(how); }
+  STDMETHODIMP Revert() noexcept override { return stream_->Revert(); }
+  STDMETHODIMP LockRegion(ULARGE_INTEGER at, ULARGE_INTEGER size, DWORD how) noexcept override {
+    return stream_->LockRegion(at, size, how);
+  }
+  STDMETHODIMP UnlockRegion(ULARGE_INTEGER at, ULARGE_INTEGER size, DWORD how) noexcept override {
+    return stream_->UnlockRegion(at, size, how);
+  }
+  STDMETHODIMP Stat(STATSTG* state, DWORD how) noexcept override {
+    return stream_->Stat(state, how);
+  }
+  STDMETHODIMP Clone(IStream** copy) noexcept override { return stream_->Clone(copy); }
+
+ private:
+  ComPtr<IStream> stream_;
+  PictureDecoder::Stop stop_;
+  bool stopped_ = false;
+};
 
 // Rows from the top, each a multiple of four bytes long.
 struct Bitmap {
@@ -70,7 +121,8 @@ void layOn(COLORREF background, DWORD* pixels, std::size_t count) {
 }
 
 // By the automation library, which every system has; it needs twice the memory.
-handles::Gdi decodeByAutomation(IStream& stream, const PictureHeader& header, COLORREF background) {
+handles::Gdi decodeByAutomation(StoppableStream& stream, const PictureHeader& header,
+                                COLORREF background) {
   ComPtr<IPicture> picture;
   // False: the picture owns its bitmap.
   const HRESULT result =
@@ -116,8 +168,10 @@ class PictureDecoder::Library {
   Library(const Library&) = delete;
   Library& operator=(const Library&) = delete;
 
-  handles::Gdi decode(IStream& stream, const PictureHeader& header, COLORREF background) const {
+  handles::Gdi decode(StoppableStream& stream, const PictureHeader& header,
+                      COLORREF background) const {
     const Image image(*this, stream);
+    if (stream.isStopped()) return {};  // some decoders have done all of their work by now
     UINT width = 0;
     UINT height = 0;
     if (getWidth_(image.get(), &width) || getHeight_(image.get(), &height) ||
@@ -229,11 +283,20 @@ PictureHeader PictureDecoder::headerOf(const std::string& file) {
 }
 
 handles::Gdi PictureDecoder::decode(const std::string& file, const PictureHeader& header,
-                                    COLORREF background) {
-  const auto stream = streamOver(file, header);
+                                    COLORREF background, Stop stop) {
+  const auto stream =
+      ComPtr<StoppableStream>::adopt(new StoppableStream(streamOver(file, header), stop));
   if (!std::exchange(looked_, true)) library_ = Library::load();
-  return library_ ? library_->decode(*stream.get(), header, background)
-                  : decodeByAutomation(*stream.get(), header, background);
+  handles::Gdi bitmap;
+  try {
+    bitmap = library_ ? library_->decode(*stream.get(), header, background)
+                      : decodeByAutomation(*stream.get(), header, background);
+  } catch (...) {
+    if (!stream->wasStopped()) throw;
+  }
+  // Not every decoder fails when its stream does: the rest of the picture may be missing.
+  if (stream->wasStopped()) bitmap.reset();
+  return bitmap;
 }
 
 }  // namespace forms

@@ -25,10 +25,14 @@ class PictureDecoder {
   // a window of a 32-bit program should ever hold.
   static PictureHeader headerOf(const std::string& file);
 
+  // Asked all along while a picture is decoded; true ends that.
+  using Stop = bool (*)() noexcept;
+
   // A device-independent bitmap of the size that the header tells, transparent parts on
-  // `background`. The library is loaded when it is first needed. Raises invalidPicture or
-  // errors::outOfMemory.
-  handles::Gdi decode(const std::string& file, const PictureHeader& header, COLORREF background);
+  // `background`; null when it was stopped. The library is loaded when it is first needed. Raises
+  // invalidPicture or errors::outOfMemory.
+  handles::Gdi decode(const std::string& file, const PictureHeader& header, COLORREF background,
+                      Stop stop = nullptr);
 
  private:
   class Library;

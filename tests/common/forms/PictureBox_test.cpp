@@ -1,5 +1,7 @@
 #include "common/forms/PictureBox.h"
 
+#include <objidl.h>
+
 #include "catalogue/resource.h"
 #include "common/forms/WebBrowser.h"
 #include "tests/support/ImportPatch.h"
@@ -52,6 +54,12 @@ COLORREF middleColour(const forms::PictureBox& box) {
   const COLORREF colour = GetPixel(context.get(), client.right / 2, client.bottom / 2);
   SelectObject(context.get(), old);
   return colour;
+}
+
+// Neither the window's colour nor another picture's.
+bool isBlue(const forms::PictureBox& box) {
+  const COLORREF colour = middleColour(box);
+  return GetBValue(colour) > 200 && GetRValue(colour) < 60;
 }
 
 // No bitmap can be made; and whether what begins to paint also ends it.
@@ -112,6 +120,80 @@ class Decodings {
   static inline bool hasLibrary_ = true;
   ImportPatch bitmaps_{nullptr, "gdi32.dll", "CreateDIBSection", make};
   ImportPatch libraries_{nullptr, "kernel32.dll", "LoadLibraryW", load};
+};
+
+// Does something in the middle of decoding: before the library has read the file, after, or while
+// it makes pixels of it; there it then reads on, and does not mind when it cannot.
+class Meanwhile {
+ public:
+  enum When { before, after, late };
+  Meanwhile(When when, std::function<void()> action) : when_(when), action_(std::move(action)) {
+    current_ = this;
+  }
+  // Whether the library could not read the file to its end.
+  static bool isReadingStopped() { return result_ != 0; }
+
+ private:
+  using Create = int WINAPI(IStream*, void**);
+  using Lock = int WINAPI(void*, const void*, UINT, INT, void*);
+
+  static FARPROC WINAPI find(HMODULE module, LPCSTR name) {
+    const auto found = current_->functions_.original<decltype(find)>()(module, name);
+    if (std::string_view(name) == "GdipCreateBitmapFromStream")
+      return replace(found, create_, create);
+    if (std::string_view(name) == "GdipBitmapLockBits") return replace(found, lock_, lock);
+    return found;
+  }
+  template <class Function>
+  static FARPROC replace(FARPROC found, Function*& original, Function* replacement) {
+    original = reinterpret_cast<Function*>(reinterpret_cast<void*>(found));
+    return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(replacement));
+  }
+  static bool act(When when) {
+    if (current_->when_ != when) return false;
+    if (const auto action = std::exchange(current_->action_, {})) action();
+    return true;
+  }
+  static int WINAPI create(IStream* stream, void** bitmap) {
+    stream_ = stream;
+    act(before);
+    result_ = create_(stream, bitmap);
+    act(after);
+    return result_;
+  }
+  static int WINAPI lock(void* image, const void* area, UINT how, INT format, void* pixels) {
+    BYTE byte = 0;
+    if (act(late)) stream_->Read(&byte, 1, nullptr);
+    return lock_(image, area, how, format, pixels);
+  }
+
+  static inline Meanwhile* current_ = nullptr;
+  static inline Create* create_ = nullptr;
+  static inline Lock* lock_ = nullptr;
+  static inline IStream* stream_ = nullptr;
+  static inline int result_ = 0;
+  When when_;
+  std::function<void()> action_;
+  ImportPatch functions_{nullptr, "kernel32.dll", "GetProcAddress", find};
+};
+
+// How often a box draws itself anew.
+class Drawings {
+ public:
+  Drawings() {
+    current_ = this;
+    count_ = 0;
+  }
+  static int count() { return count_; }
+
+ private:
+  static HBITMAP WINAPI make(HDC like, int width, int height) {
+    ++count_;
+    return current_->patch_.original<decltype(make)>()(like, width, height);
+  }
+  static inline Drawings* current_ = nullptr;
+  static inline int count_ = 0;
+  ImportPatch patch_{nullptr, "gdi32.dll", "CreateCompatibleBitmap", make};
 };
 
 // How often a window is told of its scroll bars.
@@ -337,6 +419,116 @@ TEST_CASE("a large picture that is left before its turn is never decoded") {
     UpdateWindow(form.box.hwnd());
     CHECK(decodings.count() == 1);
   });
+}
+
+TEST_CASE("a large picture waits for a key or a click that is there before it") {
+  const ScratchFolder disk;
+  const auto path = disk.writeFile(L"a.gif", pictures::blueGifOf(largeWidth, largeHeight));
+  for (const UINT input : {WM_KEYDOWN, WM_LBUTTONDOWN, WM_MOUSEWHEEL}) {
+    CAPTURE(input);
+    PictureForm([&](PictureForm& form) {
+      const Decodings decodings;
+      form.box.load(path);
+      PostMessageW(form.box.hwnd(), input, VK_UP, 0);
+      const Drawings drawings;
+      UpdateWindow(form.box.hwnd());
+      CHECK(drawings.count() == 0);
+      CHECK(decodings.count() == 0);
+      CHECK(form.box.naturalSize().cx == largeWidth);
+      CHECK(pumpUntil([&] { return decodings.count() > 0; }));
+      CHECK(isBlue(form.box));
+      CHECK(decodings.count() == 1);
+    });
+  }
+}
+
+TEST_CASE("a key or a click that comes while a large picture is decoded has its turn first") {
+  const ScratchFolder disk;
+  const auto path = disk.writeFile(L"a.gif", pictures::blueGifOf(largeWidth, largeHeight));
+  for (const auto when : {Meanwhile::before, Meanwhile::after})
+    for (const UINT input : {WM_KEYDOWN, WM_LBUTTONDOWN}) {
+      CAPTURE(static_cast<int>(when));
+      CAPTURE(input);
+      PictureForm([&](PictureForm& form) {
+        const Decodings decodings;
+        const Meanwhile meanwhile(when, [&] { PostMessageW(form.box.hwnd(), input, VK_UP, 0); });
+        form.box.load(path);
+        UpdateWindow(form.box.hwnd());
+        CHECK(Meanwhile::isReadingStopped() == (when == Meanwhile::before));
+        CHECK(decodings.count() == 0);
+        CHECK(pumpUntil([&] { return decodings.count() > 0; }));
+        CHECK(isBlue(form.box));
+        CHECK(decodings.count() == 1);
+      });
+    }
+}
+
+TEST_CASE("what a decoder makes of a large picture that it could not read on is not shown") {
+  const ScratchFolder disk;
+  const auto path = disk.writeFile(L"a.gif", pictures::blueGifOf(largeWidth, largeHeight));
+  PictureForm([&](PictureForm& form) {
+    const Decodings decodings;
+    const Meanwhile meanwhile(Meanwhile::late,
+                              [&] { PostMessageW(form.box.hwnd(), WM_KEYDOWN, VK_UP, 0); });
+    form.box.load(path);
+    const Drawings drawings;
+    UpdateWindow(form.box.hwnd());
+    CHECK(decodings.count() == 1);
+    CHECK(drawings.count() == 0);
+    CHECK(pumpUntil([&] { return decodings.count() == 2; }));
+    CHECK(isBlue(form.box));
+  });
+}
+
+TEST_CASE("a large picture is decoded while the mouse moves and other messages wait") {
+  const ScratchFolder disk;
+  const auto path = disk.writeFile(L"a.gif", pictures::blueGifOf(largeWidth, largeHeight));
+  PictureForm([&](PictureForm& form) {
+    const Decodings decodings;
+    const Meanwhile meanwhile(Meanwhile::before, [&] {
+      for (const UINT message : {WM_MOUSEMOVE, WM_APP, WM_TIMER})
+        PostMessageW(form.box.hwnd(), message, 0, 0);
+    });
+    form.box.load(path);
+    UpdateWindow(form.box.hwnd());
+    CHECK(decodings.count() == 1);
+  });
+}
+
+TEST_CASE("what prints a picture box waits for its large picture") {
+  const ScratchFolder disk;
+  const auto path = disk.writeFile(L"a.gif", pictures::blueGifOf(largeWidth, largeHeight));
+  PictureForm([&](PictureForm& form) {
+    form.box.load(path);
+    PostMessageW(form.box.hwnd(), WM_KEYDOWN, VK_UP, 0);
+    CHECK(isBlue(form.box));
+  });
+}
+
+TEST_CASE("a picture that comes while another one is decoded takes its place") {
+  const ScratchFolder disk;
+  const auto large = disk.writeFile(L"a.gif", pictures::blueGifOf(largeWidth, largeHeight));
+  const auto other = disk.writeFile(L"b.gif", pictures::blueGifOf(largeHeight, largeWidth));
+  const auto broken =
+      disk.writeFile(L"c.gif", pictures::blueGifOf(largeWidth, largeHeight).substr(0, 2000));
+  const auto small = disk.writeFile(L"d.gif", pictures::bytes(pictures::blueGif));
+  for (const auto& first : {large, broken})
+    for (const auto& second : {other, small}) {
+      CAPTURE(first);
+      CAPTURE(second);
+      PictureForm([&](PictureForm& form) {
+        form.box.onFailed = [](const Error&) { FAIL("it is no longer shown"); };
+        const Meanwhile meanwhile(Meanwhile::before, [&] { form.box.load(second); });
+        form.box.load(first);
+        UpdateWindow(form.box.hwnd());
+        const Decodings decodings;
+        if (second == other) CHECK(pumpUntil([&] { return decodings.count() > 0; }));
+        forms::yieldToMessages();
+        CHECK(form.box.path() == second);
+        CHECK(isBlue(form.box));
+        CHECK(decodings.count() == (second == other ? 1 : 0));
+      });
+    }
 }
 
 TEST_CASE("a large file that turns out to be no picture empties its box and says so") {
