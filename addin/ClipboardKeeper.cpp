@@ -140,6 +140,7 @@ ClipboardKeeper::~ClipboardKeeper() {
   const clipboard::Access access(owner_.get(), clipboard::attemptsToGiveBack);
   if (!access || !holdsOffer()) return;
   EmptyClipboard();
+  if (saved_.empty()) return;
   const UINT order[] = {CF_PALETTE,
                         CF_DIB,
                         CF_BITMAP,
