@@ -159,8 +159,9 @@ void ClipboardKeeper::putBack(UINT format) {
 
 bool ClipboardKeeper::offer(clipboard::Contents contents) {
   if (unsavable_) return false;
+  // Without a caption, which the system would measure: most of what such a window takes.
   if (!owner_)
-    owner_.reset(CreateWindowExW(0, L"Static", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+    owner_.reset(CreateWindowExW(0, L"Static", nullptr, WS_POPUP, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
                                  nullptr, nullptr));
   if (!owner_) return false;  // nothing could be put on a clipboard without an owner
   const clipboard::Access access(owner_.get(), clipboard::attemptsToTake);
