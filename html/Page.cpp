@@ -16,6 +16,17 @@ constexpr wchar_t fixedFace[] = L"Courier New";
 constexpr int step = 30;  // the indent of lists and quotations, in pixels
 constexpr int paragraphDistance = 14;
 
+// A page may come from anywhere: however it is written, it takes neither the stack nor the time of
+// whoever shows it, and no sum of its sizes is beyond a number.
+constexpr std::size_t deepestTable = 16;  // in other tables
+constexpr std::size_t mostOpenTags = 200;
+constexpr std::size_t longestTitle = 250;
+constexpr int smallestLetters = 6;  // pixels
+constexpr int largestLetters = 200;
+constexpr int longestSide = 10'000;
+constexpr int mostSpacing = 100;
+constexpr int mostColumns = 100;
+
 // The sizes of <font size>, 1 to 7, in pixels.
 constexpr int fontSizes[] = {10, 13, 16, 18, 24, 32, 48};
 constexpr int headingSizes[] = {32, 24, 18, 16, 13, 11};
@@ -31,10 +42,13 @@ bool isParagraph(const std::wstring& tag) {
   return isHeading(tag) || std::ranges::find(paragraphTags, tag) != std::end(paragraphTags);
 }
 
-int numberIn(const std::wstring& text) { return std::max(0, _wtoi(text.c_str())); }
+int numberIn(const std::wstring& text, int largest) {
+  return std::clamp(_wtoi(text.c_str()), 0, largest);
+}
 
 Width widthIn(const std::wstring& text) {
-  return {numberIn(text), !text.empty() && text.back() == L'%'};
+  const bool percent = !text.empty() && text.back() == L'%';
+  return {numberIn(text, percent ? 100 : longestSide), percent};
 }
 
 long colourIn(const std::wstring& text, long otherwise) {
@@ -94,7 +108,12 @@ class Parser {
   };
 
   State& state() { return states_.back(); }
-  Cell& cell() { return *flows_.back().cell; }
+  // Between a table's cells that is the one around the table.
+  Cell& cell() {
+    auto flow = flows_.rbegin();
+    while (!flow->cell) ++flow;
+    return *flow->cell;
+  }
 
   void take(const Token& token) {
     if (token.tag.empty())
@@ -107,7 +126,8 @@ class Parser {
 
   void takeText(const std::wstring& text) {
     if (inTitle_) {
-      page_.title = text::trimBlanks(collapsed(page_.title + text));
+      if (page_.title.size() < longestTitle)
+        page_.title = text::trimBlanks(collapsed(page_.title + text)).substr(0, longestTitle);
       return;
     }
     const std::wstring shown = collapsed(text);
@@ -156,7 +176,9 @@ class Parser {
     }
   }
 
+  // Beyond the limit, tags change what the last one within it changed.
   State& push(const std::wstring& tag) {
+    if (states_.size() > mostOpenTags) return state();
     states_.push_back(state());
     state().tag = tag;
     return state();
@@ -170,8 +192,8 @@ class Parser {
 
   void openPicture(const Token& token) {
     block().pieces.push_back({Piece::Kind::picture, token.attribute(L"src"), state().text,
-                              numberIn(token.attribute(L"width")),
-                              numberIn(token.attribute(L"height"))});
+                              numberIn(token.attribute(L"width"), longestSide),
+                              numberIn(token.attribute(L"height"), longestSide)});
   }
 
   void openText(const Token& token) {
@@ -179,8 +201,8 @@ class Parser {
     TextStyle& style = push(tag).text;
     if (tag == L"b" || tag == L"strong") style.bold = true;
     if (tag == L"i" || tag == L"em") style.italic = true;
-    if (tag == L"small") style.size = style.size * 13 / 16;
-    if (tag == L"big") style.size = style.size * 18 / 16;
+    if (tag == L"small") style.size = std::max(style.size * 13 / 16, smallestLetters);
+    if (tag == L"big") style.size = std::min(style.size * 18 / 16, largestLetters);
     if (tag == L"tt" || tag == L"code") style.face = fixedFace;
     if (tag == L"font") openFont(token, style);
     if (tag == L"a" && !token.attribute(L"href").empty()) {
@@ -194,8 +216,8 @@ class Parser {
     style.colour = colourIn(token.attribute(L"color"), style.colour);
     const std::wstring face = token.attribute(L"face");
     if (!face.empty()) style.face = text::split(face, L',').front();
-    const int size = numberIn(token.attribute(L"size"));
-    if (size > 0) style.size = fontSizes[std::min(size, 7) - 1];
+    const int size = numberIn(token.attribute(L"size"), 7);
+    if (size > 0) style.size = fontSizes[size - 1];
   }
 
   // A paragraph ends where the next one begins, closed or not.
@@ -217,13 +239,15 @@ class Parser {
   }
 
   void openTable(const Token& token) {
+    if (tables_ == deepestTable) return;
+    ++tables_;
     endBlock();
     auto table = std::make_shared<Table>();
     table->width = widthIn(token.attribute(L"width"));
     if (!token.attribute(L"cellspacing").empty())
-      table->spacing = numberIn(token.attribute(L"cellspacing"));
+      table->spacing = numberIn(token.attribute(L"cellspacing"), mostSpacing);
     if (!token.attribute(L"cellpadding").empty())
-      table->padding = numberIn(token.attribute(L"cellpadding"));
+      table->padding = numberIn(token.attribute(L"cellpadding"), mostSpacing);
     table->background = colourIn(token.attribute(L"bgcolor"), noColour);
     Block block;
     block.align = alignIn(token.attribute(L"align"), state().align);
@@ -247,7 +271,7 @@ class Parser {
     Cell& added = table->rows.back().back();
     added.background = colourIn(token.attribute(L"bgcolor"), noColour);
     added.width = widthIn(token.attribute(L"width"));
-    added.columns = std::max(1, numberIn(token.attribute(L"colspan")));
+    added.columns = std::max(1, numberIn(token.attribute(L"colspan"), mostColumns));
     flows_.push_back({&added, {}, states_.size()});
     State& opened = push(token.tag);
     opened.indent = 0;
@@ -267,25 +291,25 @@ class Parser {
   void closeTable() {
     closeCell();
     if (flows_.size() < 2) return;
+    --tables_;
     states_.resize(flows_.back().states);
     flows_.pop_back();
   }
 
-  // The paragraph that text goes to. Between a table's cells there is none: it goes before it.
+  // The paragraph that text goes to.
   Block& block() {
-    Cell* to = flows_.back().cell;
-    for (std::size_t i = flows_.size(); !to; --i) to = flows_[i - 1].cell;
-    if (!inBlock_ || to->blocks.empty() || to->blocks.back().table) {
+    Cell& to = cell();
+    if (!inBlock_ || to.blocks.empty() || to.blocks.back().table) {
       Block added;
       added.align = state().align;
       added.indent = state().indent;
       added.above = added.below = distance_;
       added.bullet = bullet_;
-      to->blocks.push_back(std::move(added));
+      to.blocks.push_back(std::move(added));
       inBlock_ = true;
       bullet_ = false;
     }
-    return to->blocks.back();
+    return to.blocks.back();
   }
 
   void endBlock() {
@@ -297,6 +321,7 @@ class Parser {
   Page page_;
   std::vector<State> states_;
   std::vector<Flow> flows_;
+  std::size_t tables_ = 0;  // that are open
   long linkColour_ = RGB(0, 0, 238);
   int distance_ = 0;
   bool inTitle_ = false;

@@ -50,11 +50,11 @@ std::wstring withoutEntities(std::wstring_view text) {
   constexpr std::size_t longest = 8;
   std::wstring result;
   for (std::size_t at = 0; at < text.size(); ++at) {
-    const auto end = text[at] == L'&' ? text.find(L';', at) : text.npos;
-    const wchar_t letter =
-        end != text.npos && end - at <= longest ? letterOf(text.substr(at + 1, end - at - 1)) : 0;
+    const std::wstring_view ahead = text.substr(at, text[at] == L'&' ? longest + 1 : 1);
+    const auto end = ahead.find(L';', 1);
+    const wchar_t letter = end != ahead.npos ? letterOf(ahead.substr(1, end - 1)) : L'\0';
     result += letter ? letter : text[at];
-    if (letter) at = end;
+    if (letter) at += end;
   }
   return result;
 }
@@ -86,6 +86,11 @@ void TokenReader::skipTo(std::wstring_view end) {
   at_ = found == html_.npos ? html_.size() : found + end.size();
 }
 
+void TokenReader::skipToClosing(const std::wstring& tag) {
+  for (skipTo(L"</"); !atEnd(); skipTo(L"</"))
+    if (lowered(std::wstring(html_.substr(at_, tag.size()))) == tag) return skipTo(L">");
+}
+
 void TokenReader::readText(Token& token) {
   const auto end = std::min(html_.find(L'<', at_), html_.size());
   token.text = withoutEntities(html_.substr(at_, end - at_));
@@ -106,8 +111,7 @@ void TokenReader::readTag(Token& token) {
   for (skipBlanks(); !atEnd() && letter() != L'>'; skipBlanks()) readAttribute(token);
   if (!atEnd()) ++at_;
   if (!token.closing && (token.tag == L"script" || token.tag == L"style")) {
-    skipTo(L"</" + token.tag);
-    skipTo(L">");
+    skipToClosing(token.tag);
   }
 }
 

@@ -39,6 +39,7 @@ class TokenReader {
   std::wstring readValue();
   void skipBlanks();
   void skipTo(std::wstring_view end);
+  void skipToClosing(const std::wstring& tag);
 
   bool atEnd() const { return at_ >= html_.size(); }
   wchar_t letter() const { return html_[at_]; }

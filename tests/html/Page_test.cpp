@@ -124,3 +124,75 @@ TEST_CASE("the columns of a table have the widths that are said and share the re
   CHECK(layout.items[2].place.right == 310);
   CHECK(layout.items[2].place.bottom - layout.items[2].place.top == 200);
 }
+
+// What pages that come from anywhere may hold.
+
+namespace {
+
+std::wstring repeated(const std::wstring& text, int times) {
+  std::wstring result;
+  for (int i = 0; i < times; ++i) result += text;
+  return result;
+}
+
+std::size_t depthOf(const Cell& cell) {
+  std::size_t depth = 0;
+  for (const Block& block : cell.blocks)
+    if (block.table)
+      for (const auto& row : block.table->rows)
+        for (const Cell& each : row) depth = std::max(depth, depthOf(each));
+  return depth + 1;
+}
+
+}  // namespace
+
+TEST_CASE("what stands between a table and its cells goes before the table") {
+  const Page page = parsePage(L"<table><hr><table><tr><td>b</table></table>c");
+  REQUIRE(page.body.blocks.size() == 4);
+  CHECK(page.body.blocks[0].table->rows.empty());
+  CHECK(page.body.blocks[1].rule);
+  CHECK(textOf(page.body.blocks[2].table->rows[0][0].blocks[0]) == L"b");
+  CHECK(textOf(page.body.blocks[3]) == L"c");
+}
+
+TEST_CASE("tables in tables end at some depth") {
+  const Page page = parsePage(repeated(L"<table><tr><td>x", 90'000));
+  CHECK(depthOf(page.body) == 17);
+  Fonts fonts;
+  NoPictures pictures;
+  CHECK_FALSE(layOut(page, 400, fonts, pictures).items.empty());
+}
+
+TEST_CASE("tags that are never closed are counted up to a limit") {
+  const Page page = parsePage(repeated(L"<b>", 170'000) + repeated(L"</i>", 120'000) + L"x");
+  REQUIRE(page.body.blocks.size() == 1);
+  CHECK(page.body.blocks[0].pieces[0].style.bold);
+}
+
+TEST_CASE("letters in letters get neither endlessly large nor small") {
+  CHECK(parsePage(repeated(L"<big>", 300) + L"x").body.blocks[0].pieces[0].style.size == 200);
+  CHECK(parsePage(repeated(L"<small>", 300) + L"x").body.blocks[0].pieces[0].style.size == 6);
+}
+
+TEST_CASE("sizes beyond every screen are cut") {
+  const Page page = parsePage(
+      L"<img width=2147483647 height=99999999999><table width=99999999% cellspacing=2147483647 "
+      L"cellpadding=2147483647><tr><td colspan=2147483647 width=2147483647>x<td "
+      L"colspan=2147483647>y</table>");
+  CHECK(page.body.blocks[0].pieces[0].width == 10'000);
+  CHECK(page.body.blocks[0].pieces[0].height == 10'000);
+  const Table& table = *page.body.blocks[1].table;
+  CHECK(table.width.value == 100);
+  CHECK(table.spacing == 100);
+  CHECK(table.padding == 100);
+  CHECK(table.rows[0][0].columns == 100);
+  CHECK(table.rows[0][0].width.value == 10'000);
+  Fonts fonts;
+  NoPictures pictures;
+  CHECK(layOut(page, 400, fonts, pictures).height > 0);
+}
+
+TEST_CASE("a title is cut where no caption would show it") {
+  const Page page = parsePage(L"<title>" + repeated(L"a<b>", 200'000) + L"</title>x");
+  CHECK(page.title == repeated(L"a", 250));
+}
