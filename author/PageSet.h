@@ -9,8 +9,8 @@
 
 namespace author {
 
-// By path, with "\" between the parts. Pages are in UTF-8 or say what they are in; other files are
-// taken as they are.
+// By path, with "\" between the parts. Pages (.htm) are read as the browser does, by
+// what they say they are in; other files are taken as they are.
 using PageSet = std::map<std::wstring, std::string>;
 
 // The program's own.

@@ -56,6 +56,18 @@ Frame fitted(long width, long height, Frame frame) {
 
 std::wstring number(std::uint64_t value) { return text::decimal(static_cast<long long>(value)); }
 
+// Whatever a page was in: it says what it is in now, by its head or else by a mark at its
+// beginning.
+std::string inUtf8(std::wstring page) {
+  constexpr std::wstring_view mark = L"charset=";
+  constexpr std::size_t beginning = 1024;
+  auto at = text::toLower(page.substr(0, beginning)).find(mark);
+  if (at == page.npos) return "\xEF\xBB\xBF" + toUtf8(page);
+  at = std::min(page.find_first_not_of(L"\"' ", at + mark.size()), page.size());
+  const auto end = std::min(page.find_first_of(L"\"' >;/", at), page.size());
+  return toUtf8(page.replace(at, end - at, L"utf-8"));
+}
+
 struct Picture {
   std::wstring source;  // full path; empty for none
   std::wstring name;    // below the site
@@ -406,7 +418,7 @@ void Builder::writePage(const std::wstring& path, const std::string& bytes, cons
   makeFolders(std::wstring(text::beforeLast(file, L'\\')));
   if (!text::toLower(path).ends_with(L".htm")) return writeFile(file, bytes);
   try {
-    writeFile(file, toUtf8(fillIn(html::decodePage(bytes), values)));
+    writeFile(file, inUtf8(fillIn(html::decodePage(bytes), values)));
   } catch (const Error& error) {
     if (error.number() != errors::invalidArgument) throw;
     throw Error(error.number(), L"The page " + path + L": " + std::wstring(error.description()));

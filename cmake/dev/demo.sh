@@ -45,8 +45,8 @@ lay_out_demo() {
   mkdir -p "$demo_folder/shared" "$demo_folder/downloads"
   cp -r samples/templates samples/web "$demo_folder/"
   cp -r samples/themes "$demo_folder/shared/Themes11"
-  cp -r samples/catalogue/pages "$demo_folder/catalogue"
-  cp -r build/release/samples/catalogue/archives "$demo_folder/catalogue/"
+  cp -r build/release/samples/catalogue/site "$demo_folder/catalogue"
+  cp build/release/samples/catalogue/shelf/*.zip "$demo_folder/catalogue/archives/"
   # What the host keeps for itself in a folder that it has opened, and what no copy takes along.
   mkdir "$demo_folder/templates/Night Ferry/_vti_cnf"
   say 'vti_encoding:SR|utf8-nl' >"$demo_folder/templates/Night Ferry/_vti_cnf/ferry.dwt"

@@ -136,14 +136,25 @@ TEST_CASE("a catalogue is made with an author's own pages") {
   pages.writeFile(L"images\\logo.gif", "GIF {{not a gap}}");
   REQUIRE(catalogue.make({L"--pages", pages.path()}) == fine);
   CHECK(catalogue.read(L"the-quay.htm") ==
-        "<html>The &lt;Quay&gt; Dynamic Web Templates "
+        "\xEF\xBB\xBF<html>The &lt;Quay&gt; Dynamic Web Templates "
         "DWTOnlineDownload.htm?theme1=http://example.invalid/shop/archives/glass.zip&amp;"
         "dwt1=http://example.invalid/shop/archives/quay.zip</html>");
-  CHECK(catalogue.read(L"about.htm") == "<a href=\"gone.htm\">http://example.invalid/shop</a>");
+  CHECK(catalogue.read(L"about.htm") ==
+        "\xEF\xBB\xBF<a href=\"gone.htm\">http://example.invalid/shop</a>");
   CHECK(catalogue.read(L"images\\logo.gif") == "GIF {{not a gap}}");
   CHECK(catalogue.console.printed.find(
             L"Note: about.htm, line 1: \"gone.htm\" leads to no file of the catalogue.\n") !=
         std::wstring::npos);
+}
+
+TEST_CASE("an author's own page is read in its encoding and written in one that has every title") {
+  Catalogue catalogue;
+  const ScratchFolder pages;
+  pages.writeFile(L"index.htm",
+                  "<meta content=\"text/html; charset=windows-1252\">gr\xFCn {{title}}");
+  REQUIRE(catalogue.make({L"--pages", pages.path(), L"--title", L"\u6E2F"}) == fine);
+  CHECK(catalogue.read(L"index.htm") ==
+        "<meta content=\"text/html; charset=utf-8\">gr\xC3\xBCn \xE6\xB8\xAF");
 }
 
 TEST_CASE("a page that is not well made leaves no catalogue") {
