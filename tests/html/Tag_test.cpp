@@ -1,4 +1,4 @@
-#include "html/Tag.h"
+#include "html/TokenReader.h"
 
 #include "tests/support/text_output.h"
 
