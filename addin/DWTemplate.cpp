@@ -185,7 +185,9 @@ void DWTemplate::IDTExtensibility2_OnDisconnection(long RemoveMode) noexcept {
   for (const MenuButton* button : {&copyButton, &onlineButton}) {
     quietly(L"IDTExtensibility2_OnDisconnection", [&] {
       if (!button->control) throw Error(errors::objectNotSet);
-      RemoveAddInCommandBarButton(RemoveMode, button->control->tag());
+      const std::wstring tag = button->control->tag();
+      const bool handled = RemoveAddInCommandBarButton(RemoveMode, tag);
+      if (handled && tag.empty()) button->control->remove();
     });
     if (!button->control) return;  // without the first entry there is no second
   }
@@ -267,7 +269,10 @@ bool DWTemplate::RemoveAddInCommandBarButton(long RemoveMode,
     // This generation forgets temporary entries by itself, and is past being asked.
     if (RemoveMode == hostShutsDown && text::beginsIgnoringCase(hostApplication().version(), L"6."))
       return;
-    if (const auto control = hostApplication().commandBars().findByTag(ctl_key)) control->remove();
+    // A search for no tag at all would find the host's own first entry.
+    if (!ctl_key.empty())
+      if (const auto control = hostApplication().commandBars().findByTag(ctl_key))
+        control->remove();
     handled = true;
   });
   return handled;

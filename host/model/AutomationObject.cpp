@@ -94,7 +94,8 @@ HRESULT refused(const Refusal& refusal, EXCEPINFO* exception) {
   if (!exception) return DISP_E_EXCEPTION;
   *exception = {};
   exception->bstrSource = SysAllocString(L"Microsoft FrontPage");
-  exception->bstrDescription = SysAllocString(refusal.description.c_str());
+  if (!refusal.description.empty())
+    exception->bstrDescription = SysAllocString(refusal.description.c_str());
   if (refusal.code >= 0 && refusal.code <= 0xFFFF)
     exception->wCode = static_cast<WORD>(refusal.code);
   else
@@ -209,6 +210,9 @@ STDMETHODIMP AutomationObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count
   if (!names || !ids || count == 0) return E_INVALIDARG;
   session_->faults.noteName();
   std::fill(ids, ids + count, DISPID_UNKNOWN);
+  const HRESULT watched = session_->faults.watchedBare(std::wstring(L"the name ") +
+                                                       members().className() + L"." + names[0]);
+  if (FAILED(watched)) return watched;
   ids[0] = members().idOf(names[0]);
   if (ids[0] == DISPID_UNKNOWN) return DISP_E_UNKNOWNNAME;
   HRESULT result = S_OK;
@@ -254,6 +258,8 @@ STDMETHODIMP AutomationObject::Invoke(DISPID id, REFIID iid, LCID, WORD flags,
     return S_OK;
   } catch (const Refusal& refusal) {
     return refused(refusal, exception);
+  } catch (const Failure& failure) {
+    return failure.outcome;
   } catch (const Error& error) {
     return refused({error.number(), std::wstring(error.description())}, exception);
   } catch (const std::bad_alloc&) {
@@ -268,6 +274,7 @@ com::Variant AutomationObject::run(const Member& member, const Arguments& argume
                                      std::wstring(member.definedBy) + L"." + member.name};
   if (member.definedBy != members().className())
     names.push_back(std::wstring(members().className()) + L"." + member.name);
+  if (auto answer = session_->faults.watched(names.back())) return *std::move(answer);
   if (session_->faults.meet(names, arguments.texts())) return session_->nothing();
   return member.run(*this, arguments);
 }

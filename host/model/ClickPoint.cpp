@@ -36,6 +36,7 @@ STDMETHODIMP CommandBarButton::ClickPoint::GetConnectionPointContainer(
 
 STDMETHODIMP CommandBarButton::ClickPoint::Advise(IUnknown* sink, DWORD* cookie) {
   if (!sink || !cookie) return E_POINTER;
+  if (const HRESULT watched = watchedCall(L"events Advise"); FAILED(watched)) return watched;
   ComPtr<IDispatch> events;
   if (FAILED(sink->QueryInterface(buttonEvents, reinterpret_cast<void**>(events.put()))))
     return CONNECT_E_CANNOTCONNECT;
@@ -45,7 +46,12 @@ STDMETHODIMP CommandBarButton::ClickPoint::Advise(IUnknown* sink, DWORD* cookie)
 }
 
 STDMETHODIMP CommandBarButton::ClickPoint::Unadvise(DWORD cookie) {
+  if (const HRESULT watched = watchedCall(L"events Unadvise"); FAILED(watched)) return watched;
   return sinks_.erase(cookie) ? S_OK : CONNECT_E_NOCONNECTION;
+}
+
+HRESULT CommandBarButton::ClickPoint::watchedCall(const wchar_t* name) const noexcept {
+  return button_ ? button_->session()->faults.watchedBare(name) : S_OK;
 }
 
 STDMETHODIMP CommandBarButton::ClickPoint::EnumConnections(IEnumConnections** connections) {

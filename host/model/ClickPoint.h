@@ -26,6 +26,8 @@ class CommandBarButton::ClickPoint : public IConnectionPoint {
   STDMETHOD(EnumConnections)(IEnumConnections** connections) override;
 
  private:
+  HRESULT watchedCall(const wchar_t* name) const noexcept;
+
   CommandBarButton* button_;
   std::map<DWORD, ComPtr<IDispatch>> sinks_;
   DWORD lastCookie_ = 0;

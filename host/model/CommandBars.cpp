@@ -365,6 +365,8 @@ STDMETHODIMP CommandBarButton::FindConnectionPoint(REFIID iid, IConnectionPoint*
   if (!point) return E_POINTER;
   *point = nullptr;
   if (iid != buttonEvents) return CONNECT_E_NOCONNECTION;
+  const HRESULT watched = session()->faults.watchedBare(L"events FindConnectionPoint");
+  if (FAILED(watched)) return watched;
   *point = clicks_.get();
   clicks_->AddRef();
   return S_OK;

@@ -44,8 +44,15 @@ void Faults::before(const std::wstring& member, std::function<void()> action) {
   actions_[known(member)] = std::move(action);
 }
 
+void Faults::watch(Watcher watcher) {
+  const Locked locked(*this);
+  watcher_ = std::move(watcher);
+  watchedCalls_ = 0;
+}
+
 void Faults::clear() {
   const Locked locked(*this);
+  watcher_ = nullptr;
   refusals_.clear();
   nothing_.clear();
   actions_.clear();
@@ -114,6 +121,30 @@ void Faults::noteCall(const std::vector<std::wstring>& names,
   for (const auto& name : names) {
     ++calls_[name];
     arguments_[name] = arguments;
+  }
+}
+
+std::optional<com::Variant> Faults::watched(const std::wstring& member) {
+  // A copy that runs unlocked: the watcher may end the watch, and may take its time.
+  Watcher watcher;
+  HostCall call = {0, member};
+  {
+    const Locked locked(*this);
+    if (!watcher_) return std::nullopt;
+    watcher = watcher_;
+    call.number = ++watchedCalls_;
+  }
+  return watcher(call);
+}
+
+// A result that is none of its own means that the call did not do what it was for.
+HRESULT Faults::watchedBare(const std::wstring& member) noexcept {
+  try {
+    return watched(member) ? E_NOTIMPL : S_OK;
+  } catch (const Failure& failure) {
+    return failure.outcome;
+  } catch (...) {
+    return E_FAIL;
   }
 }
 

@@ -8,9 +8,12 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "common/com.h"
 
 namespace standin {
 
@@ -18,7 +21,19 @@ namespace standin {
 // into EXCEPINFO's wCode, another one into its scode.
 struct Refusal {
   long code;
-  std::wstring description;
+  std::wstring description;  // empty: without a text
+};
+
+// Raised by a member: the caller gets this HRESULT and nothing else, as from a host that is gone.
+struct Failure {
+  HRESULT outcome;
+};
+
+// One call that reaches an object of the host: of a member ("WebFiles.Add"), for a member's number
+// ("the name WebFiles.Add") or to a button's events ("events Advise").
+struct HostCall {
+  int number;  // from 1 on, since the watch began
+  std::wstring member;
 };
 
 class Faults {
@@ -35,6 +50,11 @@ class Faults {
   void returnNothing(const std::wstring& member);
   // `action` runs before each call of the member.
   void before(const std::wstring& member, std::function<void()> action);
+  // `watcher` is asked before every call. What it gives is the call's result then, and the call is
+  // not made; it may raise a Refusal or a Failure, and may do whatever can happen during a call.
+  // None ends the watch.
+  using Watcher = std::function<std::optional<com::Variant>(const HostCall&)>;
+  void watch(Watcher watcher);
   // Ends everything the above has set up.
   void clear();
 
@@ -51,6 +71,9 @@ class Faults {
   // member is to give nothing.
   bool meet(const std::vector<std::wstring>& names, const std::vector<std::wstring>& arguments);
   void noteName();
+  // The watcher's answer to a call of a member, and to one that gives no value.
+  std::optional<com::Variant> watched(const std::wstring& member);
+  HRESULT watchedBare(const std::wstring& member) noexcept;
 
  private:
   struct Planned {
@@ -65,6 +88,8 @@ class Faults {
   std::function<void()> actionOf(const std::wstring& name) const;
 
   mutable CRITICAL_SECTION lock_;
+  Watcher watcher_;
+  int watchedCalls_ = 0;
   std::map<std::wstring, Planned, std::less<>> refusals_;
   std::map<std::wstring, bool, std::less<>> nothing_;
   std::map<std::wstring, std::function<void()>, std::less<>> actions_;

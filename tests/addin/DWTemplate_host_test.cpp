@@ -281,6 +281,24 @@ TEST_CASE("An object that is connected anew to a host without a menu bar leaves 
   connected.addIn.reset();
 }
 
+TEST_CASE("Entries whose host lost their tags are removed and nothing else is") {
+  Connected connected;
+  const auto control = [&](const wchar_t* caption) { return connected.host.button(caption); };
+  const auto all = [&] {
+    std::vector<std::wstring> captions;
+    for (const auto* each : connected.host.commandBars().allControls())
+      captions.push_back(each->caption);
+    return captions;
+  };
+  REQUIRE(control(copyToWeb));
+  control(copyToWeb)->tag.clear();
+  control(dwtOnline)->tag.clear();
+  auto expected = all();
+  for (const wchar_t* entry : {copyToWeb, dwtOnline}) std::erase(expected, control(entry)->caption);
+  connected.disconnect(userClosed);
+  CHECK(all() == expected);
+}
+
 TEST_CASE("A menu bar that is not of type 1 gets no entries and no message") {
   for (const long type : {0L, 2L}) {
     standin::HostOptions options;

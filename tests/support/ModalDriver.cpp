@@ -121,6 +121,8 @@ void ModalDriver::meetBox(HWND box) {
   if (!answers_.empty()) {
     button = answers_.front();
     answers_.pop_front();
+  } else if (choose_) {
+    button = choose_(shown);
   }
   PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(button),
                reinterpret_cast<LPARAM>(GetDlgItem(box, button)));

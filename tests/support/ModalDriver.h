@@ -30,6 +30,8 @@ class ModalDriver {
   // The next message box is answered with this button (IDOK, IDYES, IDNO, IDCANCEL). Boxes nobody
   // expected are recorded too and closed with their last button.
   void answer(int button) { answers_.push_back(button); }
+  // Answers those boxes that nobody expected.
+  void answerOthers(std::function<int(const ShownBox&)> choose) { choose_ = std::move(choose); }
 
   // `script` runs once, inside the dialog's own loop, when the next dialog with this caption is
   // there. Scripts with the same caption are used in the order in which they were given.
@@ -48,6 +50,7 @@ class ModalDriver {
   HHOOK hook_ = nullptr;
   HWND window_ = nullptr;
   std::deque<int> answers_;
+  std::function<int(const ShownBox&)> choose_;
   std::deque<std::pair<std::wstring, std::function<void(HWND)>>> scripts_;
   std::set<HWND> met_;
   std::vector<ShownBox> boxes_;

@@ -225,3 +225,28 @@ TEST_CASE("an unknown option and a value that does not fit are refused") {
   CHECK_FALSE(options.set(L"menuBarType", L"bar"));
   CHECK_FALSE(options.set(L"nothingIsEmpty", L"maybe"));
 }
+
+TEST_CASE("a watched call is answered as its watcher says") {
+  const Host host;
+  const LateBound application(host.application());
+  std::vector<std::wstring> calls;
+  host.faults().watch([&](const standin::HostCall& call) -> std::optional<com::Variant> {
+    calls.push_back(std::to_wstring(call.number) + L" " + call.member);
+    if (call.number == 2) return com::Variant(L"another");
+    if (call.number == 4) throw standin::Refusal{7, L""};
+    if (call.number == 6) throw standin::Failure{RPC_E_DISCONNECTED};
+    if (call.number == 7) throw standin::Failure{RPC_E_DISCONNECTED};
+    return std::nullopt;
+  });
+  CHECK(application.get(L"Name").value.text() == L"another");
+  CHECK(application.get(L"Name").result == DISP_E_EXCEPTION);
+  CHECK(application.get(L"Name").result == RPC_E_DISCONNECTED);
+  CHECK(application.get(L"Name").result == RPC_E_DISCONNECTED);
+  CHECK(calls == std::vector<std::wstring>{L"1 the name Application.Name", L"2 Application.Name",
+                                           L"3 the name Application.Name", L"4 Application.Name",
+                                           L"5 the name Application.Name", L"6 Application.Name",
+                                           L"7 the name Application.Name"});
+  host.faults().watch(nullptr);
+  CHECK(application.get(L"Name").value.text() == L"Microsoft FrontPage");
+  CHECK(calls.size() == 7);
+}

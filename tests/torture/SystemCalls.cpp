@@ -1,0 +1,448 @@
+#include "tests/torture/SystemCalls.h"
+
+#include <commctrl.h>
+#include <ocidl.h>
+#include <olectl.h>
+#include <shellapi.h>
+#include <shlwapi.h>
+#include <wininet.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+#include <type_traits>
+
+#include "tests/support/ImportPatch.h"
+
+namespace torture {
+namespace {
+
+// What a failing call gives back: a value, the code itself, or an HRESULT.
+enum class Gives { value, code, result };
+// What a call that has been made changes in what the module holds.
+enum class Effect { none, takes, takesByCode, gives, givesSecond };
+
+struct Entry {
+  const char* library;
+  const char* function;
+  std::optional<Kind> kind;  // none: it does not fail
+  Gives gives;
+  long value;
+  Effect effect;
+  const char* thing;
+  void* replacement;
+  void* original;
+};
+
+struct Watch {
+  Kind kind = Kind::files;
+  SystemCalls::Watcher watcher;
+  int calls = 0;
+  DWORD thread = 0;
+  bool inside = false;  // what the watcher does itself is not watched
+};
+
+Watch& watching() {
+  static Watch watch;
+  return watch;
+}
+
+struct Held {
+  const char* thing;
+  long count;
+};
+// A plain array: counting must not take memory itself.
+Held held[24];
+
+long& countOf(const char* thing) {
+  for (Held& each : held) {
+    if (!each.thing) each.thing = thing;
+    if (std::strcmp(each.thing, thing) == 0) return each.count;
+  }
+  std::abort();
+}
+
+const SystemFailure* failureOf(const Entry& entry) {
+  Watch& watch = watching();
+  if (!watch.watcher || watch.kind != entry.kind || watch.inside ||
+      watch.thread != GetCurrentThreadId())
+    return nullptr;
+  watch.inside = true;
+  const DWORD error = GetLastError();
+  const SystemFailure* failure = watch.watcher({++watch.calls, entry.function});
+  SetLastError(error);
+  watch.inside = false;
+  return failure;
+}
+
+template <class Value>
+Value fromBits(long bits) {
+  if constexpr (std::is_pointer_v<Value>)
+    return reinterpret_cast<Value>(bits);
+  else
+    return static_cast<Value>(bits);
+}
+
+template <class Value>
+bool isNothing(const Value& value) {
+  if constexpr (std::is_pointer_v<Value>)
+    return value == nullptr;
+  else
+    return true;
+}
+
+inline bool givesBack(Effect) { return false; }
+
+template <class First, class... Rest>
+bool givesBack(Effect effect, First first, Rest... rest) {
+  if (effect == Effect::gives) return !isNothing(first);
+  if constexpr (sizeof...(rest) > 0)
+    if (effect == Effect::givesSecond) return givesBack(Effect::gives, rest...);
+  return false;
+}
+
+template <class Result, class Function, class... Arguments>
+Result pass(Entry& entry, Function* original, Arguments... arguments) {
+  if constexpr (!std::is_void_v<Result>) {
+    if (const SystemFailure* failure = failureOf(entry)) {
+      SetLastError(failure->code);
+      if (entry.gives == Gives::code) return fromBits<Result>(static_cast<long>(failure->code));
+      if (entry.gives == Gives::result) return fromBits<Result>(failure->result);
+      return fromBits<Result>(entry.value);
+    }
+  }
+  if (givesBack(entry.effect, arguments...)) --countOf(entry.thing);
+  if constexpr (std::is_void_v<Result>) {
+    original(arguments...);
+  } else {
+    const Result result = original(arguments...);
+    if (entry.effect == Effect::takes && result != fromBits<Result>(entry.value))
+      ++countOf(entry.thing);
+    if (entry.effect == Effect::takesByCode && result == fromBits<Result>(0))
+      ++countOf(entry.thing);
+    return result;
+  }
+}
+
+template <int slot>
+Entry*& entryAt() {
+  static Entry* entry = nullptr;
+  return entry;
+}
+
+template <int slot, class Function>
+struct Hook;
+
+template <int slot, class Result, class... Arguments>
+struct Hook<slot, Result WINAPI(Arguments...)> {
+  static Result WINAPI call(Arguments... arguments) {
+    Entry& entry = *entryAt<slot>();
+    return pass<Result>(entry, reinterpret_cast<Result(WINAPI*)(Arguments...)>(entry.original),
+                        arguments...);
+  }
+};
+
+// The C run-time's own, in its own calling convention.
+Entry* allocation = nullptr;
+Entry* zeroAllocation = nullptr;
+Entry* reallocation = nullptr;
+Entry* freeing = nullptr;
+
+struct RunTimeCall {
+  Entry** entry;
+  const char* name;
+  void* hook;
+};
+
+constexpr char blocks[] = "blocks of memory";
+
+void* counted(void* block) {
+  if (block) ++countOf(blocks);
+  return block;
+}
+
+void* __cdecl allocate(std::size_t size) {
+  if (failureOf(*allocation)) return nullptr;
+  return counted(reinterpret_cast<decltype(&allocate)>(allocation->original)(size));
+}
+
+void* __cdecl allocateZeros(std::size_t count, std::size_t size) {
+  if (failureOf(*zeroAllocation)) return nullptr;
+  return counted(reinterpret_cast<decltype(&allocateZeros)>(zeroAllocation->original)(count, size));
+}
+
+void* __cdecl reallocate(void* memory, std::size_t size) {
+  if (failureOf(*reallocation)) return nullptr;
+  void* const block = reinterpret_cast<decltype(&reallocate)>(reallocation->original)(memory, size);
+  if (!memory) return counted(block);
+  if (size == 0) --countOf(blocks);
+  return block;
+}
+
+void __cdecl release(void* memory) {
+  if (memory) --countOf(blocks);
+  reinterpret_cast<decltype(&release)>(freeing->original)(memory);
+}
+
+// The clipboard takes what it is given; only memory is counted here.
+Entry* clipboardSetting = nullptr;
+
+HANDLE WINAPI setClipboardData(UINT format, HANDLE data) {
+  if (const SystemFailure* failure = failureOf(*clipboardSetting)) {
+    SetLastError(failure->code);
+    return nullptr;
+  }
+  const HANDLE set =
+      reinterpret_cast<decltype(&setClipboardData)>(clipboardSetting->original)(format, data);
+  const bool isMemory = format != CF_BITMAP && format != CF_PALETTE && format != CF_ENHMETAFILE;
+  if (set && isMemory) --countOf("global blocks");
+  return set;
+}
+
+// clang-format off
+#define WATCHED(hook, library, name, kind, gives, bad, effect, thing)                    \
+  {                                                                                      \
+    constexpr int slot = __COUNTER__;                                                    \
+    all.push_back({library, #name, kind, Gives::gives, bad, Effect::effect, thing,       \
+                   reinterpret_cast<void*>(hook<slot, decltype(name)>::call), nullptr}); \
+    entryAt<slot>() = &all.back();                                                       \
+  }
+// May fail, with that value.
+#define FAILS(name, bad) WATCHED(Hook, library, name, kind, value, bad, none, "")
+// The same, and gives something that has to be given back.
+#define TAKES(name, bad, thing) WATCHED(Hook, library, name, kind, value, bad, takes, thing)
+// Gives something back, and does not fail.
+#define RETURNS(name, thing) WATCHED(Hook, library, name, std::nullopt, value, 0, gives, thing)
+// Tells of its failure by its result.
+#define CODE(name) WATCHED(Hook, library, name, kind, code, 0, none, "")
+#define OPENS(name, thing) WATCHED(Hook, library, name, kind, code, 0, takesByCode, thing)
+#define RESULT(name) WATCHED(Hook, library, name, kind, result, 0, none, "")
+// clang-format on
+
+void addFiles(std::vector<Entry>& all) {
+  constexpr auto library = "kernel32.dll";
+  constexpr auto kind = Kind::files;
+  TAKES(CreateFileW, -1, "files")
+  FAILS(ReadFile, 0)
+  FAILS(WriteFile, 0)
+  FAILS(CreateDirectoryW, 0)
+  FAILS(DeleteFileW, 0)
+  TAKES(FindFirstFileA, -1, "searches")
+  FAILS(FindNextFileA, 0)
+  FAILS(GetFileAttributesW, -1)
+  FAILS(GetFileAttributesExW, 0)
+  FAILS(GetFileInformationByHandle, 0)
+  FAILS(GetFileSize, -1)
+  FAILS(GetFileTime, 0)
+  FAILS(GetFullPathNameW, 0)
+  FAILS(GetLongPathNameW, 0)
+  FAILS(GetShortPathNameW, 0)
+  FAILS(GetTempFileNameW, 0)
+  FAILS(SetFilePointer, -1)
+  FAILS(GetDiskFreeSpaceExW, 0)
+  FAILS(GetModuleFileNameW, 0)
+  FAILS(LoadLibraryW, 0)
+  FAILS(LoadLibraryExW, 0)
+  RETURNS(CloseHandle, "files")
+  RETURNS(FindClose, "searches")
+}
+
+void addProfiles(std::vector<Entry>& all) {
+  constexpr auto library = "kernel32.dll";
+  constexpr auto kind = Kind::ini;
+  FAILS(GetPrivateProfileStringA, 0)
+}
+
+void addRegistry(std::vector<Entry>& all) {
+  constexpr auto library = "advapi32.dll";
+  constexpr auto kind = Kind::registry;
+  OPENS(RegCreateKeyA, "keys")
+  OPENS(RegCreateKeyExW, "keys")
+  OPENS(RegOpenKeyA, "keys")
+  OPENS(RegOpenKeyExA, "keys")
+  OPENS(RegOpenKeyExW, "keys")
+  CODE(RegDeleteKeyW)
+  CODE(RegDeleteValueW)
+  CODE(RegEnumValueA)
+  CODE(RegQueryInfoKeyW)
+  CODE(RegQueryValueA)
+  CODE(RegQueryValueExA)
+  CODE(RegQueryValueExW)
+  CODE(RegSetValueExA)
+  CODE(RegSetValueExW)
+  RETURNS(RegCloseKey, "keys")
+}
+
+void addMemory(std::vector<Entry>& all) {
+  constexpr auto kind = Kind::memory;
+  {
+    constexpr auto library = "msvcrt.dll";
+    // The C run-time's functions have another calling convention.
+    for (const auto& [entry, name, hook] :
+         {RunTimeCall{&allocation, "malloc", reinterpret_cast<void*>(allocate)},
+          RunTimeCall{&zeroAllocation, "calloc", reinterpret_cast<void*>(allocateZeros)},
+          RunTimeCall{&reallocation, "realloc", reinterpret_cast<void*>(reallocate)},
+          RunTimeCall{&freeing, "free", reinterpret_cast<void*>(release)}}) {
+      all.push_back({library, name, kind, Gives::value, 0, Effect::none, "", hook, nullptr});
+      *entry = &all.back();
+    }
+  }
+  {
+    constexpr auto library = "kernel32.dll";
+    TAKES(GlobalAlloc, 0, "global blocks")
+    FAILS(GlobalLock, 0)
+    RETURNS(GlobalFree, "global blocks")
+  }
+  {
+    constexpr auto library = "oleaut32.dll";
+    FAILS(SysAllocStringLen, 0)
+  }
+}
+
+void addWindows(std::vector<Entry>& all) {
+  constexpr auto library = "user32.dll";
+  constexpr auto kind = Kind::windows;
+  FAILS(CreateDialogIndirectParamW, 0)
+  FAILS(CreateWindowExW, 0)
+  FAILS(RegisterClassW, 0)
+  TAKES(CreatePopupMenu, 0, "menus")
+  FAILS(AppendMenuW, 0)
+  FAILS(SetTimer, 0)
+  FAILS(LoadImageW, 0)
+  FAILS(LoadCursorW, 0)
+  FAILS(CopyImage, 0)
+  FAILS(GetDlgItem, 0)
+  FAILS(MapDialogRect, 0)
+  FAILS(BeginDeferWindowPos, 0)
+  FAILS(DeferWindowPos, 0)
+  FAILS(EndDeferWindowPos, 0)
+  FAILS(GetWindowPlacement, 0)
+  FAILS(SetWindowPlacement, 0)
+  FAILS(SetWindowPos, 0)
+  FAILS(GetMonitorInfoW, 0)
+  FAILS(SystemParametersInfoW, 0)
+  FAILS(OpenClipboard, 0)
+  FAILS(EmptyClipboard, 0)
+  FAILS(GetClipboardData, 0)
+  FAILS(RegisterClipboardFormatW, 0)
+  FAILS(MessageBoxW, 0)
+  RETURNS(DestroyMenu, "menus")
+  all.push_back({library, "SetClipboardData", kind, Gives::value, 0, Effect::none, "",
+                 reinterpret_cast<void*>(setClipboardData), nullptr});
+  clipboardSetting = &all.back();
+}
+
+void addDrawing(std::vector<Entry>& all) {
+  constexpr auto kind = Kind::drawing;
+  {
+    constexpr auto library = "gdi32.dll";
+    FAILS(BitBlt, 0)
+    TAKES(CreateCompatibleDC, 0, "device contexts")
+    FAILS(CreateBitmap, 0)
+    FAILS(CreateCompatibleBitmap, 0)
+    FAILS(CreateDIBSection, 0)
+    FAILS(CreateFontW, 0)
+    FAILS(CreateSolidBrush, 0)
+    FAILS(GetDIBits, 0)
+    FAILS(GetObjectW, 0)
+    FAILS(GetTextExtentPoint32W, 0)
+    FAILS(SelectObject, 0)
+    FAILS(StretchBlt, 0)
+    RETURNS(DeleteDC, "device contexts")
+  }
+  {
+    constexpr auto library = "user32.dll";
+    TAKES(GetDC, 0, "borrowed contexts")
+    WATCHED(Hook, library, ReleaseDC, std::nullopt, value, 0, givesSecond, "borrowed contexts")
+  }
+  {
+    constexpr auto library = "comctl32.dll";
+    TAKES(ImageList_Create, 0, "image lists")
+    FAILS(ImageList_Add, -1)
+    RETURNS(ImageList_Destroy, "image lists")
+  }
+}
+
+void addCom(std::vector<Entry>& all) {
+  constexpr auto kind = Kind::com;
+  {
+    constexpr auto library = "ole32.dll";
+    RESULT(CLSIDFromProgID)
+    RESULT(CoCreateInstance)
+    RESULT(CreateStreamOnHGlobal)
+    RESULT(OleInitialize)
+    FAILS(StringFromGUID2, 0)
+  }
+  {
+    constexpr auto library = "oleaut32.dll";
+    RESULT(GetActiveObject)
+    RESULT(OleLoadPicture)
+    RESULT(VariantChangeType)
+    RESULT(VariantCopy)
+    RESULT(VariantCopyInd)
+    RESULT(VarI2FromStr)
+    RESULT(VarR8FromStr)
+  }
+  {
+    constexpr auto library = "shlwapi.dll";
+    RESULT(UrlCanonicalizeW)
+    RESULT(PathCreateFromUrlW)
+  }
+}
+
+std::vector<Entry> makeEntries() {
+  std::vector<Entry> all;
+  all.reserve(200);  // its entries must not move
+  for (const auto add :
+       {addFiles, addProfiles, addRegistry, addMemory, addWindows, addDrawing, addCom})
+    add(all);
+  return all;
+}
+
+std::vector<Entry>& entries() {
+  static std::vector<Entry> all = makeEntries();
+  return all;
+}
+
+}  // namespace
+
+const char* nameOf(Kind kind) {
+  constexpr const char* names[kinds] = {"registry", "profiles", "files", "memory",
+                                        "windows",  "drawing",  "com",   "network"};
+  return names[static_cast<int>(kind)];
+}
+
+class SystemCalls::Patches {
+ public:
+  explicit Patches(HMODULE module) {
+    for (Entry& entry : entries()) {
+      patches_.push_back(std::make_unique<ImportPatch>(
+          module, entry.library, entry.function, reinterpret_cast<void (*)()>(entry.replacement)));
+      entry.original = reinterpret_cast<void*>(patches_.back()->original<void()>());
+    }
+  }
+
+ private:
+  std::vector<std::unique_ptr<ImportPatch>> patches_;
+};
+
+// The first entry's original has to be known before its patch is in place, so nobody calls the
+// module meanwhile.
+SystemCalls::SystemCalls(HMODULE module) : patches_(std::make_unique<Patches>(module)) {}
+
+SystemCalls::~SystemCalls() { unwatch(); }
+
+void SystemCalls::watch(Kind kind, Watcher watcher) {
+  watching() = {kind, std::move(watcher), 0, GetCurrentThreadId(), false};
+}
+
+void SystemCalls::unwatch() noexcept { watching() = {}; }
+
+std::map<std::string, long> SystemCalls::held() {
+  std::map<std::string, long> result;
+  for (const Held& each : torture::held)
+    if (each.thing) result[each.thing] = each.count;
+  return result;
+}
+
+}  // namespace torture

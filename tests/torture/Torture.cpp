@@ -1,0 +1,203 @@
+#include "tests/torture/Torture.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "tests/support/ModalDriver.h"
+
+namespace torture {
+namespace {
+
+void nothingMore(World&) {}
+void connect(World& world) { world.connect(); }
+void disconnect(World& world) { world.disconnect(); }
+void copy(World& world) { world.copy(); }
+void download(World& world) { world.download(); }
+
+// What `course` has and `usual` has not; lines may come more than once.
+Lines beyond(Lines course, const Lines& usual) {
+  for (const auto& line : usual)
+    if (const auto found = std::ranges::find(course, line); found != course.end())
+      course.erase(found);
+  return course;
+}
+
+std::wstring wide(const std::string& text) { return {text.begin(), text.end()}; }
+
+std::wstring described(HWND window) {
+  if (!window) return L"none";
+  wchar_t name[64] = {};
+  GetClassNameW(window, name, 64);
+  return std::wstring(name) + L" \"" + windowText(window) + L"\"";
+}
+
+void compareDesks(const Desk& before, const Desk& after, bool ownerGone, Lines& complaints) {
+  if (!ownerGone && after.active != before.active)
+    complaints.push_back(L"another window is active: " + described(after.active));
+  if (!ownerGone && after.focus != before.focus)
+    complaints.push_back(L"the focus has moved to " + described(after.focus));
+  if (!ownerGone && !after.frameEnabled) complaints.push_back(L"the host's window is disabled");
+  if (after.waiting) complaints.push_back(L"the wait cursor is shown");
+  if (after.clipboard != before.clipboard) complaints.push_back(L"the clipboard has changed");
+  for (const auto& window : beyond(after.windows, before.windows))
+    complaints.push_back(L"a window is left: " + window);
+}
+
+}  // namespace
+
+const std::vector<Journey>& journeys() {
+  static const std::vector<Journey> all = {
+      {"connection", nothingMore, connect, disconnect, L"webs\\my site\\index.htm"},
+      {"copy", connect, copy, nothingMore, L"webs\\my site\\dwts\\Night Ferry\\ferry.dwt"},
+      {"download", connect, download, nothingMore, L"downloads\\lighthouse\\images\\tower.gif"},
+      {"disconnection", connect, disconnect, nothingMore, L"webs\\my site\\index.htm"},
+  };
+  return all;
+}
+
+const Journey& journeyOf(std::string_view name) {
+  const auto found =
+      std::ranges::find_if(journeys(), [&](const Journey& each) { return each.name == name; });
+  if (found == journeys().end()) throw std::invalid_argument("no such journey");
+  return *found;
+}
+
+// Failures that need not be told of, and why.
+struct Quiet {
+  const wchar_t* member;  // with or without "the name " in front
+  const char* why;
+};
+constexpr Quiet quietMembers[] = {
+    {L"CommandBars.ActiveMenuBar", "a look-up that fails is one that finds nothing"},
+    {L"CommandBar.FindControl", "the same"},
+    {L"CommandBars.FindControl", "the same"},
+    {L"Application.ActiveWeb", "the same"},
+    {L"Web.LocateFolder", "the same"},
+    {L"Web.LocateFile", "the same"},
+    {L"CommandBarButton.PasteFace", "is tried ten times, since other programs read the clipboard"},
+    {L"WebFolder.Files", "whether a folder just made is in use: one that does not tell is not"},
+    {L"WebFiles.Count", "the same"},
+    {L"WebFolder.Folders", "the same"},
+    {L"WebFolders.Count", "the same"},
+    {L"events FindConnectionPoint", "a button without events is one that does nothing"},
+    {L"events Advise", "the same"},
+    {L"events Unadvise", "the sink hears nothing any more"},
+};
+
+bool mayBeQuiet(std::wstring member) {
+  constexpr std::wstring_view name = L"the name ";
+  if (member.starts_with(name)) member.erase(0, name.size());
+  return std::ranges::any_of(quietMembers,
+                             [&](const Quiet& each) { return member == each.member; });
+}
+
+bool isToldOf(std::wstring_view text, const Lines& said) {
+  return std::ranges::any_of(
+      said, [&](const std::wstring& each) { return each.find(text) != each.npos; });
+}
+
+// The first times make what stays: window classes, cached strings, the log's switch.
+Trial::Trial(World& world, const Journey& journey) : world_(world), journey_(journey) {
+  world_.begin();
+  world_.connect();
+  world_.look([&] {
+    world_.copy();
+    world_.download();
+  });
+  world_.end();
+  // So does the first error.
+  withHostTrouble(HostWay::refusedWithText, 1);
+  Lines complaints;
+  usual_ =
+      run([&] { hostCalls_ = countHostCalls(world_, [&] { journey_.body(world_); }); }, complaints);
+  if (!usual_.first.files.contains(journey_.makes)) complaints.push_back(L"it makes nothing");
+  if (!complaints.empty()) {
+    std::string what = "the undisturbed journey goes wrong:";
+    for (const auto& each : complaints) what += " " + std::string(each.begin(), each.end()) + ";";
+    throw std::runtime_error(what);
+  }
+}
+
+Trial::Course Trial::run(const std::function<void()>& body, Lines& complaints) {
+  Course course;
+  world_.begin();
+  journey_.before(world_);
+  world_.frame().open();
+  const Desk before = world_.desk();
+  course.first = world_.look(body);
+  const bool ownerGone = !IsWindow(world_.frame().get());
+  compareDesks(before, world_.desk(), ownerGone, complaints);
+  journey_.after(world_);
+  course.second = world_.look([&] {
+    journey_.before(world_);
+    journey_.body(world_);
+  });
+  journey_.after(world_);
+  for (const auto& file : world_.lostFiles()) complaints.push_back(L"lost: " + file);
+  world_.end();
+  course.held = world_.held();
+  if (!world_.canUnload()) complaints.push_back(L"the module cannot be unloaded");
+  return course;
+}
+
+// What is kept on purpose is taken once; what is lost is taken each time.
+Trial::Course Trial::runUntilSteady(const std::function<void()>& body, Lines& complaints) {
+  Course course = run(body, complaints);
+  if (course.held == usual_.held) return course;
+  Lines same;
+  if (run(body, same).held == course.held) usual_.held = course.held;
+  return course;
+}
+
+void Trial::compare(const Course& course, bool hostWasGone, Verdict& verdict) const {
+  for (const auto& [thing, count] : course.held)
+    if (const auto usual = usual_.held.find(thing);
+        count != (usual == usual_.held.end() ? 0 : usual->second))
+      verdict.complaints.push_back(L"not given back: " + wide(thing) + L", " +
+                                   std::to_wstring(count) + L" instead of " +
+                                   std::to_wstring(usual->second));
+  for (const auto& [path, bytes] : usual_.second.files)
+    if (const auto found = course.second.files.find(path);
+        found == course.second.files.end() || found->second != bytes)
+      verdict.complaints.push_back(L"the second time does not make " + path);
+  // What a host that was gone has kept in its menu meanwhile is its own affair.
+  if (!hostWasGone && course.second.menu != usual_.second.menu)
+    verdict.complaints.push_back(L"the second time leaves another menu");
+  const Lines boxes = beyond(course.first.boxes, usual_.first.boxes);
+  const Lines lines = beyond(course.first.lines, usual_.first.lines);
+  const bool same =
+      course.first.files == usual_.first.files && course.first.menu == usual_.first.menu;
+  verdict.outcome = !boxes.empty()   ? "a message"
+                    : !lines.empty() ? "a line"
+                    : same           ? "as always"
+                                     : "given up quietly";
+}
+
+// A failing call is told of by its own text, or by a line or a box at least.
+void Trial::demandWord(HostWay way, Verdict& verdict) {
+  if (verdict.where.empty() || mayBeQuiet(verdict.where)) return;
+  const bool isName = verdict.where.starts_with(L"the name ");
+  if (way == HostWay::refusedWithText && !isName && !isToldOf(refusalText, verdict.said))
+    verdict.complaints.push_back(L"the host's own words are not told");
+  const bool isValue = way == HostWay::nothing || way == HostWay::aText || way == HostWay::anObject;
+  if (!isValue && verdict.said.empty()) verdict.complaints.push_back(L"nothing is told");
+}
+
+Verdict Trial::withHostTrouble(HostWay way, int number) {
+  Verdict verdict;
+  const auto body = [&] {
+    HostTrouble trouble(world_, way, number);
+    journey_.body(world_);
+    verdict.where = trouble.member();
+  };
+  const Course course = runUntilSteady(body, verdict.complaints);
+  for (const auto& line : beyond(course.first.lines, usual_.first.lines))
+    verdict.said.push_back(L"line: " + line);
+  for (const auto& box : beyond(course.first.boxes, usual_.first.boxes))
+    verdict.said.push_back(L"box: " + box);
+  compare(course, way == HostWay::goneForGood, verdict);
+  if (isFailure(way)) demandWord(way, verdict);
+  return verdict;
+}
+
+}  // namespace torture

@@ -1,0 +1,93 @@
+#include "tests/torture/User.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "catalogue/resource.h"
+
+namespace torture {
+namespace {
+
+User* current = nullptr;
+constexpr int visitsOfEach = 4;
+
+bool isUp(HWND window) { return IsWindow(window) && IsWindowVisible(window); }
+
+void selectRow(HWND list, const std::wstring& title) {
+  for (int row = 0; row < ListView_GetItemCount(list); ++row) {
+    wchar_t text[256] = {};
+    LVITEMW item = {};
+    item.pszText = text;
+    item.cchTextMax = 256;
+    SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    if (title == text)
+      ListView_SetItemState(list, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+  }
+}
+
+// Agrees where that is asked, and else takes what is there.
+int agree(const ShownBox& box) {
+  return std::ranges::find(box.buttons, L"Yes") != box.buttons.end() ? IDYES : IDOK;
+}
+
+}  // namespace
+
+User::User(FakeWebBrowser& page, std::wstring download)
+    : page_(page), download_(std::move(download)) {
+  current = this;
+  modal_.answerOthers(agree);
+  for (int visit = 0; visit < visitsOfEach; ++visit) {
+    expect(L"Dynamic Web Template Browser", false);
+    expect(L"DWT Online", true);
+  }
+  timer_ = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, onTimer);
+}
+
+User::~User() {
+  KillTimer(nullptr, timer_);
+  current = nullptr;
+}
+
+std::vector<std::wstring> User::boxes() const {
+  std::vector<std::wstring> result;
+  for (const ShownBox& box : modal_.boxes()) result.push_back(box.title + L" | " + box.text);
+  return result;
+}
+
+void User::expect(const wchar_t* caption, bool isOnline) {
+  modal_.onDialog(caption, [this, isOnline](HWND window) {
+    visited_.push_back({window, isOnline});
+  });
+}
+
+void CALLBACK User::onTimer(HWND, UINT, UINT_PTR, DWORD) {
+  if (current) current->lookAround();
+}
+
+// What is done in a window may show others, in which the user then acts.
+void User::lookAround() {
+  std::erase_if(visited_, [](const Visited& each) { return !isUp(each.window); });
+  if (visited_.empty()) return;
+  Visited& top = visited_.back();
+  if (!IsWindowEnabled(top.window)) return;
+  if (!top.isOnline && !isEnabled(top.window, IDC_QUILLET_SELECT)) return;  // it lists
+  const Visited before = top;
+  top.tried = true;
+  act(before);
+}
+
+void User::act(Visited visited) {
+  if (visited.isOnline && !visited.tried && page_.isResting()) {
+    page_.follow(download_);
+  } else if (visited.isOnline) {
+    PostMessageW(visited.window, WM_CLOSE, 0, 0);
+  } else if (!visited.tried && isEnabled(visited.window, IDOK)) {
+    selectRow(GetDlgItem(visited.window, IDC_QUILLET_LIST), wantedTemplate);
+    press(visited.window, IDOK);
+  } else {
+    press(visited.window, IDCANCEL);
+  }
+}
+
+}  // namespace torture

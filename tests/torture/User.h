@@ -1,0 +1,49 @@
+// Somebody at the windows who wants one thing done in each, agrees to what is asked, and leaves.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/FakeWebBrowser.h"
+#include "tests/support/ModalDriver.h"
+
+namespace torture {
+
+// While it lives, on the thread of the windows.
+class User {
+ public:
+  // `download` is the link that is followed in the catalogue.
+  User(FakeWebBrowser& page, std::wstring download);
+  ~User();
+  User(const User&) = delete;
+  User& operator=(const User&) = delete;
+
+  // Every box so far: title, a bar, text.
+  std::vector<std::wstring> boxes() const;
+  const std::vector<std::wstring>& dialogs() const { return modal_.dialogs(); }
+
+  // What is chosen in the browser.
+  static constexpr wchar_t wantedTemplate[] = L"Night Ferry";
+
+ private:
+  struct Visited {
+    HWND window;
+    bool isOnline;
+    bool tried = false;  // what the user came for
+  };
+
+  static void CALLBACK onTimer(HWND, UINT, UINT_PTR timer, DWORD);
+  void expect(const wchar_t* caption, bool isOnline);
+  void lookAround();
+  void act(Visited visited);
+
+  FakeWebBrowser& page_;
+  std::wstring download_;
+  ModalDriver modal_;
+  std::vector<Visited> visited_;
+  UINT_PTR timer_ = 0;
+};
+
+}  // namespace torture

@@ -1,0 +1,105 @@
+// A host with an open web, the module in it, and a user who answers whatever is asked: everything
+// that a journey needs, laid out again and again in one process.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/model/Host.h"
+#include "tests/addin/ShippedModule.h"
+#include "tests/online/LoopbackServer.h"
+#include "tests/support/DebugOutput.h"
+#include "tests/support/FakeWebBrowser.h"
+#include "tests/support/ModalDriver.h"
+#include "tests/support/ScratchFolder.h"
+#include "tests/support/ScratchRegistry.h"
+#include "tests/torture/HostFrame.h"
+#include "tests/torture/SystemCalls.h"
+#include "tests/torture/User.h"
+
+namespace torture {
+
+using Lines = std::vector<std::wstring>;
+using Files = std::map<std::wstring, std::string>;  // by path below the disk's folder
+
+// What somebody sees who looks on during a journey, and finds afterwards.
+struct Seen {
+  Lines boxes;  // title and text
+  Lines lines;  // of the log, without their time
+  Lines menu;   // every entry of the host's bars and menus
+  Files files;
+};
+
+// What a journey must leave as it was.
+struct Desk {
+  HWND active = nullptr;
+  HWND focus = nullptr;
+  bool waiting = false;  // by the cursor
+  bool frameEnabled = false;
+  std::wstring clipboard;
+  Lines windows;  // the classes of this thread's windows but for the frame
+
+  bool operator==(const Desk&) const = default;
+};
+
+class World {
+ public:
+  World();
+  ~World();
+  World(const World&) = delete;
+  World& operator=(const World&) = delete;
+
+  // A host just started, over a web and templates as they were at first; and its end.
+  void begin();
+  void end();
+
+  void connect();
+  void disconnect();
+  // Clicks and whatever comes of it, until the windows are closed.
+  void copy();
+  void download();
+  // Both entries one after the other, as an impatient user does.
+  void clickBoth();
+
+  // Runs `body` and tells what was seen meanwhile and is there then.
+  Seen look(const std::function<void()>& body);
+  Desk desk() const;
+  // Files of the user's that are gone or changed.
+  Lines lostFiles() const;
+  // What the module holds of the system and of the host; nothing is left of the host after end().
+  std::map<std::string, long> held() const;
+  bool canUnload() const { return module_.canUnload(); }
+  HMODULE module() const { return module_.handle(); }
+
+  standin::Host& host() { return *host_; }
+  // The host's main window; made anew when it is gone.
+  HostFrame& frame() { return frame_; }
+  SystemCalls& system() { return calls_; }
+
+  ScratchRegistry registry;
+  ScratchFolder disk;
+  FakeWebBrowser page;
+
+ private:
+  void layOut();
+  void setUpRegistry();
+  Files files() const;
+
+  HttpServer server_;
+  DebugOutput log_;
+  ShippedModule module_;
+  SystemCalls calls_{module_.handle()};
+  HostFrame frame_;
+  Files users_;  // what the user has on the disk
+  std::unique_ptr<standin::Host> host_;
+  std::unique_ptr<User> user_;
+  ComPtr<IDTExtensibility2> addIn_;
+};
+
+}  // namespace torture

@@ -1,0 +1,92 @@
+// Makes the journeys with everything that can go wrong going wrong, one thing after another.
+//
+//   quillet-torture list KIND                      JOURNEY, WAY and number of runs, one a line
+//   quillet-torture KIND JOURNEY WAY FROM TO       makes these runs, one row for each
+//
+// A row has the word "row", the kind, the journey, what goes wrong, the number of the run, the
+// call, the outcome, what was told of it, and what is wrong.
+#include <windows.h>
+
+#include <objbase.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "tests/support/Watchdog.h"
+#include "tests/torture/Torture.h"
+
+namespace {
+
+constexpr DWORD patience = 30000;  // milliseconds for one run and the undisturbed one behind it
+
+std::string narrow(const std::wstring& text) {
+  std::string bytes(text.size() * 3, '\0');
+  bytes.resize(static_cast<std::size_t>(
+      WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), bytes.data(),
+                          static_cast<int>(bytes.size()), nullptr, nullptr)));
+  for (char& each : bytes)
+    if (each == '\t' || each == '\r' || each == '\n') each = ' ';
+  return bytes;
+}
+
+std::string joined(const torture::Lines& lines) {
+  std::string all;
+  for (const auto& line : lines) all += (all.empty() ? "" : "; ") + narrow(line);
+  return all;
+}
+
+void print(const char* kind, const char* journey, const char* way, int number,
+           const torture::Verdict& verdict) {
+  std::printf("row\t%s\t%s\t%s\t%d\t%s\t%s\t%s\t%s\n", kind, journey, way, number,
+              narrow(verdict.where).c_str(),
+              verdict.complaints.empty() ? verdict.outcome.c_str() : "WRONG",
+              joined(verdict.said).c_str(), joined(verdict.complaints).c_str());
+  std::fflush(stdout);
+}
+
+void listHost() {
+  torture::World world;
+  for (const torture::Journey& journey : torture::journeys()) {
+    const torture::Trial trial(world, journey);
+    for (int way = 0; way < torture::hostWays; ++way)
+      std::printf("host %s %d %d\n", journey.name, way, trial.hostCalls());
+  }
+}
+
+void runHost(const torture::Journey& journey, int way, int from, int to) {
+  torture::World world;
+  torture::Trial trial(world, journey);
+  const auto asked = static_cast<torture::HostWay>(way);
+  for (int number = from; number <= to; ++number) {
+    const Watchdog watchdog(patience);
+    print("host", journey.name, nameOf(asked), number, trial.withHostTrouble(asked, number));
+  }
+}
+
+int run(const std::vector<std::string>& words) {
+  const bool isList = words.size() == 2 && words[0] == "list";
+  if (!isList && words.size() != 5) return 2;
+  const std::string& kind = isList ? words[1] : words[0];
+  if (kind != "host") return 2;
+  if (isList)
+    listHost();
+  else
+    runHost(torture::journeyOf(words[1]), std::stoi(words[2]), std::stoi(words[3]),
+            std::stoi(words[4]));
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  OleInitialize(nullptr);
+  int result = 1;
+  try {
+    result = run(std::vector<std::string>(argv + 1, argv + argc));
+  } catch (const std::exception& error) {
+    std::printf("ERROR: %s\n", error.what());
+  }
+  OleUninitialize();
+  return result;
+}
