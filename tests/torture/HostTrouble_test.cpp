@@ -32,20 +32,18 @@ void checkSome(const char* name, int tries) {
 
 }  // namespace
 
-TEST_SUITE("torture") {
-  TEST_CASE("A connection stands what the host does to it") { checkSome("connection", 14); }
-  TEST_CASE("A copy stands what the host does to it") { checkSome("copy", 4); }
-  TEST_CASE("A download stands what the host does to it") { checkSome("download", 2); }
-  TEST_CASE("A disconnection stands what the host does to it") { checkSome("disconnection", 14); }
+TEST_CASE("A connection stands what the host does to it") { checkSome("connection", 14); }
+TEST_CASE("A copy stands what the host does to it") { checkSome("copy", 4); }
+TEST_CASE("A download stands what the host does to it") { checkSome("download", 2); }
+TEST_CASE("A disconnection stands what the host does to it") { checkSome("disconnection", 14); }
 
-  TEST_CASE("What a refusal is told of is noticed") {
-    torture::World world;
-    torture::Trial trial(world, torture::journeyOf("connection"));
-    const torture::Verdict verdict = trial.withHostTrouble(HostWay::refusedWithText, 2);
-    CHECK(verdict.where == L"Application.CommandBars");
-    CHECK(verdict.outcome == "a line");
-    CHECK(verdict.said == torture::Lines{L"line: Error -2147467259 (The host does not want to.) in "
-                                         L"procedure IDTExtensibility2_OnConnection of Module "
-                                         L"DWTemplate"});
-  }
+TEST_CASE("What a refusal is told of is noticed") {
+  torture::World world;
+  torture::Trial trial(world, torture::journeyOf("connection"));
+  const torture::Verdict verdict = trial.withHostTrouble(HostWay::refusedWithText, 2);
+  CHECK(verdict.where == L"Application.CommandBars");
+  CHECK(verdict.outcome == "a line");
+  CHECK(verdict.said == torture::Lines{L"line: Error -2147467259 (The host does not want to.) in "
+                                       L"procedure IDTExtensibility2_OnConnection of Module "
+                                       L"DWTemplate"});
 }
