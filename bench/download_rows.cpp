@@ -41,11 +41,12 @@ class Silent final : public DownloadView {
   void resetOverall(short) override {}
   void stepOverall() override {}
   void disableCancel() override {}
-  void fail(const std::wstring& text, const std::wstring&) override {
-    throw CannotRun{"the download says: " + text::toAnsi(text)};
-  }
+  void fail(std::wstring_view text, std::wstring_view) noexcept override { failure = text; }
   bool ask(const std::wstring&) override { return true; }
-  HWND messageOwner() const override { return nullptr; }
+  Overwrite overwrite(const std::wstring&) override { return Overwrite::yes; }
+  std::optional<std::wstring> password(int) override { return std::nullopt; }
+
+  std::wstring failure;
 };
 
 void checkSize(const std::wstring& path, long megabytes) {
@@ -66,7 +67,11 @@ double engine(long megabytes) {
   session.open();
   session.readProxy();
   const Stopwatch watch;
-  FileTransfer(table, session, staging.path(), view).run();
+  try {
+    FileTransfer(table, session, staging.path(), view).run();
+  } catch (const Error&) {
+    throw CannotRun{"the download says: " + text::toAnsi(view.failure)};
+  }
   const double time = watch.milliseconds();
   session.close();
   checkSize(staging / fileName(megabytes), megabytes);

@@ -1,8 +1,8 @@
 // Unpacking an archive of many files.
 #include "bench/rows.h"
 #include "common/ansi.h"
-#include "online/archive/unzip_files.h"
 #include "online/archive/unzip_records.h"
+#include "tests/online/archive/UnpackingBoxes.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace bench {
@@ -20,7 +20,7 @@ void checkAll(const ScratchFolder& target) {
 double ours() {
   const ScratchFolder target;
   const Stopwatch watch;
-  const bool unpacked = modCommon::UnzipFiles(archive(), target.path());
+  const bool unpacked = unzipFiles(archive(), target.path());
   const double time = watch.milliseconds();
   if (!unpacked) throw CannotRun{"the archive is not unpacked"};
   checkAll(target);

@@ -100,16 +100,28 @@ std::wstring failureText(std::wstring_view path, const Error& error) {
 }
 
 // Runs `body`; a failure is shown.
-template <class Body>
-bool shown(std::wstring_view path, HWND owner, std::wstring_view title, Body body) {
+bool shown(std::wstring_view path, FailureView& view, void (*body)(std::wstring_view)) {
   try {
-    body();
+    body(text::cutAtNul(path));
     return true;
   } catch (...) {
-    showMessage(owner, failureText(path, errors::current()), MB_ICONHAND, title);
+    view.fail(failureText(path, errors::current()));
     return false;
   }
 }
+
+// Shows failures in boxes of its own title.
+class FailureBox final : public FailureView {
+ public:
+  FailureBox(HWND owner, std::wstring_view title) : owner_(owner), title_(title) {}
+  void fail(std::wstring_view text, std::wstring_view) noexcept override {
+    showMessage(owner_, text, MB_ICONHAND, title_);
+  }
+
+ private:
+  HWND owner_;
+  std::wstring_view title_;
+};
 
 // From the drive or share on, without a backslash at its end; empty when the system has none.
 std::wstring fullPath(const std::wstring& path) {
@@ -135,12 +147,22 @@ FileIdentity identityOfFolder(const std::wstring& folder) {
 
 }  // namespace
 
+bool CreateFolderPath(std::wstring_view path, FailureView& view) {
+  return shown(path, view, makeFolderPath);
+}
+
+bool CanWriteToFolder(std::wstring_view folder, FailureView& view) {
+  return shown(folder, view, probeFolder);
+}
+
 bool CreateFolderPath(std::wstring_view path, HWND owner) {
-  return shown(path, owner, module::title, [&] { makeFolderPath(text::cutAtNul(path)); });
+  FailureBox box(owner, module::title);
+  return CreateFolderPath(path, box);
 }
 
 bool CanWriteToFolder(std::wstring_view folder, HWND owner, std::wstring_view title) {
-  return shown(folder, owner, title, [&] { probeFolder(text::cutAtNul(folder)); });
+  FailureBox box(owner, title);
+  return CanWriteToFolder(folder, box);
 }
 
 int ShellOpen(std::wstring_view file, std::wstring_view parameters) {

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "common/FailureView.h"
 #include "common/FileIdentity.h"
 #include "common/errors.h"
 #include "common/module.h"
@@ -15,11 +16,15 @@ namespace modCommon {
 
 // Makes every missing level of a folder path. A path without a root (drive or share) is answered
 // with true and nothing is made: the caller's later file operation reports it. A failure is shown
-// in one message box over `owner` and answered with false.
-bool CreateFolderPath(std::wstring_view path, HWND owner = nullptr);
+// in one message and answered with false.
+bool CreateFolderPath(std::wstring_view path, FailureView& view);
 
-// Writes and deletes a small file in `folder` (no trailing backslash). A failure is shown, under
-// `title`, and answered with false.
+// Writes and deletes a small file in `folder` (no trailing backslash). A failure is shown and
+// answered with false.
+bool CanWriteToFolder(std::wstring_view folder, FailureView& view);
+
+// The same with a message box over `owner`.
+bool CreateFolderPath(std::wstring_view path, HWND owner = nullptr);
 bool CanWriteToFolder(std::wstring_view folder, HWND owner = nullptr,
                       std::wstring_view title = module::title);
 

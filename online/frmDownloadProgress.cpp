@@ -4,6 +4,7 @@
 #include "common/text.h"
 #include "online/DestinationMenu.h"
 #include "online/resource.h"
+#include "online/unpacking_boxes.h"
 
 namespace {
 
@@ -94,10 +95,16 @@ void frmDownloadProgress::showCaption(const std::wstring& text) {
   SetWindowTextW(hwnd(), text.c_str());
 }
 
-void frmDownloadProgress::fail(const std::wstring& text, const std::wstring& title) {
+void frmDownloadProgress::fail(std::wstring_view text, std::wstring_view title) noexcept {
   showMessage(boxOwner(), text, MB_ICONHAND, title);
 }
 
 bool frmDownloadProgress::ask(const std::wstring& text) { return message(text, MB_YESNO) == IDYES; }
 
-HWND frmDownloadProgress::messageOwner() const { return boxOwner(); }
+UnpackingQuestions::Overwrite frmDownloadProgress::overwrite(const std::wstring& name) {
+  return online::askToOverwrite(boxOwner(), name);
+}
+
+std::optional<std::wstring> frmDownloadProgress::password(int longest) {
+  return online::askForPassword(boxOwner(), longest);
+}

@@ -48,9 +48,10 @@ class frmDownloadProgress : public forms::Form, private DownloadView {
   void resetOverall(short maximum) override { prbOverallProgress.ResetProgress(maximum); }
   void stepOverall() override { prbOverallProgress.StepProgress(1); }
   void disableCancel() override { cmdCancel.setEnabled(false); }
-  void fail(const std::wstring& text, const std::wstring& title) override;
+  void fail(std::wstring_view text, std::wstring_view title) noexcept override;
   bool ask(const std::wstring& text) override;
-  HWND messageOwner() const override;
+  Overwrite overwrite(const std::wstring& name) override;
+  std::optional<std::wstring> password(int longest) override;
 
   HostApplication host_;
   std::optional<DownloadRun> run_;

@@ -1,12 +1,6 @@
 #include "online/archive/CUnzip.h"
 
 #include "common/errors.h"
-#include "online/archive/UnpackingBoxes.h"
-
-long CUnzip::Unzip(std::wstring& zipFileName, std::wstring& extractDir, HWND owner) {
-  UnpackingBoxes boxes(owner);
-  return Unzip(zipFileName, extractDir, boxes);
-}
 
 long CUnzip::Unzip(std::wstring& zipFileName, std::wstring& extractDir,
                    UnpackingQuestions& questions) {

@@ -1,8 +1,6 @@
 // The extractor: options that are set one by one, then one call.
 #pragma once
 
-#include <windows.h>
-
 #include <string>
 
 #include "online/archive/modZipUnzip.h"
@@ -13,7 +11,6 @@ class CUnzip : public modZipUnzip::Options {
   // as what was used. The result is the library's (0 = success). Errors bear the source
   // "CGUnZipFiles::Unzip".
   long Unzip(std::wstring& zipFileName, std::wstring& extractDir, UnpackingQuestions& questions);
-  long Unzip(std::wstring& zipFileName, std::wstring& extractDir, HWND owner = nullptr);
 
   // What the library said last, or what kept it from being asked.
   const std::wstring& GetLastMessage() const noexcept { return lastMessage_; }

@@ -7,7 +7,6 @@
 #include "common/paths.h"
 #include "common/report.h"
 #include "online/archive/CUnzip.h"
-#include "online/archive/UnpackingBoxes.h"
 #include "online/archive/unzip_records.h"
 
 namespace modCommon {
@@ -78,12 +77,6 @@ bool UnzipFiles(const std::wstring& archivePath, const std::wstring& extractDir,
     if (!extractor.GetLastMessage().empty()) logLastMessage(extractor);
     return false;
   }
-}
-
-bool UnzipFiles(const std::wstring& archivePath, const std::wstring& extractDir,
-                HWND owner) noexcept {
-  UnpackingBoxes boxes(owner);
-  return UnzipFiles(archivePath, extractDir, boxes);
 }
 
 }  // namespace modCommon

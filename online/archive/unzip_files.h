@@ -1,8 +1,6 @@
 // Unpacking one archive, with its messages.
 #pragma once
 
-#include <windows.h>
-
 #include <string>
 
 #include "online/archive/UnpackingQuestions.h"
@@ -15,9 +13,5 @@ namespace modCommon {
 // towards its caller.
 bool UnzipFiles(const std::wstring& archivePath, const std::wstring& extractDir,
                 UnpackingQuestions& questions) noexcept;
-
-// The same with boxes over `owner`.
-bool UnzipFiles(const std::wstring& archivePath, const std::wstring& extractDir,
-                HWND owner = nullptr) noexcept;
 
 }  // namespace modCommon

@@ -7,7 +7,6 @@
 #include "common/log.h"
 #include "common/paths.h"
 #include "common/text.h"
-#include "online/archive/UnpackingBoxes.h"
 #include "online/archive/modZipUnzip.h"
 #include "online/archive/unzip_files.h"
 #include "online/transfer/DownloadSteps.h"
@@ -45,6 +44,27 @@ std::wstring failureText(const Error& error) {
       return std::wstring(error.description());
   }
 }
+
+// The download's view while an archive is unpacked. It notes a stop, which is no failure to show.
+class UnpackingView final : public UnpackingQuestions {
+ public:
+  explicit UnpackingView(DownloadView& view) : view_(view) {}
+
+  bool wasStopped() const noexcept { return stopped_; }
+  bool keepGoing() override {
+    stopped_ = !view_.keepGoing();
+    return !stopped_;
+  }
+  Overwrite overwrite(const std::wstring& name) override { return view_.overwrite(name); }
+  std::optional<std::wstring> password(int longest) override { return view_.password(longest); }
+  void fail(std::wstring_view text, std::wstring_view title) noexcept override {
+    view_.fail(text, title);
+  }
+
+ private:
+  DownloadView& view_;
+  bool stopped_ = false;
+};
 
 }  // namespace
 
@@ -105,14 +125,13 @@ void DownloadRun::makeFolders() {
   modCommon::GetSystemFolders(request_.hostVersion, wanted);
 
   const std::wstring& destination = request_.destinationFolder;
-  const HWND owner = view_.messageOwner();
-  if (!modCommon::CreateFolderPath(destination, owner) ||
-      !modCommon::CanWriteToFolder(destination, owner))
+  if (!modCommon::CreateFolderPath(destination, view_) ||
+      !modCommon::CanWriteToFolder(destination, view_))
     throw HandledError(text::join({destination, L" could not be written."}));
 
   stagingFolder_ = text::join({modCommon::withBackslash(applicationData), L"Korvel Software"});
   if (applicationData.empty()) view_.fail(noApplicationDataText);
-  if (applicationData.empty() || !modCommon::CreateFolderPath(stagingFolder_, owner))
+  if (applicationData.empty() || !modCommon::CreateFolderPath(stagingFolder_, view_))
     throw Error(errors::cancelled, text::join({stagingFolder_, L" could not be created."}));
 }
 
@@ -171,9 +190,9 @@ bool DownloadRun::unpack(const FileTransfer::Archive& archive, const std::wstrin
     return false;
   }
   const modZipUnzip::ThemeMode mode(isTheme);
-  UnpackingBoxes boxes(view_.messageOwner(), &view_);
-  const bool unpacked = modCommon::UnzipFiles(path, folder, boxes);
-  if (boxes.wasStopped()) throw HandledError(errors::descriptionOf(errors::cancelled));
+  UnpackingView view(view_);
+  const bool unpacked = modCommon::UnzipFiles(path, folder, view);
+  if (view.wasStopped()) throw HandledError(errors::descriptionOf(errors::cancelled));
   if (unpacked && isTheme) themeInstalled_ = true;
   WriteLog({L"Completed unzipping file : ", path});
   view_.stepOverall();
@@ -188,6 +207,6 @@ std::wstring DownloadRun::chooseThemesFolder() const {
   wanted.sharedThemes = &sharedThemes;
   modCommon::GetSystemFolders(request_.hostVersion, wanted);
   const bool shared = request_.machineWide && !sharedThemes.empty() &&
-                      modCommon::CanWriteToFolder(sharedThemes, view_.messageOwner());
+                      modCommon::CanWriteToFolder(sharedThemes, view_);
   return shared ? sharedThemes : userThemes;
 }

@@ -1,15 +1,12 @@
 // What shows a download while it runs.
 #pragma once
 
-#include <windows.h>
-
 #include <string>
 
-#include "common/KeepGoing.h"
-#include "common/module.h"
+#include "online/archive/UnpackingQuestions.h"
 
 // Progress never fails the run.
-class DownloadView : public KeepGoing {
+class DownloadView : public UnpackingQuestions {
  public:
   virtual void showCaption(const std::wstring& text) = 0;
   // The file at hand: its address, and how much of it has come.
@@ -27,13 +24,8 @@ class DownloadView : public KeepGoing {
   // From here on the run cannot be cancelled.
   virtual void disableCancel() = 0;
 
-  // A message with the critical icon.
-  virtual void fail(const std::wstring& text, const std::wstring& title = module::title) = 0;
   // A Yes/No question titled with the caption; true for Yes.
   virtual bool ask(const std::wstring& text) = 0;
-
-  // Over which services with messages of their own show them; may be null.
-  virtual HWND messageOwner() const = 0;
 
  protected:
   ~DownloadView() = default;

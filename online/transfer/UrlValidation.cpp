@@ -22,7 +22,7 @@ bool UrlValidation::ValidateURLs() noexcept {
   } catch (...) {
     const Error error = errors::current();
     logDownloadError(L"GetTotalDownloadSize", error);
-    if (error.number() != errors::cancelled) view_.fail(std::wstring(error.description()));
+    if (error.number() != errors::cancelled) view_.fail(error.description());
     return false;
   }
 }

@@ -2,9 +2,9 @@
 #include "author/Package.h"
 #include "author/Sha256.h"
 #include "author/program.h"
-#include "online/archive/unzip_files.h"
 #include "tests/author/FullDisk.h"
 #include "tests/author/TemplateOnDisk.h"
+#include "tests/online/archive/UnpackingBoxes.h"
 
 using namespace author;
 
@@ -23,7 +23,7 @@ struct Packing {
     return runProgram(arguments, console);
   }
   // By the real library.
-  bool unpack() { return modCommon::UnzipFiles(archive, out.makeFolder(L"unpacked")); }
+  bool unpack() { return unzipFiles(archive, out.makeFolder(L"unpacked")); }
   std::string bytes() const { return out.readFile(L"quay.zip"); }
 };
 

@@ -4,12 +4,12 @@
 #include "author/Sha256.h"
 #include "author/page_text.h"
 #include "html/encoding.h"
-#include "online/archive/unzip_files.h"
 #include "online/download_page.h"
 #include "online/transfer/DownloadTable.h"
 #include "online/transfer/modWINInetURL.h"
 #include "tests/author/Catalogue.h"
 #include "tests/author/FullDisk.h"
+#include "tests/online/archive/UnpackingBoxes.h"
 
 using namespace author;
 
@@ -94,8 +94,8 @@ TEST_CASE("a catalogue's archives unpack and have their check sums beside them")
   CHECK(catalogue.read(L"archives\\SHA256SUMS") ==
         toUtf8(sha256Of(catalogue.read(L"archives\\quay.zip"))) + "  quay.zip\n" +
             toUtf8(sha256Of(catalogue.read(L"archives\\glass.zip"))) + "  glass.zip\n");
-  CHECK(modCommon::UnzipFiles(catalogue.out / L"site\\archives\\quay.zip",
-                              catalogue.out.makeFolder(L"unpacked")));
+  CHECK(unzipFiles(catalogue.out / L"site\\archives\\quay.zip",
+                   catalogue.out.makeFolder(L"unpacked")));
   CHECK(catalogue.out.readFile(L"unpacked\\Quay\\quay.dwt") == quayPage);
 }
 

@@ -182,6 +182,14 @@ TEST_CASE("a failed template makes the download dialog say so") {
   DownloadDialog dialog;
   CHECK_FALSE(dialog.run(L"?dwt1=" + server.url(L"/d.zip")));
   CHECK_FALSE(dialog.completed);
+  REQUIRE(dialog.driver.boxes().size() == 1);
+  CHECK(dialog.driver.boxes()[0].text ==
+        L"Cannot unzip file: \" " + (dialog.scratch / L"data\\Korvel Software\\d.zip") +
+            L" \".\r\nIt does not appear to be a valid archive. If you downloaded this file, try "
+            L"downloading the file again.");
+  CHECK(dialog.driver.boxes()[0].title == L"Quillet Viewer");
+  CHECK(dialog.driver.boxes()[0].icon == MB_ICONHAND);
+  CHECK(dialog.driver.boxes()[0].owner == dialog.window);
 }
 
 TEST_CASE("the message about a missing file bears the caption of the download dialog") {
@@ -353,6 +361,7 @@ TEST_CASE("while archives are unpacked the download dialog cannot be cancelled")
   bool asked = false;
   dialog.driver.onDialog(L"Quillet Viewer", [&](HWND box) {
     asked = true;
+    CHECK(GetWindow(box, GW_OWNER) == dialog.window);
     CHECK(windowText(dialog.window) == L"Installing...");
     CHECK_FALSE(isEnabled(dialog.window, IDCANCEL));
     const auto overall = GetDlgItem(dialog.window, IDC_DOWNLOAD_OVERALLBAR);

@@ -19,7 +19,7 @@ TEST_CASE("each option reaches its place in the older record") {
   extractor.Privilege = 2;
   std::wstring archive = scratch.writeFile(L"x.zip", onePage().bytes());
   std::wstring folder = scratch.path();
-  CHECK(extractor.Unzip(archive, folder) == 0);
+  CHECK(runExtractor(extractor, archive, folder) == 0);
   CHECK(extractor.GetLastMessage() ==
         L"1 0 0 7 0 1 0 1 0 1 0 1 0 0 2 " + archive + L" " + scratch.path());
 
@@ -32,7 +32,7 @@ TEST_CASE("each option reaches its place in the older record") {
   others.Verbose = true;
   ModalDriver driver;
   driver.answer(IDYES);
-  CHECK(others.Unzip(archive, folder) == 0);
+  CHECK(runExtractor(others, archive, folder) == 0);
   CHECK(others.GetLastMessage() ==
         L"0 1 1 2 1 0 0 0 1 0 1 0 1 1 0 " + archive + L" " + scratch.path());
 }
@@ -49,7 +49,7 @@ TEST_CASE("the older library asks before it overwrites") {
   std::wstring folder = scratch.path();
   ModalDriver driver;
   driver.answer(IDNO);
-  CHECK(extractor.Unzip(archive, folder) == 0);
+  CHECK(runExtractor(extractor, archive, folder) == 0);
   CHECK(scratch.readFile(L"page.htm") == "mine");
   REQUIRE(driver.boxes().size() == 1);
   CHECK(driver.boxes()[0].text == L"Overwrite " + (scratch / L"page.htm") + L"?");
@@ -82,7 +82,7 @@ TEST_CASE("arguments of the extractor become its properties and come back") {
   extractor.ZipFileName = unpacking.archive;
   std::wstring archive;
   std::wstring folder = unpacking.folder;
-  CHECK(extractor.Unzip(archive, folder) == 0);
+  CHECK(runExtractor(extractor, archive, folder) == 0);
   CHECK(archive == unpacking.archive);
   CHECK(extractor.ExtractDir == unpacking.folder);
   CHECK(unpacking.read(L"page.htm") == "new page");
@@ -94,7 +94,7 @@ TEST_CASE("errors of the extractor bear its source") {
   std::wstring archive = L"C:\\x.zip";
   std::wstring folder = L"C:\\";
   try {
-    extractor.Unzip(archive, folder);
+    runExtractor(extractor, archive, folder);
     FAIL("no error");
   } catch (const Error& error) {
     CHECK(error.number() == errors::fileNotFound);
@@ -108,7 +108,7 @@ TEST_CASE("a listing is laid out in columns and writes nothing") {
   extractor.ExtractList = 1;
   std::wstring archive = unpacking.archive;
   std::wstring folder = unpacking.folder;
-  CHECK(extractor.Unzip(archive, folder) == 0);
+  CHECK(runExtractor(extractor, archive, folder) == 0);
   CHECK(extractor.GetLastMessage() ==
         L"Filename:                                                Size  Date      Time\r\n"
         L"page.htm                                                    8  01/01/00  12:00\r\n"
@@ -122,7 +122,7 @@ TEST_CASE("a test of an archive writes nothing") {
   extractor.TestZip = true;
   std::wstring archive = unpacking.archive;
   std::wstring folder = unpacking.folder;
-  CHECK(extractor.Unzip(archive, folder) == 0);
+  CHECK(runExtractor(extractor, archive, folder) == 0);
   CHECK(unpacking.untouched());
 }
 
@@ -131,7 +131,7 @@ TEST_CASE("without the folders of the names everything lands in one folder") {
   CUnzip extractor;
   std::wstring archive = unpacking.archive;
   std::wstring folder = unpacking.folder;
-  CHECK(extractor.Unzip(archive, folder) == 0);
+  CHECK(runExtractor(extractor, archive, folder) == 0);
   CHECK(unpacking.read(L"dot.gif") == "a dot");
 }
 
@@ -149,7 +149,7 @@ std::string overwriteWith(int answer, ShownBox& box) {
   ModalDriver driver;
   driver.answer(answer);
   driver.answer(IDNO);
-  extractor.Unzip(archive, folder);
+  runExtractor(extractor, archive, folder);
   REQUIRE(driver.boxes().size() == (answer == IDCANCEL ? 1 : 2));
   box = driver.boxes()[0];
   CHECK(box.text == L"Overwrite " + unpacking.folder + L"/page.htm" + L"?");

@@ -7,7 +7,7 @@
 
 #include "common/forms/resource.h"
 #include "common/log.h"
-#include "online/archive/unzip_files.h"
+#include "tests/online/archive/UnpackingBoxes.h"
 #include "tests/online/archive/ZipMaker.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"
@@ -26,7 +26,7 @@ struct Unpacking {
         folder(scratch.makeFolder(L"inside")) {}
   explicit Unpacking(const ZipMaker& zip) : Unpacking(zip.bytes()) {}
 
-  bool run() const { return modCommon::UnzipFiles(archive, folder); }
+  bool run() const { return unzipFiles(archive, folder); }
   std::string read(std::wstring_view name) const {
     return scratch.readFile(L"inside\\" + std::wstring(name));
   }

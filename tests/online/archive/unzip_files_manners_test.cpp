@@ -3,7 +3,6 @@
 #include <cstdlib>
 #include <ctime>
 
-#include "online/archive/UnpackingBoxes.h"
 #include "online/archive/modZipUnzip.h"
 #include "tests/online/OwnModule.h"
 #include "tests/online/archive/Unpacking.h"
@@ -64,7 +63,7 @@ TEST_CASE("a file that is no archive is not mistaken for the archive beside it")
     const Unpacking unpacking(onePage());
     const std::wstring archive = unpacking.scratch.writeFile(name, "no archive");
     CopyFileW(unpacking.archive.c_str(), (archive + L".zip").c_str(), FALSE);
-    CHECK_FALSE(modCommon::UnzipFiles(archive, unpacking.folder));
+    CHECK_FALSE(unzipFiles(archive, unpacking.folder));
     REQUIRE(driver.boxes().size() == 1);
     CHECK(driver.boxes()[0].text == notAnArchive(archive));
     CHECK(unpacking.scratch.tree() ==
@@ -76,7 +75,7 @@ TEST_CASE("an archive without an ending is unpacked and not the one beside it") 
   const Unpacking unpacking(onePage());
   const std::wstring archive =
       unpacking.scratch.writeFile(L"staging\\theme", ZipMaker().add("right.htm", "x").bytes());
-  CHECK(modCommon::UnzipFiles(archive, unpacking.folder));
+  CHECK(unzipFiles(archive, unpacking.folder));
   CHECK(unpacking.read(L"right.htm") == "x");
   CHECK_FALSE(unpacking.scratch.exists(L"inside\\page.htm"));
 }
@@ -87,7 +86,7 @@ TEST_CASE("a file with a bracket in its name that is no archive is named in a me
     const Unpacking unpacking(onePage());
     const std::wstring archive = unpacking.scratch / L"staging\\pack[1].zip";
     if (exists) unpacking.scratch.writeFile(L"staging\\pack[1].zip", "no archive");
-    CHECK_FALSE(modCommon::UnzipFiles(archive, unpacking.folder));
+    CHECK_FALSE(unzipFiles(archive, unpacking.folder));
     REQUIRE(driver.boxes().size() == 1);
     CHECK(driver.boxes()[0].text == notAnArchive(archive));
     CHECK(unpacking.untouched());
@@ -102,7 +101,7 @@ TEST_CASE("an archive with a long comment is found by the end of its directory")
   const Unpacking unpacking(onePage());
   const std::wstring archive =
       unpacking.scratch.writeFile(L"staging\\pack[1].zip", bytes + comment);
-  CHECK(modCommon::UnzipFiles(archive, unpacking.folder));
+  CHECK(unzipFiles(archive, unpacking.folder));
   CHECK(unpacking.read(L"page.htm") == "new page");
 }
 
@@ -170,7 +169,7 @@ TEST_CASE("the overwrite question has the style of its two texts joined") {
   options.PromptOverwrite = true;
   std::wstring lastMessage;
   const ImportPatch patch(nullptr, "USER32.dll", "MessageBoxW", noteStyle);
-  UnpackingBoxes boxes(nullptr);
+  UnpackingBoxes boxes;
   modZipUnzip::Unzip(options, lastMessage, boxes);
   CHECK(overwriteStyle == 483);
   CHECK(unpacking.read(L"page.htm") == "old page");

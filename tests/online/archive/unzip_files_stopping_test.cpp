@@ -4,7 +4,6 @@
 #include <functional>
 
 #include "common/handles.h"
-#include "online/archive/UnpackingBoxes.h"
 #include "tests/online/archive/Unpacking.h"
 #include "tests/support/DebugOutput.h"
 
@@ -26,8 +25,7 @@ ZipMaker threePages() {
 }
 
 bool unpack(const Unpacking& unpacking, Run& run) {
-  UnpackingBoxes boxes(nullptr, &run);
-  return modCommon::UnzipFiles(unpacking.archive, unpacking.folder, boxes);
+  return unzipFiles(unpacking.archive, unpacking.folder, &run);
 }
 
 constexpr wchar_t stoppedLine[] =
@@ -142,7 +140,7 @@ TEST_CASE("a path with wild cards is no archive's path") {
   for (const wchar_t* name : {L"staging\\*.zip", L"staging\\th?me.zip"}) {
     ModalDriver driver;
     const Unpacking unpacking(onePage());
-    CHECK_FALSE(modCommon::UnzipFiles(unpacking.scratch / name, unpacking.folder));
+    CHECK_FALSE(unzipFiles(unpacking.scratch / name, unpacking.folder));
     REQUIRE(driver.boxes().size() == 1);
     CHECK(driver.boxes()[0].text == L"Bad file name or number");
     CHECK(unpacking.untouched());

@@ -127,7 +127,7 @@ TEST_CASE("an extraction folder that cannot be made is named in a message") {
   ModalDriver driver;
   const Unpacking unpacking(onePage());
   const std::wstring folder = unpacking.scratch / L"gone\\deeper";
-  CHECK_FALSE(modCommon::UnzipFiles(unpacking.archive, folder));
+  CHECK_FALSE(unzipFiles(unpacking.archive, folder));
   REQUIRE(driver.boxes().size() == 1);
   CHECK(driver.boxes()[0].text ==
         folder + L"\r\nInvalid file path or you do not have write permission to this location.");
@@ -139,7 +139,7 @@ TEST_CASE("an extraction folder that is a file is named in a message") {
   ModalDriver driver;
   const Unpacking unpacking(onePage());
   const std::wstring folder = unpacking.scratch.writeFile(L"a file", "x");
-  CHECK_FALSE(modCommon::UnzipFiles(unpacking.archive, folder));
+  CHECK_FALSE(unzipFiles(unpacking.archive, folder));
   REQUIRE(driver.boxes().size() == 1);
   CHECK(driver.boxes()[0].text ==
         folder + L"\r\nInvalid file path or you do not have write permission to this location.");
@@ -188,7 +188,7 @@ TEST_CASE("an extraction folder without write permission is named in a message")
   // Empty, since that folder has no room either.
   const Unpacking unpacking(ZipMaker().add("page.htm", ""));
   const DeniedFolder denied;
-  CHECK_FALSE(modCommon::UnzipFiles(unpacking.archive, denied.path()));
+  CHECK_FALSE(unzipFiles(unpacking.archive, denied.path()));
   REQUIRE(driver.boxes().size() == 1);
   CHECK(driver.boxes()[0].text ==
         denied.path() +
@@ -324,7 +324,7 @@ TEST_CASE("the room for a folder that is still to be made is that above it") {
   ModalDriver driver;
   const Unpacking unpacking(ZipMaker().add("page.htm", std::string(4096, 'x')));
   const ImportPatch patch(nullptr, "KERNEL32.dll", "GetDiskFreeSpaceExW", smallDisk);
-  CHECK_FALSE(modCommon::UnzipFiles(unpacking.archive, unpacking.folder + L"\\new\\deeper"));
+  CHECK_FALSE(unzipFiles(unpacking.archive, unpacking.folder + L"\\new\\deeper"));
   CHECK(askedOf == unpacking.folder + L"\\");
   CHECK(driver.boxes().size() == 1);
 }
@@ -397,7 +397,7 @@ TEST_CASE("an archive whose name holds a bracket is found under its own name") {
   unpacking.scratch.writeFile(L"staging\\pack1.zip", ZipMaker().add("wrong.htm", "x").bytes());
   const std::wstring archive =
       unpacking.scratch.writeFile(L"staging\\pack[1].zip", onePage().bytes());
-  CHECK(modCommon::UnzipFiles(archive, unpacking.folder));
+  CHECK(unzipFiles(archive, unpacking.folder));
   CHECK(unpacking.read(L"page.htm") == "new page");
   CHECK_FALSE(unpacking.scratch.exists(L"inside\\wrong.htm"));
 }
@@ -405,7 +405,7 @@ TEST_CASE("an archive whose name holds a bracket is found under its own name") {
 TEST_CASE("an archive in a folder whose name holds a bracket is found") {
   const ScratchFolder scratch;
   const std::wstring archive = scratch.writeFile(L"new [2]\\theme.zip", onePage().bytes());
-  CHECK(modCommon::UnzipFiles(archive, scratch.makeFolder(L"in [x]")));
+  CHECK(unzipFiles(archive, scratch.makeFolder(L"in [x]")));
   CHECK(scratch.readFile(L"in [x]\\page.htm") == "new page");
 }
 

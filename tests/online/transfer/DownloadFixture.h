@@ -71,6 +71,8 @@ struct Download {
     const bool loaded = download.load();
     if (loaded) download.run();
     download.unload();
+    CHECK(driver.boxes().empty());  // whatever is shown, the view shows
+    CHECK(driver.dialogs().empty());
     CHECK(handles::liveCount() == before);
     return loaded && download.completed();
   }

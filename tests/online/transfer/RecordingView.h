@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -37,18 +38,22 @@ class RecordingView : public DownloadView {
   }
   void stepOverall() override { ++overallValue; }
   void disableCancel() override { cancelDisabled = true; }
-  void fail(const std::wstring& text, const std::wstring& title) override {
+  void fail(std::wstring_view text, std::wstring_view title) noexcept override {
     failures.emplace_back(text, title);
   }
   bool ask(const std::wstring& text) override {
     questions.push_back(text);
     questionCaptions.push_back(caption());
-    return overwrite;
+    return replaceStaged;
   }
-  HWND messageOwner() const override { return nullptr; }
+  Overwrite overwrite(const std::wstring&) override { return Overwrite::yes; }
+  std::optional<std::wstring> password(int) override {
+    return onPassword ? onPassword() : std::nullopt;
+  }
 
   std::function<bool()> cancelWhen;
-  bool overwrite = true;
+  std::function<std::optional<std::wstring>()> onPassword;
+  bool replaceStaged = true;
 
   int checks = 0;
   std::vector<std::wstring> captions;

@@ -80,7 +80,7 @@ TEST_CASE("a kept file of an earlier download is not given to another archive of
   const HttpServer server({{"/1/a.zip", HttpServer::ok(entry("1.dwt", "new"))},
                            {"/2/a.zip", HttpServer::ok(entry("2.dwt", "new"))}});
   Download download;
-  download.view.overwrite = false;
+  download.view.replaceStaged = false;
   download.stage(L"a.zip", entry("1.dwt", "old"));
   CHECK(download.run(L"?dwt1=" + server.url(L"/1/a.zip") + L"&dwt2=" + server.url(L"/2/a.zip")));
   CHECK(download.view.questions.size() == 1);
