@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 namespace forms {
 
@@ -108,30 +109,39 @@ void ComboBox::onCommand(WORD code) {
   if (code == CBN_SELCHANGE && onClick) onClick();
 }
 
-void ProgressBar::setMaximum(long maximum) noexcept {
-  maximum_ = maximum;
-  shown_ = -1;
-  // The control itself wants a range that is not empty.
-  SendMessageW(hwnd(), PBM_SETRANGE32, 0, std::max(maximum, 1L));
-}
-
 void ProgressBar::setValue(long value) noexcept {
   value_ = value;
   if (isWorthShowing(value)) show(value);
 }
 
-// The control paints itself at each position that it is given, also where no pixel changes, and the
-// pictures of a theme take their time: as much as importing some files does.
 bool ProgressBar::isWorthShowing(long value) const noexcept {
   if (value == 0 || value == maximum_) return value != shown_;
   if (pixelsAt(value) == pixelsAt(shown_)) return false;
   return std::abs(value - shown_) >= maximum_ / 10 || GetTickCount() - shownAt_ >= betweenPaints;
 }
 
+// The pictures of a theme take their time, for the whole bar as much as importing some files: only
+// the part is painted that changes. The end of what is filled looks different from the rest, so
+// some of its surroundings come along.
 void ProgressBar::show(long value) noexcept {
   shown_ = value;
   shownAt_ = GetTickCount();
-  SendMessageW(hwnd(), PBM_SETPOS, static_cast<WPARAM>(value), 0);
+  tell(PBM_SETPOS, static_cast<WPARAM>(value), 0);
+  const LONG former = std::exchange(filled_, pixelsAt(value));
+  RECT changed = {};
+  GetClientRect(hwnd(), &changed);
+  changed.left = std::min(former, filled_) - changed.bottom;
+  changed.right = std::max(former, filled_) + changed.bottom;
+  InvalidateRect(hwnd(), &changed, FALSE);
+  UpdateWindow(hwnd());
+}
+
+// The control would paint itself as a whole at each of its messages, also where no pixel changes.
+void ProgressBar::tell(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  const bool visible = (GetWindowLongW(hwnd(), GWL_STYLE) & WS_VISIBLE) != 0;
+  SendMessageW(hwnd(), WM_SETREDRAW, FALSE, 0);
+  SendMessageW(hwnd(), message, wParam, lParam);
+  if (visible) SendMessageW(hwnd(), WM_SETREDRAW, TRUE, 0);
 }
 
 LONG ProgressBar::pixelsAt(long value) const noexcept {
@@ -143,7 +153,10 @@ LONG ProgressBar::pixelsAt(long value) const noexcept {
 
 void ProgressBar::ResetProgress(short maximum) noexcept {
   if (maximum < 0) return;
-  setMaximum(maximum);
+  maximum_ = maximum;
+  shown_ = -1;
+  // The control itself wants a range that is not empty.
+  tell(PBM_SETRANGE32, 0, std::max<long>(maximum, 1));
   setValue(0);
 }
 

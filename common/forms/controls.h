@@ -121,7 +121,6 @@ class ProgressBar : public Control {
   using Control::Control;
   long maximum() const noexcept { return maximum_; }
   long value() const noexcept { return value_; }
-  void setMaximum(long maximum) noexcept;
   void setValue(long value) noexcept;
   // Minimum 0, the given maximum, value 0. This and the step ignore any error.
   void ResetProgress(short maximum) noexcept;
@@ -133,11 +132,13 @@ class ProgressBar : public Control {
 
   bool isWorthShowing(long value) const noexcept;
   void show(long value) noexcept;
+  void tell(UINT message, WPARAM wParam, LPARAM lParam) noexcept;
   LONG pixelsAt(long value) const noexcept;
 
   long maximum_ = 100;
   long value_ = 0;
   long shown_ = 0;
+  LONG filled_ = 0;  // pixels, of what is shown
   DWORD shownAt_ = 0;
 };
 

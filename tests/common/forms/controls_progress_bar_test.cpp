@@ -1,7 +1,12 @@
 #include <windows.h>
 #include <commctrl.h>
 
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 #include "common/forms/controls.h"
+#include "common/handles.h"
 #include "tests/support/MessageCount.h"
 #include "tests/support/text_output.h"
 #include "webcopy/resource.h"
@@ -28,7 +33,91 @@ class BarForm : public forms::Form {
   std::function<void(BarForm&)> script_;
 };
 
+// How wide the parts of a window are that are painted anew.
+class PaintedWidth {
+ public:
+  explicit PaintedWidth(HWND window) : window_(window) {
+    widest_ = 0;
+    former_ = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
+  }
+  ~PaintedWidth() { SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(former_)); }
+  PaintedWidth(const PaintedWidth&) = delete;
+  PaintedWidth& operator=(const PaintedWidth&) = delete;
+  // Of the widest part since the last question.
+  static long take() { return std::exchange(widest_, 0); }
+
+ private:
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    RECT part = {};
+    if (message == WM_PAINT && GetUpdateRect(window, &part, FALSE))
+      widest_ = std::max(widest_, part.right - part.left);
+    return CallWindowProcW(former_, window, message, wParam, lParam);
+  }
+
+  HWND window_;
+  static inline WNDPROC former_ = nullptr;
+  static inline long widest_ = 0;
+};
+
+// What is on the screen, from left to right.
+std::vector<COLORREF> middleLine(HWND window) {
+  RECT client = {};
+  GetClientRect(window, &client);
+  const handles::WindowContext context(window);
+  std::vector<COLORREF> line;
+  for (LONG x = 0; x < client.right; ++x)
+    line.push_back(GetPixel(context.get(), x, client.bottom / 2));
+  return line;
+}
+
 }  // namespace
+
+TEST_CASE("a progress bar paints the part that a step changes and no more") {
+  BarForm([](BarForm& form) {
+    RECT client = {};
+    GetClientRect(form.bar.hwnd(), &client);
+    form.bar.ResetProgress(10);
+    UpdateWindow(form.bar.hwnd());
+    const PaintedWidth painted(form.bar.hwnd());
+    form.bar.StepProgress(5);
+    CHECK(painted.take() >= client.right / 2);
+    // With some room for the end of what is filled, whatever the theme makes of it.
+    form.bar.StepProgress(1);
+    CHECK(painted.take() >= client.right / 10 + 2 * client.bottom);
+    form.bar.StepProgress(1);
+    CHECK(painted.take() <= client.right / 10 + 1 + 2 * client.bottom);
+    form.bar.ResetProgress(20);
+    CHECK(painted.take() >= client.right * 7 / 10);
+    form.bar.ResetProgress(30);
+    CHECK(painted.take() <= 2 * client.bottom);
+  });
+}
+
+TEST_CASE("a progress bar that is painted in parts looks like one that is painted as a whole") {
+  BarForm([](BarForm& form) {
+    form.bar.ResetProgress(10);
+    UpdateWindow(form.bar.hwnd());
+    const auto empty = middleLine(form.bar.hwnd());
+    for (const long value : {3, 4, 9, 2, 10, 0}) {
+      form.bar.setValue(value);
+      const auto parts = middleLine(form.bar.hwnd());
+      CHECK((parts == empty) == (value == 0));
+      RedrawWindow(form.bar.hwnd(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+      CHECK(parts == middleLine(form.bar.hwnd()));
+    }
+  });
+}
+
+TEST_CASE("a progress bar that is hidden stays so") {
+  BarForm([](BarForm& form) {
+    ShowWindow(form.bar.hwnd(), SW_HIDE);
+    form.bar.ResetProgress(10);
+    form.bar.setValue(10);
+    CHECK_FALSE(IsWindowVisible(form.bar.hwnd()));
+    CHECK(form.shown() == 10);
+  });
+}
 
 TEST_CASE("a progress bar is reset to nothing of its maximum and filled step by step") {
   BarForm([](BarForm& form) {
