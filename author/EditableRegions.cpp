@@ -1,7 +1,8 @@
 #include "author/EditableRegions.h"
 
-#include <algorithm>
 #include <optional>
+#include <unordered_map>
+#include <utility>
 
 #include "author/page_text.h"
 #include "common/letter_case.h"
@@ -43,10 +44,12 @@ class Reader {
     if (open_) add(RegionFault::nested, region.name, region.offset, open_->offset);
     if (region.name.empty()) {
       add(RegionFault::unnamed, {}, region.offset);
-    } else if (const auto* earlier = find(region.name)) {
-      add(RegionFault::repeated, region.name, region.offset, earlier->offset);
-    } else {
+    } else if (const auto [first, isNew] =
+                   offsets_.emplace(text::toLower(region.name), region.offset);
+               isNew) {
       result_.regions.push_back(region);
+    } else {
+      add(RegionFault::repeated, region.name, region.offset, first->second);
     }
     open_ = std::move(region);
   }
@@ -56,17 +59,12 @@ class Reader {
     open_.reset();
   }
 
-  const EditableRegion* find(const std::wstring& name) const {
-    for (const EditableRegion& each : result_.regions)
-      if (text::equalIgnoringCase(each.name, name)) return &each;
-    return nullptr;
-  }
-
   void add(RegionFault fault, const std::wstring& name, std::size_t offset, std::size_t other = 0) {
     result_.findings.push_back({fault, name, offset, other});
   }
 
   EditableRegions result_;
+  std::unordered_map<std::wstring, std::size_t> offsets_;  // by lower-case name
   std::optional<EditableRegion> open_;
 };
 

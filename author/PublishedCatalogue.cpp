@@ -24,6 +24,7 @@ namespace {
 
 constexpr std::size_t mostPages = 1000;
 constexpr std::size_t mostArchives = 1000;
+constexpr std::size_t mostLinks = 10000;
 
 std::wstring withoutFragment(const std::wstring& address) {
   return address.substr(0, address.find(L'#'));
@@ -123,8 +124,9 @@ void Reader::readPage(std::size_t number) {
     add(L"page-too-large", {address, 0}, L"The page is larger than 4 MB, or ends early.",
         L"It is shown after a long time, or not at all.", L"Make several pages of it.");
   const std::wstring html = html::decodePage(page.bytes);
+  const LineNumbers lines(html);
   for (const Link& link : linksOfPage(html))
-    follow(completed(address, link.address), {address, lineOf(html, link.offset)});
+    follow(completed(address, link.address), {address, lines.of(link.offset)});
 }
 
 void Reader::follow(const std::wstring& address, const Place& place) {
@@ -142,6 +144,7 @@ bool Reader::isAnswered(const std::wstring& address) {
   const auto known = answered_.find(address);
   if (known != answered_.end()) return known->second;
   goOnOrCancel(work_);
+  if (answered_.size() >= mostLinks) return true;  // nobody can say
   return answered_[address] = source_.ask(address).isThere();
 }
 

@@ -19,7 +19,7 @@
 namespace author {
 namespace {
 
-constexpr std::uint64_t largestDescription = 1u << 20;
+constexpr std::uint64_t largestDescription = 256u << 10;
 // The system's reader looks at no more of a line.
 constexpr unsigned longestValue = 0x7FFF;
 constexpr std::array<const wchar_t*, 5> keys = {L"Title", L"Description", L"Preview", L"Readme",
@@ -51,6 +51,8 @@ class DescriptionCheck {
     }
     checkEncoding(bytes);
     lines_ = readDescription(text::fromAnsi(bytes));
+    for (const ListedTemplate& each : report_.templates)
+      names_.insert(templateBaseName(relative(each.file)));
     checkLines();
     for (const ListedTemplate& each : report_.templates) checkTemplate(each);
   }
@@ -89,7 +91,8 @@ class DescriptionCheck {
   std::wstring file_;
   std::wstring shown_;
   DescriptionLines lines_;
-  std::wstring base_;  // of the template at hand
+  text::NameSet names_;  // of the templates' sections
+  std::wstring base_;    // of the template at hand
 };
 
 void DescriptionCheck::checkEncoding(std::string_view bytes) {
@@ -115,24 +118,20 @@ void DescriptionCheck::checkLines() {
 }
 
 void DescriptionCheck::checkSection(const DescriptionSection& section, text::NameSet& seen) {
-  const auto& listed = report_.templates;
-  const bool isUsed = std::any_of(listed.begin(), listed.end(), [&](const ListedTemplate& each) {
-    return text::equalIgnoringCase(templateBaseName(relative(each.file)), section.name);
-  });
   if (!seen.insert(section.name)) {
     add(L"description-repeated", section.line,
         L"The section [" + section.name + L"] stands in the file before.",
         L"Only the first one is read.", L"Put all lines of a template into one section.");
     return;
   }
-  if (!isUsed) {
+  if (!names_.has(section.name)) {
     add(L"description-section", section.line,
         L"No template of the folder is named like the section [" + section.name + L"].",
         L"The section is passed over.",
         L"Name the section like the template's file, without \".dwt\".");
     return;
   }
-  text::NameSet names;
+  text::NameSet keysBefore;
   for (const DescriptionKey& key : section.keys) {
     const bool isKnown = std::any_of(keys.begin(), keys.end(), [&](const wchar_t* each) {
       return text::equalIgnoringCase(key.name, each);
@@ -141,7 +140,7 @@ void DescriptionCheck::checkSection(const DescriptionSection& section, text::Nam
       add(L"description-key", key.line, L"The key \"" + key.name + L"\" is not known.",
           L"The line is passed over.",
           L"The keys are Title, Description, Preview, Readme and Theme.");
-    else if (!names.insert(key.name))
+    else if (!keysBefore.insert(key.name))
       add(L"description-repeated", key.line,
           L"The key \"" + key.name + L"\" stands in the section before.",
           L"Only the first one is read.", L"Keep one of the two.");

@@ -117,6 +117,15 @@ int lineOf(std::wstring_view text, std::size_t offset) {
                  text.begin(), text.begin() + static_cast<std::ptrdiff_t>(offset), L'\n'));
 }
 
+LineNumbers::LineNumbers(std::wstring_view text) {
+  for (auto at = text.find(L'\n'); at != text.npos; at = text.find(L'\n', at + 1))
+    ends_.push_back(at);
+}
+
+int LineNumbers::of(std::size_t offset) const {
+  return 1 + static_cast<int>(std::lower_bound(ends_.begin(), ends_.end(), offset) - ends_.begin());
+}
+
 std::vector<Comment> commentsOf(std::wstring_view html) {
   constexpr std::wstring_view open = L"<!--";
   constexpr std::wstring_view close = L"-->";
@@ -153,14 +162,20 @@ std::vector<Link> linksOfStyleSheet(std::wstring_view css) {
     const std::wstring address = unquoted(std::wstring_view(plain).substr(from, end - from));
     if (!address.empty()) links.push_back({address, from});
   };
+  // What does not end once does not end later either: the rest is looked through no more.
   constexpr std::wstring_view url = L"url(";
-  for (auto at = low.find(url); at != low.npos; at = low.find(url, at + 1))
-    take(at + url.size(), std::min(low.find(L')', at), low.size()));
+  for (auto at = low.find(url); at != low.npos; at = low.find(url, at + 1)) {
+    const auto end = low.find(L')', at);
+    take(at + url.size(), std::min(end, low.size()));
+    if (end == low.npos) break;
+  }
   constexpr std::wstring_view import = L"@import";
   for (auto at = low.find(import); at != low.npos; at = low.find(import, at + 1)) {
     const auto quote = low.find_first_not_of(space, at + import.size());
     if (quote == low.npos || (low[quote] != L'"' && low[quote] != L'\'')) continue;
-    take(quote + 1, std::min(low.find(low[quote], quote + 1), low.size()));
+    const auto end = low.find(low[quote], quote + 1);
+    take(quote + 1, std::min(end, low.size()));
+    if (end == low.npos) break;
   }
   std::sort(links.begin(), links.end(),
             [](const Link& left, const Link& right) { return left.offset < right.offset; });

@@ -48,6 +48,16 @@ Target targetOf(std::wstring_view address, std::wstring_view page);
 // From 1.
 int lineOf(std::wstring_view text, std::size_t offset);
 
+// The same for many offsets of one text.
+class LineNumbers {
+ public:
+  explicit LineNumbers(std::wstring_view text);
+  int of(std::size_t offset) const;
+
+ private:
+  std::vector<std::size_t> ends_;  // of the lines, in order
+};
+
 // Without blanks, tabs and line breaks at both ends.
 std::wstring withoutSpace(std::wstring_view text);
 

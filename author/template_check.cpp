@@ -1,6 +1,7 @@
 #include "author/template_check.h"
 
 #include <algorithm>
+#include <map>
 #include <tuple>
 #include <unordered_map>
 #include <utility>
@@ -13,6 +14,7 @@
 #include "catalogue/TemplateInfo.h"
 #include "catalogue/TemplateScan.h"
 #include "common/FileSearch.h"
+#include "common/NameSet.h"
 #include "common/ansi.h"
 #include "common/errors.h"
 #include "common/letter_case.h"
@@ -49,12 +51,11 @@ class Rows final : public TemplateScanView {
  public:
   explicit Rows(Work& work) : work_(work) {}
   bool keepGoing() override { return work_.keepGoing(); }
-  bool isListed(std::wstring_view key) override {
-    return std::any_of(rows.begin(), rows.end(), [&](const TemplateEntry& row) {
-      return text::equalIgnoringCase(row.key, key);
-    });
+  bool isListed(std::wstring_view key) override { return keys_.has(key); }
+  void add(const TemplateEntry& entry) override {
+    keys_.insert(entry.key);
+    rows.push_back(entry);
   }
-  void add(const TemplateEntry& entry) override { rows.push_back(entry); }
   int count() override { return static_cast<int>(rows.size()); }
   void showNotReady(const std::wstring&) override {}
   void showWaitCursor(bool) noexcept override {}
@@ -63,6 +64,7 @@ class Rows final : public TemplateScanView {
 
  private:
   Work& work_;
+  text::NameSet keys_;
 };
 
 class Check {
@@ -83,6 +85,7 @@ class Check {
     for (const ListedTemplate& each : report_.templates) addRoots(each);
     followLinks();
     checkUnlinked();
+    addCounts();
     sortFindings();
     return std::move(report_);
   }
@@ -92,9 +95,28 @@ class Check {
     return [this](Finding finding) { add(std::move(finding)); };
   }
 
+  // Of a kind so many are told, and how many more there are.
+  static constexpr int mostOfKind = 100;
+
+  bool isFull(const std::wstring& rule) { return counts_[rule] >= mostOfKind; }
+
   void add(Finding finding) {
     auto& all = report_.findings;
-    if (std::find(all.begin(), all.end(), finding) == all.end()) all.push_back(std::move(finding));
+    if (isFull(finding.rule)) {
+      ++counts_[finding.rule];
+    } else if (std::find(all.begin(), all.end(), finding) == all.end()) {
+      ++counts_[finding.rule];
+      all.push_back(std::move(finding));
+    }
+  }
+
+  void addCounts() {
+    for (const auto& [rule, count] : counts_)
+      if (count > mostOfKind)
+        report_.findings.push_back(
+            {rule, shown({}), 0,
+             text::decimal(count - mostOfKind) + L" more findings of this kind are not told.",
+             L"What happens is the same.", L"Start with those that are told."});
   }
 
   std::wstring shown(std::wstring_view below) const {
@@ -127,7 +149,7 @@ class Check {
   void readLinked(const std::wstring& path);
   void readPage(const std::wstring& path);
   void readRegions(const std::wstring& path, const std::wstring& page);
-  void addRegionFinding(const std::wstring& path, const std::wstring& page,
+  void addRegionFinding(const std::wstring& path, const LineNumbers& lines,
                         const RegionFinding& fault);
   void follow(const std::wstring& page, std::wstring_view text, const std::vector<Link>& links);
   void followOne(const std::wstring& page, const Link& link, int line);
@@ -138,7 +160,9 @@ class Check {
 
   Work& work_;
   FolderReport report_;
+  std::map<std::wstring, int> counts_;                          // of findings, by rule
   std::unordered_map<std::wstring, const FolderEntry*> index_;  // by lower-case path
+  text::NameSet listed_;                                        // full paths
   std::unordered_map<std::wstring, bool> reached_;              // by lower-case path
   std::vector<std::wstring> waiting_;
   std::wstring scripts_;  // of every page and script that is reached
@@ -194,6 +218,7 @@ void Check::listTemplates() {
 }
 
 void Check::listTemplate(const TemplateEntry& row) {
+  goOnOrCancel(work_);
   const std::wstring base = templateBaseName(below(row.key));
   const TemplateInfo info = GetDWTInfo(report_.folder, base);
   const Preview preview = previewOf(row.key, info);
@@ -216,6 +241,7 @@ void Check::listTemplate(const TemplateEntry& row) {
            L"The browser shows \"Error in preview\" in its place.",
            L"Save the picture anew as GIF or JPEG."});
   }
+  listed_.insert(listed.file);
   report_.templates.push_back(std::move(listed));
 }
 
@@ -235,11 +261,7 @@ void Check::checkUnlisted() {
 
 void Check::checkUnlisted(const FolderEntry& entry) {
   const std::wstring path = report_.folder + L"\\" + entry.path;
-  const auto isThis = [&](const ListedTemplate& each) {
-    return text::equalIgnoringCase(each.file, path);
-  };
-  const auto& listed = report_.templates;
-  if (std::any_of(listed.begin(), listed.end(), isThis)) return;
+  if (listed_.has(path)) return;
   if (isHostsOwn(path) && !isHostsOwn(report_.folder)) return;  // the host's copy of a template
   const std::wstring place = shown(entry.path);
   constexpr wchar_t notListed[] = L"The browser does not list it.";
@@ -330,15 +352,16 @@ void Check::readRegions(const std::wstring& path, const std::wstring& page) {
          L"Nothing can be changed in the pages that are made of it.",
          L"Mark what is to be filled in: <!-- #BeginEditable \"body\" --> ... <!-- #EndEditable "
          L"-->"});
-  for (const RegionFinding& each : regions.findings) addRegionFinding(path, page, each);
+  const LineNumbers lines(page);
+  for (const RegionFinding& each : regions.findings) addRegionFinding(path, lines, each);
 }
 
-void Check::addRegionFinding(const std::wstring& path, const std::wstring& page,
+void Check::addRegionFinding(const std::wstring& path, const LineNumbers& lines,
                              const RegionFinding& fault) {
   Finding finding;
   finding.file = shown(path);
-  finding.line = lineOf(page, fault.offset);
-  const std::wstring other = text::decimal(lineOf(page, fault.other));
+  finding.line = lines.of(fault.offset);
+  const std::wstring other = text::decimal(lines.of(fault.other));
   switch (fault.fault) {
     case RegionFault::unnamed:
       finding.rule = L"region-unnamed";
@@ -378,7 +401,11 @@ void Check::addRegionFinding(const std::wstring& path, const std::wstring& page,
 
 void Check::follow(const std::wstring& page, std::wstring_view text,
                    const std::vector<Link>& links) {
-  for (const Link& link : links) followOne(page, link, lineOf(text, link.offset));
+  const LineNumbers lines(text);
+  for (const Link& link : links) {
+    goOnOrCancel(work_);
+    followOne(page, link, lines.of(link.offset));
+  }
 }
 
 void Check::followOne(const std::wstring& page, const Link& link, int line) {
@@ -424,7 +451,8 @@ void Check::checkUnlinked() {
     if (entry.isFolder() || !isCopied(report_, entry)) continue;
     if (isTemplateName(entry.name())) continue;  // said before
     if (reached_.contains(text::toLower(entry.path))) continue;
-    if (scripts.find(text::toLower(entry.name())) != scripts.npos) continue;
+    goOnOrCancel(work_);
+    if (!isFull(L"unlinked") && scripts.find(text::toLower(entry.name())) != scripts.npos) continue;
     add({L"unlinked", shown(entry.path), 0,
          L"No template and no page that they lead to names the file.",
          L"It is copied into every web, and nobody sees it.",

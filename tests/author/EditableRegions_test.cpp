@@ -53,6 +53,15 @@ TEST_CASE("a region inside of another one and its second end do not fit together
   CHECK(read.findings[1].fault == RegionFault::unopened);
 }
 
+TEST_CASE("a page of nothing but regions is read in one go") {
+  std::wstring page;
+  for (int i = 0; i < 40000; ++i)
+    page += L"<!-- #BeginEditable \"" + std::to_wstring(i) + L"\" --><!-- #EndEditable -->";
+  const auto read = readRegions(page);
+  CHECK(read.regions.size() == 40000);
+  CHECK(read.findings.empty());
+}
+
 TEST_CASE("a region that does not end and one without a name are faults") {
   const auto read = readRegions(
       L"<!-- #BeginEditable \" \" --><!-- #EndEditable -->\n"

@@ -87,6 +87,26 @@ TEST_CASE("an address of a drive or share is one of this computer") {
     CHECK(target(each) == L"disk");
 }
 
+TEST_CASE("pages and style sheets made to take long do not") {
+  constexpr std::size_t many = 1u << 20;
+  const auto repeated = [](const wchar_t* piece) {
+    std::wstring text;
+    while (text.size() < many) text += piece;
+    return text;
+  };
+  CHECK(linksOfStyleSheet(repeated(L"url(")).size() == 1);
+  CHECK(linksOfStyleSheet(repeated(L"@import '")).size() > 1);
+  CHECK(linksOfPage(repeated(L"<a href=x>")).size() > 100000);
+  CHECK(linksOfPage(L"<a href=\"" + repeated(L"&") + L"\">").size() == 1);
+  CHECK(commentsOf(repeated(L"<!--")).size() == 1);
+}
+
+TEST_CASE("lines of many places are those of each") {
+  const std::wstring text = L"a\nb\r\n\nc";
+  const LineNumbers lines(text);
+  for (std::size_t at = 0; at <= text.size() + 1; ++at) CHECK(lines.of(at) == lineOf(text, at));
+}
+
 TEST_CASE("lines are counted from one") {
   CHECK(lineOf(L"a\nb\r\nc", 0) == 1);
   CHECK(lineOf(L"a\nb\r\nc", 2) == 2);

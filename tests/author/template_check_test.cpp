@@ -1,8 +1,11 @@
 // What the check says of a template folder, rule by rule, on a real disk.
 #include "author/template_check.h"
 
+#include <algorithm>
+
 #include "tests/author/TemplateOnDisk.h"
 #include "tests/support/ImportPatch.h"
+#include "tests/support/MadeUpFolder.h"
 
 using namespace author;
 
@@ -43,6 +46,53 @@ class LostAttribute {
   ImportPatch firstA_{nullptr, "kernel32.dll", "FindFirstFileA", firstA};
   ImportPatch firstW_{nullptr, "kernel32.dll", "FindFirstFileW", firstW};
   ImportPatch nextW_{nullptr, "kernel32.dll", "FindNextFileW", nextW};
+};
+
+// "locked" refuses to be read, and "link" says that it leads to another place.
+class OddFolders {
+ public:
+  OddFolders() { current_ = this; }
+  ~OddFolders() { current_ = nullptr; }
+  OddFolders(const OddFolders&) = delete;
+  OddFolders& operator=(const OddFolders&) = delete;
+
+ private:
+  static HANDLE WINAPI first(LPCWSTR pattern, LPWIN32_FIND_DATAW data) {
+    if (std::wstring_view(pattern).find(L"\\locked\\") != std::wstring_view::npos) {
+      SetLastError(ERROR_ACCESS_DENIED);
+      return INVALID_HANDLE_VALUE;
+    }
+    return current_->first_.original<decltype(first)>()(pattern, data);
+  }
+  static BOOL WINAPI next(HANDLE search, LPWIN32_FIND_DATAW data) {
+    const BOOL found = current_->next_.original<decltype(next)>()(search, data);
+    if (found && std::wstring_view(data->cFileName) == L"link")
+      data->dwFileAttributes |= FILE_ATTRIBUTE_REPARSE_POINT;
+    return found;
+  }
+  static inline OddFolders* current_ = nullptr;
+  ImportPatch first_{nullptr, "kernel32.dll", "FindFirstFileW", first};
+  ImportPatch next_{nullptr, "kernel32.dll", "FindNextFileW", next};
+};
+
+// "loop" and every folder in it holds a folder "loop".
+class LoopingFolder {
+ public:
+  LoopingFolder() { current_ = this; }
+  ~LoopingFolder() { current_ = nullptr; }
+  LoopingFolder(const LoopingFolder&) = delete;
+  LoopingFolder& operator=(const LoopingFolder&) = delete;
+
+ private:
+  static HANDLE WINAPI first(LPCWSTR pattern, LPWIN32_FIND_DATAW data) {
+    std::wstring path(pattern);
+    const auto loop = path.find(L"\\loop\\");
+    // The first one stands for all that lie in it; its own folder is found in the folder above.
+    if (loop != path.npos) path = path.substr(0, loop) + L"\\loop*";
+    return current_->patch_.original<decltype(first)>()(path.c_str(), data);
+  }
+  static inline LoopingFolder* current_ = nullptr;
+  ImportPatch patch_{nullptr, "kernel32.dll", "FindFirstFileW", first};
 };
 
 Told rulesOf(const Findings& findings) {
@@ -400,6 +450,52 @@ TEST_CASE("files that pages and scripts and notes lead to are linked") {
   quay.write(L"readme.htm", "<img src=\"four.gif\">");
   quay.write(L"four.gif", "x");
   CHECK(quay.told() == Told{});
+}
+
+TEST_CASE("of findings of one kind a hundred are told and the number of the others") {
+  const TemplateOnDisk quay;
+  const std::wstring huge = quay.disk.makeFolder(L"Quay\\huge");
+  const MadeUpFolder<WideSearch> files(L"huge", 0, 70000);
+  const FolderReport report = quay.check();
+  CHECK(report.tree.entries.size() == FolderTree::mostEntries);
+  const auto& findings = report.findings;
+  REQUIRE(findings.size() == 102);
+  CHECK(std::count_if(findings.begin(), findings.end(), [](const Finding& each) {
+          return each.rule == L"unlinked" && each.file.starts_with(L"Quay\\huge\\entry");
+        }) == 100);
+  const Told told = quay.told({findings[0], findings[1]});
+  CHECK(told[0] ==
+        L"Quay:0: too-many: The folder holds more than 65,535 files and folders. | It cannot "
+        L"be packed, and what is said here is not all. | Take out what does not belong to "
+        L"the template.");
+  CHECK(told[1].starts_with(L"Quay:0: unlinked: 65"));
+  CHECK(
+      told[1].ends_with(L" more findings of this kind are not told. | What happens is the same. | "
+                        L"Start with those that are told."));
+}
+
+TEST_CASE("a folder that cannot be read and one that leads elsewhere are told") {
+  const TemplateOnDisk quay;
+  quay.disk.makeFolder(L"Quay\\locked");
+  quay.disk.makeFolder(L"Quay\\link");
+  const OddFolders odd;
+  CHECK(
+      quay.told() ==
+      Told{L"Quay\\link:0: link-folder: The folder is a link to another place of the disk. | What "
+           L"it "
+           L"leads to is copied, but not packed. | Put the files themselves into the template "
+           L"folder.",
+           L"Quay\\locked:0: unreadable: The folder cannot be read. | A copy of the template ends "
+           L"here with a message. | Give yourself the right to read it."});
+}
+
+TEST_CASE("a folder that holds itself is looked into as deep as a path can be") {
+  const TemplateOnDisk quay;
+  quay.disk.makeFolder(L"Quay\\loop");
+  const LoopingFolder loop;
+  const FolderReport report = quay.check();
+  CHECK(rulesOf(report.findings) == Told{L"path-length"});
+  CHECK(report.tree.entries.size() < 100);
 }
 
 TEST_CASE("a page that is too large to be read is told") {
