@@ -35,9 +35,15 @@ class Listener final : public DownloadView {
   void resetOverall(short) override {}
   void stepOverall() override {}
   void disableCancel() override {}
-  void fail(const std::wstring& text, const std::wstring&) override { message = text; }
+  void fail(std::wstring_view text, std::wstring_view) noexcept override {
+    try {
+      message = text;
+    } catch (...) {
+    }
+  }
   bool ask(const std::wstring&) override { return true; }
-  HWND messageOwner() const override { return nullptr; }
+  Overwrite overwrite(const std::wstring&) override { return Overwrite::none; }
+  std::optional<std::wstring> password(int) override { return std::nullopt; }
 
   std::wstring message;
 
