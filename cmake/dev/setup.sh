@@ -3,7 +3,7 @@
 
 packages_to_work=(
   wine wine32:i386 wine64 g++-mingw-w64-i686-win32 libz-mingw-w64-dev mingw-w64-tools doctest-dev
-  cmake ninja-build dpkg-dev patch python3 python3-pyftpdlib zip 7zip libarchive-tools fastjar xvfb
+  cmake ninja-build dpkg-dev patch python3 python3-pyftpdlib zip 7zip libarchive-tools fastjar nsis xvfb
   openbox imagemagick x11-utils fonts-wine fonts-liberation)
 
 # npm only where the system's own formatter is of another version, see lint.sh.
@@ -39,7 +39,7 @@ missing_packages() {
 check_tools_elsewhere() {
   local tool
   for tool in wine wineserver i686-w64-mingw32-g++-win32 i686-w64-mingw32-windres \
-    i686-w64-mingw32-widl cmake ninja python3 zip 7zz bsdtar fastjar Xvfb openbox import; do
+    i686-w64-mingw32-widl cmake ninja python3 zip 7zz bsdtar fastjar makensis Xvfb openbox import; do
     command -v "$tool" >/dev/null || missing_elsewhere "$tool"
   done
   # The compiler answers with a path when it finds the library.
@@ -51,7 +51,7 @@ missing_elsewhere() {
   die "$1 is missing, and only Debian is set up by itself. Needed here: Wine for" \
     "32-bit and 64-bit programs, mingw-w64's g++ for i686 with the win32 thread model, its windres" \
     "and widl, its zlib, doctest, CMake 3.25, Ninja, Python 3 with its pyftpdlib, zip, 7-Zip," \
-    "bsdtar, fastjar, Xvfb, openbox, ImageMagick, xdpyinfo, the Liberation fonts, and Info-ZIP's" \
+    "bsdtar, fastjar, NSIS 3, Xvfb, openbox, ImageMagick, xdpyinfo, the Liberation fonts, and Info-ZIP's" \
     "unzip32.dll in build/third-party/unzip; clang-format 14 or 15, clang-tidy and cppcheck to lint."
 }
 
