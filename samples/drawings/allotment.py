@@ -2,7 +2,7 @@
 import math
 import random
 
-from drawings.shapes import at, circle, gif, JPEG, line, path, picture, png, rect
+from drawings.shapes import at, circle, gif, JPEG, line, path, picture, rect
 
 
 def carrot():
@@ -70,7 +70,7 @@ def pumpkin():
     )
 
 
-@picture("templates/Allotment/border.png", 760, 112, png(96))
+@picture("templates/Allotment/border.gif", 760, 112, gif(96, "#ffffff"))
 def garden_border():
     bed = path(
         "M0,66 Q60,58 130,64 T280,62 T430,66 T580,61 T760,66 L760,112 L0,112 Z", "#6d4a30"

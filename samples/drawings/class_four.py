@@ -1,7 +1,7 @@
 """Class Four, a school class."""
 import random
 
-from drawings.shapes import at, circle, gif, JPEG, line, path, picture, png, rect
+from drawings.shapes import at, circle, gif, JPEG, line, path, picture, rect
 
 
 @picture("templates/Class Four/images/plane.gif", 300, 112, gif(24, "#d8ecf5"))
@@ -32,7 +32,7 @@ def class_plane():
     return trail + at(212, 58, 1.08, plane, -4)
 
 
-@picture("templates/Class Four/images/pencils.png", 760, 34, png(48))
+@picture("templates/Class Four/images/pencils.gif", 760, 34, gif(48, "#ffffff"))
 def class_pencils():
     colours = ["#d9483b", "#1f7a5c", "#1f5f8b", "#e9a92c", "#7a4a9c", "#d9692a", "#2f8fa6"]
     result = rect(0, 0, 760, 34, "#ffffff")

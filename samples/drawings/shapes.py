@@ -36,19 +36,6 @@ def gif(colours, ground=None):
     ]
 
 
-def png(colours):
-    return [
-        "-background",
-        "white",
-        "-flatten",
-        "+dither",
-        "-colors",
-        str(colours),
-        "-define",
-        "png:compression-level=9",
-    ]
-
-
 def gradient(name, *stops, x2=0, y2=1):
     inside = "".join('<stop offset="%s" stop-color="%s"/>' % stop for stop in stops)
     return '<linearGradient id="%s" x1="0" y1="0" x2="%s" y2="%s">%s</linearGradient>' % (

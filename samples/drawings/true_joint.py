@@ -1,7 +1,7 @@
 """True Joint, a joiner's workshop."""
 import random
 
-from drawings.shapes import at, circle, gradient, JPEG, line, path, picture, png, rect
+from drawings.shapes import at, circle, gif, gradient, JPEG, line, path, picture, rect
 
 
 def grain(seed, x, y, width, height, colour, count, opacity=0.35):
@@ -20,7 +20,7 @@ def grain(seed, x, y, width, height, colour, count, opacity=0.35):
     return result
 
 
-@picture("templates/True Joint/images/dovetail.png", 760, 56, png(64))
+@picture("templates/True Joint/images/dovetail.gif", 760, 56, gif(64, "#ffffff"))
 def joiner_dovetail():
     """Two boards that meet in a row of dovetails."""
     light, dark = "#d9b382", "#8a5a34"
