@@ -29,7 +29,7 @@ make_package() {
 # An archive bears the times of its files in the time of the place where it is made.
 zip_up() {
   (cd "$1" && find . -type f ! -name SHA256SUMS.txt -printf '%P\n' | sort | xargs -d '\n' sha256sum \
-    >SHA256SUMS.txt && touch -r License.txt SHA256SUMS.txt &&
+    >SHA256SUMS.txt && chmod 644 SHA256SUMS.txt && touch -r License.txt SHA256SUMS.txt &&
     find . -type f -printf '%P\n' | sort | TZ=UTC zip -q -X -D "$2" -@)
 }
 
