@@ -41,7 +41,8 @@ bool isAscii(std::string_view text) {
                      [](char letter) { return static_cast<unsigned char>(letter) < 0x80; });
 }
 
-// The library that unpacks it takes a name for UTF-8 only where there is an extra field, too.
+// As it is usually built, the unzip library takes a name for UTF-8 only where there is an extra
+// field, too.
 std::string extraFor(const std::string& name) {
   if (isAscii(name)) return {};
   const std::string field = std::string(1, '\1') + dword(archive::crcOf(name)) + name;

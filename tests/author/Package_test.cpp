@@ -5,6 +5,7 @@
 #include "tests/author/FullDisk.h"
 #include "tests/author/TemplateOnDisk.h"
 #include "tests/online/archive/UnpackingBoxes.h"
+#include "tests/online/archive/ZipMaker.h"
 
 using namespace author;
 
@@ -99,6 +100,22 @@ TEST_CASE("names with umlauts come out of an archive as they went in") {
   REQUIRE(packing.run() == fine);
   REQUIRE(packing.unpack());
   CHECK(packing.out.readFile(L"unpacked\\Quay\\gr\u00FCn.gif") == "x");
+}
+
+TEST_CASE("a name beyond the English alphabet stands in an archive in both ways that tools read") {
+  Packing packing;
+  packing.quay.write(L"quay.css",
+                     "b { background: url(gr\xFCn.gif) } i { background: url(stone.gif) }");
+  packing.quay.write(L"gr\u00FCn.gif", "x");
+  REQUIRE(packing.run() == fine);
+  const std::string name = "Quay/gr\xC3\xBCn.gif";
+  const std::string crc = ZipMaker::number(ZipMaker::crc(name), 4);
+  const std::string field = ZipMaker::field(0x7075, "\1" + crc + name);
+  const std::string bytes = packing.bytes();
+  const auto header = bytes.find(name + field);
+  REQUIRE(header != bytes.npos);
+  CHECK(bytes[header - 30 + 7] == '\x08');  // the flag of UTF-8
+  CHECK(bytes.find(name + field, header + 1) != bytes.npos);
 }
 
 TEST_CASE("the host's own files stay out of an archive and empty folders go in") {
