@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::uint64_t mostPixels = 32u << 20;  // a decoder may hold them twice
 constexpr long longestSide = 0x7FFF;
+constexpr ULONG betweenQuestions = 4096;  // bytes: some decoders read a few at a time
 
 Error notAPicture() { return Error(PictureDecoder::invalidPicture, L"Invalid picture"); }
 
@@ -52,7 +53,13 @@ class StoppableStream final : public com::Counted<IStream> {
     return S_OK;
   }
   STDMETHODIMP Read(void* bytes, ULONG size, ULONG* done) noexcept override {
-    return isStopped() ? E_ABORT : stream_->Read(bytes, size, done);
+    if (size < untilQuestion_) {
+      untilQuestion_ -= size;
+    } else {
+      untilQuestion_ = betweenQuestions;
+      isStopped();
+    }
+    return stopped_ ? E_ABORT : stream_->Read(bytes, size, done);
   }
   STDMETHODIMP Write(const void* bytes, ULONG size, ULONG* done) noexcept override {
     return stream_->Write(bytes, size, done);
@@ -81,6 +88,7 @@ class StoppableStream final : public com::Counted<IStream> {
  private:
   ComPtr<IStream> stream_;
   PictureDecoder::Stop stop_;
+  ULONG untilQuestion_ = 0;
   bool stopped_ = false;
 };
 

@@ -162,8 +162,8 @@ class Meanwhile {
     return result_;
   }
   static int WINAPI lock(void* image, const void* area, UINT how, INT format, void* pixels) {
-    BYTE byte = 0;
-    if (act(late)) stream_->Read(&byte, 1, nullptr);
+    BYTE more[10000];
+    if (act(late)) stream_->Read(more, sizeof more, nullptr);
     return lock_(image, area, how, format, pixels);
   }
 
@@ -175,6 +175,25 @@ class Meanwhile {
   When when_;
   std::function<void()> action_;
   ImportPatch functions_{nullptr, "kernel32.dll", "GetProcAddress", find};
+};
+
+// How often it is asked whether input waits.
+class Questions {
+ public:
+  Questions() {
+    current_ = this;
+    count_ = 0;
+  }
+  static int count() { return count_; }
+
+ private:
+  static DWORD WINAPI ask(UINT kinds) {
+    ++count_;
+    return current_->patch_.original<decltype(ask)>()(kinds);
+  }
+  static inline Questions* current_ = nullptr;
+  static inline int count_ = 0;
+  ImportPatch patch_{nullptr, "user32.dll", "GetQueueStatus", ask};
 };
 
 // How often a box draws itself anew.
@@ -461,6 +480,19 @@ TEST_CASE("a key or a click that comes while a large picture is decoded has its 
         CHECK(decodings.count() == 1);
       });
     }
+}
+
+TEST_CASE("a decoder that reads a few bytes at a time is not asked at each of them") {
+  const ScratchFolder disk;
+  const auto file = pictures::blueGifOf(largeWidth, largeHeight);
+  const auto path = disk.writeFile(L"a.gif", file);
+  PictureForm([&](PictureForm& form) {
+    form.box.load(path);
+    const Questions questions;
+    UpdateWindow(form.box.hwnd());
+    CHECK(questions.count() > 10);
+    CHECK(questions.count() <= static_cast<int>(file.size() / 4096) + 10);
+  });
 }
 
 TEST_CASE("what a decoder makes of a large picture that it could not read on is not shown") {
