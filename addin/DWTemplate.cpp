@@ -241,8 +241,7 @@ std::optional<HostControl> DWTemplate::newMenuItem(const HostControl& parent, lo
   return item;
 }
 
-std::wstring DWTemplate::AddAcceleratorKey(const HostControl& bar,
-                                           const std::wstring& caption) noexcept {
+std::wstring DWTemplate::AddAcceleratorKey(const HostControl& bar, const std::wstring& caption) {
   std::wstring result = caption;
   quietly(L"AddAcceleratorKey", [&] {
     std::vector<std::wstring> captions;

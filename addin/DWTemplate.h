@@ -44,7 +44,8 @@ class DWTemplate final : public ConnectionObject {
                                               bool bAppend, long nType, bool bGroup) noexcept;
   // Deletes the entry of that tag; false when the host does so itself.
   bool RemoveAddInCommandBarButton(long RemoveMode, const std::wstring& ctl_key) noexcept;
-  std::wstring AddAcceleratorKey(const HostControl& bar, const std::wstring& caption) noexcept;
+  // Raises an Error (7) or std::bad_alloc where there is no memory for the caption itself.
+  std::wstring AddAcceleratorKey(const HostControl& bar, const std::wstring& caption);
   // Through the clipboard, whose content survives; where it cannot, the button stays without a
   // face.
   void SetButtonFace(const HostControl& button, HBITMAP picture) noexcept;

@@ -13,21 +13,6 @@ constexpr const char* names[hostWays] = {
     "window closed",       "all windows closed",     "owner destroyed", "clicked again",
 };
 
-BOOL CALLBACK noteDialog(HWND window, LPARAM list) {
-  wchar_t name[16] = {};
-  GetClassNameW(window, name, 16);
-  if (name == std::wstring_view(L"#32770") && IsWindowVisible(window))
-    reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
-  return TRUE;
-}
-
-// From the one on top down.
-std::vector<HWND> ownDialogs() {
-  std::vector<HWND> dialogs;
-  EnumThreadWindows(GetCurrentThreadId(), noteDialog, reinterpret_cast<LPARAM>(&dialogs));
-  return dialogs;
-}
-
 void letMessagesThrough(DWORD milliseconds) {
   const DWORD start = GetTickCount();
   pumpUntil([&] { return GetTickCount() - start >= milliseconds; });

@@ -199,6 +199,12 @@ HANDLE WINAPI setClipboardData(UINT format, HANDLE data) {
   return set;
 }
 
+// What the module looks up while it runs gets its hook then.
+Entry* lookUp = nullptr;
+constexpr char network[] = "wininet.dll";
+
+FARPROC WINAPI getProcAddress(HMODULE module, LPCSTR name);
+
 // clang-format off
 #define WATCHED(hook, library, name, kind, gives, bad, effect, thing)                    \
   {                                                                                      \
@@ -390,11 +396,35 @@ void addCom(std::vector<Entry>& all) {
   }
 }
 
+void addNetwork(std::vector<Entry>& all) {
+  constexpr auto library = network;
+  constexpr auto kind = Kind::network;
+  TAKES(InternetOpenA, 0, "network handles")
+  FAILS(InternetQueryOptionA, 0)
+  FAILS(InternetSetOptionA, 0)
+  TAKES(InternetConnectA, 0, "network handles")
+  TAKES(InternetOpenUrlA, 0, "network handles")
+  FAILS(HttpQueryInfoA, 0)
+  TAKES(FtpOpenFileA, 0, "network handles")
+  FAILS(InternetReadFile, 0)
+  FAILS(InternetCrackUrlA, 0)
+  RETURNS(InternetCloseHandle, "network handles")
+  all.push_back({"kernel32.dll", "GetProcAddress", kind, Gives::value, 0, Effect::none, "",
+                 reinterpret_cast<void*>(getProcAddress), nullptr});
+  lookUp = &all.back();
+}
+
+void addYields(std::vector<Entry>& all) {
+  constexpr auto library = "user32.dll";
+  constexpr auto kind = Kind::yields;
+  FAILS(PeekMessageW, 0)
+}
+
 std::vector<Entry> makeEntries() {
   std::vector<Entry> all;
   all.reserve(200);  // its entries must not move
-  for (const auto add :
-       {addFiles, addProfiles, addRegistry, addMemory, addWindows, addDrawing, addCom})
+  for (const auto add : {addFiles, addProfiles, addRegistry, addMemory, addWindows, addDrawing,
+                         addCom, addNetwork, addYields})
     add(all);
   return all;
 }
@@ -404,18 +434,27 @@ std::vector<Entry>& entries() {
   return all;
 }
 
-}  // namespace
-
-const char* nameOf(Kind kind) {
-  constexpr const char* names[kinds] = {"registry", "profiles", "files", "memory",
-                                        "windows",  "drawing",  "com",   "network"};
-  return names[static_cast<int>(kind)];
+FARPROC WINAPI getProcAddress(HMODULE module, LPCSTR name) {
+  if (const SystemFailure* failure = failureOf(*lookUp)) {
+    SetLastError(failure->code);
+    return nullptr;
+  }
+  const FARPROC found = reinterpret_cast<decltype(&getProcAddress)>(lookUp->original)(module, name);
+  for (Entry& entry : entries()) {
+    if (!found || entry.library != network || std::strcmp(entry.function, name) != 0) continue;
+    entry.original = reinterpret_cast<void*>(found);
+    return reinterpret_cast<FARPROC>(entry.replacement);
+  }
+  return found;
 }
+
+}  // namespace
 
 class SystemCalls::Patches {
  public:
   explicit Patches(HMODULE module) {
     for (Entry& entry : entries()) {
+      if (entry.library == network) continue;
       patches_.push_back(std::make_unique<ImportPatch>(
           module, entry.library, entry.function, reinterpret_cast<void (*)()>(entry.replacement)));
       entry.original = reinterpret_cast<void*>(patches_.back()->original<void()>());

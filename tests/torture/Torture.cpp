@@ -1,5 +1,7 @@
 #include "tests/torture/Torture.h"
 
+#include <psapi.h>
+
 #include <algorithm>
 #include <stdexcept>
 
@@ -8,7 +10,17 @@
 namespace torture {
 namespace {
 
+constexpr int warmUps = 5;
+constexpr std::size_t mostGrowth = 2 << 20;  // bytes, of the system's libraries and the tests' too
+
+std::size_t memoryOfProcess() {
+  PROCESS_MEMORY_COUNTERS counters = {};
+  GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+  return counters.PagefileUsage;
+}
+
 void nothingMore(World&) {}
+void openEverything(World& world) { world.openEverything(); }
 void connect(World& world) { world.connect(); }
 void disconnect(World& world) { world.disconnect(); }
 void copy(World& world) { world.copy(); }
@@ -50,6 +62,7 @@ const std::vector<Journey>& journeys() {
       {"connection", nothingMore, connect, disconnect, L"webs\\my site\\index.htm"},
       {"copy", connect, copy, nothingMore, L"webs\\my site\\dwts\\Night Ferry\\ferry.dwt"},
       {"download", connect, download, nothingMore, L"downloads\\lighthouse\\images\\tower.gif"},
+      {"windows", connect, openEverything, nothingMore, L"webs\\my site\\index.htm"},
       {"disconnection", connect, disconnect, nothingMore, L"webs\\my site\\index.htm"},
   };
   return all;
@@ -191,12 +204,47 @@ Verdict Trial::withHostTrouble(HostWay way, int number) {
     verdict.where = trouble.member();
   };
   const Course course = runUntilSteady(body, verdict.complaints);
+  verdict = judge(course, way == HostWay::goneForGood, std::move(verdict));
+  if (isFailure(way)) demandWord(way, verdict);
+  return verdict;
+}
+
+int Trial::systemCalls(Kind kind) {
+  int calls = 0;
+  Lines complaints;
+  run([&] { calls = countSystemCalls(world_, kind, [&] { journey_.body(world_); }); }, complaints);
+  return calls;
+}
+
+Verdict Trial::withSystemTrouble(const SystemWay& way, int number) {
+  Verdict verdict;
+  const auto body = [&] {
+    const SystemTrouble trouble(world_, way, number);
+    journey_.body(world_);
+    verdict.where = trouble.function();
+  };
+  const Course course = runUntilSteady(body, verdict.complaints);
+  return judge(course, false, std::move(verdict));
+}
+
+Verdict Trial::again() {
+  Verdict verdict;
+  const Course course = run([&] { journey_.body(world_); }, verdict.complaints);
+  verdict = judge(course, false, std::move(verdict));
+  if (verdict.outcome != "as always") verdict.complaints.push_back(L"it went otherwise");
+  const std::size_t now = memoryOfProcess();
+  if (++times_ == warmUps) memory_ = now;
+  if (times_ > warmUps && now > memory_ + mostGrowth)
+    verdict.complaints.push_back(L"memory has grown by " + std::to_wstring(now - memory_));
+  return verdict;
+}
+
+Verdict Trial::judge(const Course& course, bool hostWasGone, Verdict verdict) const {
   for (const auto& line : beyond(course.first.lines, usual_.first.lines))
     verdict.said.push_back(L"line: " + line);
   for (const auto& box : beyond(course.first.boxes, usual_.first.boxes))
     verdict.said.push_back(L"box: " + box);
-  compare(course, way == HostWay::goneForGood, verdict);
-  if (isFailure(way)) demandWord(way, verdict);
+  compare(course, hostWasGone, verdict);
   return verdict;
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/torture/HostTrouble.h"
+#include "tests/torture/SystemTrouble.h"
 #include "tests/torture/World.h"
 
 namespace torture {
@@ -35,7 +36,11 @@ class Trial {
   Trial(World& world, const Journey& journey);
 
   int hostCalls() const noexcept { return hostCalls_; }
+  int systemCalls(Kind kind);
   Verdict withHostTrouble(HostWay way, int number);
+  // Undisturbed: nothing may grow, not even by what is kept on purpose.
+  Verdict again();
+  Verdict withSystemTrouble(const SystemWay& way, int number);
 
  private:
   struct Course {
@@ -47,12 +52,15 @@ class Trial {
   Course run(const std::function<void()>& body, Lines& complaints);
   Course runUntilSteady(const std::function<void()>& body, Lines& complaints);
   void compare(const Course& course, bool hostWasGone, Verdict& verdict) const;
+  Verdict judge(const Course& course, bool hostWasGone, Verdict verdict) const;
   static void demandWord(HostWay way, Verdict& verdict);
 
   World& world_;
   const Journey& journey_;
   int hostCalls_ = 0;
   Course usual_;
+  int times_ = 0;
+  std::size_t memory_ = 0;  // of the process when it had warmed up
 };
 
 }  // namespace torture

@@ -5,6 +5,8 @@
 #include <algorithm>
 
 #include "catalogue/resource.h"
+#include "tests/torture/World.h"
+#include "webcopy/resource.h"
 
 namespace torture {
 namespace {
@@ -70,19 +72,43 @@ void User::lookAround() {
   std::erase_if(visited_, [](const Visited& each) { return !isUp(each.window); });
   if (visited_.empty()) return;
   Visited& top = visited_.back();
-  if (!IsWindowEnabled(top.window)) return;
+  if (!IsWindowEnabled(top.window)) {
+    if (looks_) closeOther();
+    return;
+  }
   if (!top.isOnline && !isEnabled(top.window, IDC_QUILLET_SELECT)) return;  // it lists
   const Visited before = top;
-  top.tried = true;
-  act(before);
+  ++top.done;
+  looks_ ? look(before) : act(before);
+}
+
+void User::look(const Visited& visited) {
+  constexpr int buttons[] = {IDC_QUILLET_ABOUT, IDC_QUILLET_SELECT, IDC_QUILLET_DESTFOLDER};
+  if (visited.isOnline || visited.done >= std::size(buttons))
+    PostMessageW(visited.window, WM_CLOSE, 0, 0);
+  else
+    press(visited.window, buttons[visited.done]);
+}
+
+// A window over those that were visited: what it opens itself, and its end.
+void User::closeOther() {
+  const auto dialogs = ownDialogs();
+  if (dialogs.empty() || !IsWindowEnabled(dialogs.front())) return;
+  const HWND top = dialogs.front();
+  if (std::ranges::any_of(visited_, [&](const Visited& each) { return each.window == top; }))
+    return;
+  if (met_.insert(top).second && IsWindow(GetDlgItem(top, IDC_SELECTWEBFOLDER_BTNNEWFOLDER)))
+    press(top, IDC_SELECTWEBFOLDER_BTNNEWFOLDER);
+  else
+    PostMessageW(top, WM_CLOSE, 0, 0);
 }
 
 void User::act(Visited visited) {
-  if (visited.isOnline && !visited.tried && page_.isResting()) {
+  if (visited.isOnline && visited.done == 0 && page_.isResting()) {
     page_.follow(download_);
   } else if (visited.isOnline) {
     PostMessageW(visited.window, WM_CLOSE, 0, 0);
-  } else if (!visited.tried && isEnabled(visited.window, IDOK)) {
+  } else if (visited.done == 0 && isEnabled(visited.window, IDOK)) {
     selectRow(GetDlgItem(visited.window, IDC_QUILLET_LIST), wantedTemplate);
     press(visited.window, IDOK);
   } else {

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,9 @@ class User {
   std::vector<std::wstring> boxes() const;
   const std::vector<std::wstring>& dialogs() const { return modal_.dialogs(); }
 
+  // Instead of that, opens every window that there is and closes it again.
+  void lookAtEverything() { looks_ = true; }
+
   // What is chosen in the browser.
   static constexpr wchar_t wantedTemplate[] = L"Night Ferry";
 
@@ -31,19 +35,23 @@ class User {
   struct Visited {
     HWND window;
     bool isOnline;
-    bool tried = false;  // what the user came for
+    std::size_t done = 0;  // of what the user came for
   };
 
   static void CALLBACK onTimer(HWND, UINT, UINT_PTR timer, DWORD);
   void expect(const wchar_t* caption, bool isOnline);
   void lookAround();
   void act(Visited visited);
+  void look(const Visited& visited);
+  void closeOther();
 
   FakeWebBrowser& page_;
   std::wstring download_;
   ModalDriver modal_;
   std::vector<Visited> visited_;
   UINT_PTR timer_ = 0;
+  bool looks_ = false;
+  std::set<HWND> met_;
 };
 
 }  // namespace torture

@@ -98,9 +98,23 @@ void removeTree(const std::wstring& path) {
   RemoveDirectoryW(path.c_str());
 }
 
+BOOL CALLBACK noteDialog(HWND window, LPARAM list) {
+  wchar_t name[16] = {};
+  GetClassNameW(window, name, 16);
+  if (name == std::wstring_view(L"#32770") && IsWindowVisible(window))
+    reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+  return TRUE;
+}
+
 }  // namespace
 
-World::World() : server_({{"/d.zip", HttpServer::ok(archive())}}) { writeTemplates(disk); }
+std::vector<HWND> ownDialogs() {
+  std::vector<HWND> dialogs;
+  EnumThreadWindows(GetCurrentThreadId(), noteDialog, reinterpret_cast<LPARAM>(&dialogs));
+  return dialogs;
+}
+
+World::World() : server_({{"/d.zip", HttpServer::ok(archive())}}) {}
 
 World::~World() { end(); }
 
@@ -120,6 +134,7 @@ void World::layOut() {
   removeTree(disk / web);
   removeTree(disk / L"downloads");
   writeWeb(disk);
+  if (!disk.exists(L"templates\\Night Ferry")) writeTemplates(disk);
   disk.writeFile(L"downloads\\mine.txt", "the user's own file");
   setUpRegistry();
   users_ = files();
@@ -146,8 +161,10 @@ void World::setUpRegistry() {
 
 void World::connect() {
   if (addIn_) return;
-  addIn_ = module_.connection();
-  if (!addIn_) return;
+  const auto factory = module_.factory();
+  if (!factory || FAILED(factory->CreateInstance(nullptr, IID_IDTExtensibility2,
+                                                 reinterpret_cast<void**>(addIn_.put()))))
+    return;
   addIn_->OnConnection(host_->application(), atStartup, nullptr, nullptr);
   addIn_->OnStartupComplete(nullptr);
 }
@@ -163,6 +180,20 @@ void World::copy() { host_->click(copyToWeb); }
 
 void World::download() { host_->click(dwtOnline); }
 
+void World::openEverything() {
+  user_->lookAtEverything();
+  clickBoth();
+}
+
+void World::loseTemplates() {
+  removeTree(disk / L"templates\\Night Ferry");
+  removeTree(disk / L"downloads");
+  std::erase_if(users_, [](const auto& file) {
+    return file.first.starts_with(L"templates\\Night Ferry") ||
+           file.first.starts_with(L"downloads");
+  });
+}
+
 void World::clickBoth() {
   host_->click(copyToWeb);
   host_->click(dwtOnline);
@@ -172,8 +203,10 @@ Seen World::look(const std::function<void()>& body) {
   frame_.open();
   log_.clear();
   User user(page, L"http://127.0.0.1/DWTOnlineDownload.htm?dwt1=" + server_.url(L"/d.zip"));
+  user_ = &user;
   body();
   settle();
+  user_ = nullptr;
   Seen seen;
   seen.boxes = user.boxes();
   // Without the indentation, which an error leaves as it is.

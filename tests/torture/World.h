@@ -48,6 +48,9 @@ struct Desk {
   bool operator==(const Desk&) const = default;
 };
 
+// The dialogs on the screen, from the one on top down.
+std::vector<HWND> ownDialogs();
+
 class World {
  public:
   World();
@@ -64,10 +67,15 @@ class World {
   // Clicks and whatever comes of it, until the windows are closed.
   void copy();
   void download();
+  // Every window that there is, one after another.
+  void openEverything();
+  // The template that the user wants, and what has been downloaded, are gone.
+  void loseTemplates();
   // Both entries one after the other, as an impatient user does.
   void clickBoth();
 
   // Runs `body` and tells what was seen meanwhile and is there then.
+  // The user works, unless openEverything() is called in it.
   Seen look(const std::function<void()>& body);
   Desk desk() const;
   // Files of the user's that are gone or changed.
@@ -98,7 +106,7 @@ class World {
   HostFrame frame_;
   Files users_;  // what the user has on the disk
   std::unique_ptr<standin::Host> host_;
-  std::unique_ptr<User> user_;
+  User* user_ = nullptr;  // during a look
   ComPtr<IDTExtensibility2> addIn_;
 };
 
