@@ -57,6 +57,8 @@ class Rows final : public TemplateScanView {
     rows.push_back(entry);
   }
   int count() override { return static_cast<int>(rows.size()); }
+  void showFolder(std::wstring_view) override {}
+  void showUnopened(std::wstring_view) override {}
   void showNotReady(const std::wstring&) override {}
   void showWaitCursor(bool) noexcept override {}
 

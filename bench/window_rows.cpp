@@ -56,6 +56,8 @@ class Rows final : public TemplateScanView {
     ++count_;
   }
   int count() override { return count_; }
+  void showFolder(std::wstring_view) override {}
+  void showUnopened(std::wstring_view) override {}
   void showNotReady(const std::wstring&) override {}
   void showWaitCursor(bool) noexcept override {}
   bool keepGoing() override {

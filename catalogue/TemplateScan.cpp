@@ -15,9 +15,11 @@ namespace {
 // What the host's private folders begin with.
 constexpr wchar_t privateFolder[] = L"_vti";
 
-void logUnopened(const std::wstring& path) {
-  modCommon::WriteLog(text::replaceAll(L"Could not open \" %s \"", L"%s", path));
+std::wstring unopened(const std::wstring& path) {
+  return text::replaceAll(L"Could not open \" %s \"", L"%s", path);
 }
+
+void logUnopened(const std::wstring& path) { modCommon::WriteLog(unopened(path)); }
 
 // A readable folder without a match: most file systems say the first, some redirectors the other.
 bool isNothingFound(DWORD code) {
@@ -68,6 +70,7 @@ void TemplateScan::ListTemplates() {
 void TemplateScan::ScanFolder(std::wstring_view folder) {
   modCommon::WriteLog({L"Scanning folder: ", folder});
   const Waiting waiting(*this);
+  view_.showFolder(folder);
   const std::wstring path = modCommon::withBackslash(folder);
   FileSearch search(path + L"*.*");
   if (!search.found()) {
@@ -90,6 +93,7 @@ void TemplateScan::reportUnreadable(const std::wstring& folder, unsigned long co
   if (code == ERROR_NOT_READY)
     view_.showNotReady(L"Could not access " + folder + L".\r\n" + errors::systemMessage(code));
   logUnopened(folder);
+  view_.showUnopened(unopened(folder));
 }
 
 void TemplateScan::RecurseFiles(std::wstring_view folder) {

@@ -32,6 +32,10 @@ class TemplateScanView : public KeepGoing {
   virtual void add(const TemplateEntry& entry) = 0;
   // How many rows the list has.
   virtual int count() = 0;
+  // The listed folder that is searched from now on.
+  virtual void showFolder(std::wstring_view folder) = 0;
+  // One that is missing or cannot be read; the scan goes on.
+  virtual void showUnopened(std::wstring_view text) = 0;
   // A listed folder's drive is not ready.
   virtual void showNotReady(const std::wstring& message) = 0;
   // Shown and taken back in turns; never twice the same.

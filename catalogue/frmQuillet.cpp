@@ -1,12 +1,20 @@
 #include "catalogue/frmQuillet.h"
 
+#include <shellapi.h>
+
+#include <algorithm>
+#include <cwchar>
+
 #include "addin/host/environment.h"
 #include "catalogue/TemplateInfo.h"
 #include "catalogue/destination.h"
 #include "catalogue/frmManageDWTFolders.h"
 #include "catalogue/resource.h"
+#include "common/forms/PopupMenu.h"
 #include "common/forms/frmAbout.h"
 #include "common/forms/page_address.h"
+#include "common/handles.h"
+#include "common/letter_case.h"
 #include "common/log.h"
 #include "common/log_switch.h"
 #include "common/module.h"
@@ -28,10 +36,17 @@ constexpr wchar_t componentsMissing[] =
     L"One or more components are not installed on your computer. You may need to setup the product "
     L"again. The application will be terminated.";
 constexpr wchar_t nothingToCopy[] = L"There are no DWT's to copy.";
+constexpr wchar_t noTemplates[] =
+    L"There are no templates in your folders.\r\n\r\n"
+    L"Press \"Folders...\" to choose the folders that hold templates, or \"DWT Online...\" to "
+    L"download some.";
+constexpr wchar_t splitSetting[] = L"DWTSplit";  // the list's extra width in 1/96 inch, default 0
 constexpr long invalidFileFormat = 321;
 constexpr wchar_t previewErrorPage[] =
     L"<h3><font face=arial color=red>Error in preview</font></h3>";
 constexpr wchar_t previewErrorText[] = L"Error in preview";
+
+int perInch() { return GetDeviceCaps(handles::ScreenContext().get(), LOGPIXELSX); }
 
 std::wstring versionText() {
   constexpr int minor = QUILLET_VERSION_MINOR;
@@ -93,6 +108,8 @@ frmQuillet::frmQuillet(HostApplication& host)
       host_(host),
       lblDWTs(*this, IDC_QUILLET_LIST_LABEL),
       lvDWTs(*this, IDC_QUILLET_LIST, L"Title"),
+      lblStatus(*this, IDC_QUILLET_STATUS),
+      splitter(*this, IDC_QUILLET_SPLITTER),
       lblTitle(*this, IDC_QUILLET_TITLE),
       xwpPreview(*this, IDC_QUILLET_PICTURE),
       wbPreview(*this, IDC_QUILLET_PAGE),
@@ -131,6 +148,7 @@ void frmQuillet::ShowQuillet(bool /*openedFromOnline*/, HWND owner) {
 
 void frmQuillet::connectEvents() {
   lvDWTs.onItemClick = [this] { lvListView_ItemClick(); };
+  lvDWTs.onDoubleClick = [this] { lvListView_DblClick(); };
   xwpPreview.onFailed = [this](const Error& error) { xwpPreview_Failed(error); };
   cbZoom.onClick = [this] { cboZoom_Click(); };
   cmdCopytoWeb.onClick = [this] { cmdCopytoWeb_Click(); };
@@ -152,15 +170,19 @@ void frmQuillet::connectEvents() {
 
 void frmQuillet::keepEdges() {
   using namespace forms;
-  keep(lvDWTs, left | top | bottom);
-  keep(lblTitle, left | top | right);
-  keep(xwpPreview, left | top | right | bottom);
-  keep(wbPreview, left | top | right | bottom);
+  keep(lblDWTs, left | top | beforeSplit);
+  keep(lvDWTs, left | top | bottom | beforeSplit);
+  keep(lblStatus, left | bottom | beforeSplit);
+  keep(splitter, left | top | bottom | afterSplit);
+  keep(lblTitle, left | top | right | afterSplit);
+  keep(xwpPreview, left | top | right | bottom | afterSplit);
+  keep(wbPreview, left | top | right | bottom | afterSplit);
   for (const Control* each : std::initializer_list<const Control*>{
            &lblZoom, &cbZoom, &lblDWTDescCaption, &lblDWTPathCaption, &lblDestPathCaption})
-    keep(*each, left | bottom);
-  for (const Label* each : {&lblDWTDesc, &lblDWTPath, &lblDestPath})
-    keep(*each, left | right | bottom);
+    keep(*each, left | bottom | afterSplit);
+  for (const Control* each :
+       std::initializer_list<const Control*>{&lblDWTDesc, &lblDWTPath, &lblDestPath})
+    keep(*each, left | right | bottom | afterSplit);
   for (const Button* each : {&cmdCopytoWeb, &cmdDestFolder, &cmdDWTNotes, &cmdApplyInstructions,
                              &cmdSelect, &cmdDWTOnline})
     keep(*each, top | right);
@@ -180,6 +202,7 @@ void frmQuillet::start() {
   setUpControls();
   modCommon::InitLog();
   RestoreWindowPlacementSetting(hwnd(), module::title, settings::general, settings::placement);
+  restoreSplit();
   writeVersions();
   wbPreview.navigate(forms::WebBrowser::blankPage);
   destination_.clear();
@@ -220,13 +243,36 @@ void frmQuillet::startFailed(const Error& error) {
 
 void frmQuillet::Form_Unload() {
   SaveWindowPlacementSetting(hwnd(), module::title, settings::general, settings::placement);
+  handle(L"Form_Unload", [this] { saveSplit(); });
   WriteLog(L"Quillet unloaded successfully.");
   WriteLog(modCommon::logSeparator);
 }
 
+void frmQuillet::restoreSplit() {
+  const std::wstring wider = settings::GetSetting(settings::general, splitSetting);
+  setSplit(MulDiv(std::wcstol(wider.c_str(), nullptr, 10), perInch(), 96));
+}
+
+// Apart from the window's placement, whose record others read.
+void frmQuillet::saveSplit() const {
+  const std::wstring wider = text::decimal(MulDiv(split(), 96, perInch()));
+  if (wider != settings::GetSetting(settings::general, splitSetting, L"0"))
+    settings::SaveSetting(settings::general, splitSetting, wider);
+}
+
+void frmQuillet::Form_Resize() { fitDescription(); }
+
 // The copy button is off while there is nothing to copy; whoever fires its event all the same is
 // told so.
 bool frmQuillet::onMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+  if (message == WM_CONTEXTMENU && reinterpret_cast<HWND>(wParam) == lvDWTs.hwnd()) {
+    lvListView_ContextMenu(lParam);
+    return true;
+  }
+  if (message == WM_COMMAND && wParam == IDC_QUILLET_OPENFOLDER) {
+    mnuOpenFolder_Click();
+    return true;
+  }
   const bool copy = message == WM_COMMAND && wParam == MAKEWPARAM(IDOK, BN_CLICKED);
   if (!copy || cmdCopytoWeb.enabled() || scanning_ || lvDWTs.count() > 0)
     return Form::onMessage(message, wParam, lParam, result);
@@ -234,43 +280,70 @@ bool frmQuillet::onMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& 
   return true;
 }
 
-bool frmQuillet::preTranslate(MSG& message) { return wbPreview.preTranslate(message); }
+// Keys that mean the window, also where a page would take them.
+bool frmQuillet::preTranslate(MSG& message) {
+  if (message.message != WM_KEYDOWN || message.wParam != VK_F5)
+    return cbZoom_MouseWheel(message) || wbPreview.preTranslate(message);
+  if (!scanning_) readAnew();
+  return true;
+}
 
 // The list
 
-void frmQuillet::ListTemplates() {
+// Selects the template `wanted` afterwards, where it still is.
+void frmQuillet::ListTemplates(const std::wstring& wanted) {
   lvDWTs.clear();
   templates_.clear();
+  lvDWTs.setEmptyText({});
+  trouble_.clear();
   enableTemplateButtons(false);
   try {
     const Scanning scanning(*this);
     TemplateScan(*this).ListTemplates();
   } catch (...) {
+    const Error error = errors::current();
+    if (error.number() != errors::cancelled) showUnopened(error.description());
     // What was listed before the cancellation can be used.
-    if (!isUnloaded()) showList();
+    if (!isUnloaded()) showList(wanted);
     throw;
   }
-  showList();
+  showList(wanted);
 }
 
-void frmQuillet::showList() {
+void frmQuillet::readAnew() {
+  const auto selected = selectedTemplate();
+  unlessCancelled([&] { ListTemplates(selected ? selected->key : std::wstring()); });
+}
+
+void frmQuillet::showList(const std::wstring& wanted) {
+  showStatus();
   if (lvDWTs.count() == 0) {
+    lvDWTs.setEmptyText(trouble_ + noTemplates);
     clearPreview();
     return;
   }
   enableTemplateButtons(true);
   lvDWTs.autoSizeColumn();
-  lvDWTs.select(0);
+  int index = lvDWTs.count();
+  while (--index > 0 && !text::equalIgnoringCase(templates_[lvDWTs.row(index).item].key, wanted)) {
+  }
+  lvDWTs.select(index);
   lvListView_ItemClick();
+}
+
+// What is done, while it is, and what came of it.
+void frmQuillet::showStatus() {
+  std::wstring status = text::decimal(lvDWTs.count()) + L" found";
+  if (scanning_) status += L", searching\r\n" + searching_;
+  lblStatus.setText(status);
 }
 
 void frmQuillet::clearPreview() {
   xwpPreview.clear();
   cbZoom.setEnabled(false);
-  for (forms::Label* each : {&lblDWTDesc, &lblDWTPath}) {
-    each->setText(L"");
-    each->setToolTip(L"");
-  }
+  showDescription({});
+  lblDWTPath.setText(L"");
+  lblDWTPath.setToolTip(L"");
   cmdDWTNotes.tag.clear();
   lblTitle.setText(emptyHeading);
   wbPreview.navigate(forms::WebBrowser::blankPage);
@@ -282,7 +355,7 @@ void frmQuillet::enableTemplateButtons(bool enabled) {
 }
 
 bool frmQuillet::keepGoing() {
-  lvDWTs.showGrowth();
+  if (lvDWTs.showGrowth()) showStatus();
   forms::yieldToMessages();
   return !cancelled_ && !isUnloaded();
 }
@@ -291,6 +364,13 @@ void frmQuillet::add(const TemplateEntry& entry) {
   lvDWTs.add(
       {.text = entry.title, .toolTip = entry.folder, .icon = -1, .item = templates_.add(entry)});
 }
+
+void frmQuillet::showFolder(std::wstring_view folder) {
+  searching_ = folder;
+  showStatus();
+}
+
+void frmQuillet::showUnopened(std::wstring_view text) { trouble_.append(text).append(L"\r\n\r\n"); }
 
 // The box stays for as long as the user likes: the list behind it is painted meanwhile.
 void frmQuillet::showNotReady(const std::wstring& text) {
@@ -321,12 +401,53 @@ std::optional<TemplateEntry> frmQuillet::selectedTemplate() const {
   return templates_[lvDWTs.row(index).item];
 }
 
+// As Enter does it.
+void frmQuillet::lvListView_DblClick() {
+  if (cmdCopytoWeb.enabled()) cmdCopytoWeb_Click();
+}
+
+// What the buttons do for the selected template, and its folder.
+void frmQuillet::lvListView_ContextMenu(LPARAM place) {
+  handle(L"lvListView_ContextMenu", [&] {
+    const auto point = lvDWTs.menuPlace(place);
+    if (!point) return;
+    const forms::PopupMenu menu;
+    menu.add(IDOK, L"&Copy to Web", cmdCopytoWeb.enabled());
+    menu.add(IDC_QUILLET_NOTES, L"&Notes...", cmdDWTNotes.enabled());
+    menu.add(IDC_QUILLET_OPENFOLDER, L"Open &Folder", true);
+    TrackPopupMenuEx(menu.get(), TPM_LEFTALIGN | TPM_RIGHTBUTTON, point->x, point->y, hwnd(),
+                     nullptr);
+  });
+}
+
+void frmQuillet::mnuOpenFolder_Click() {
+  handle(L"mnuOpenFolder_Click", [this] {
+    const auto selected = selectedTemplate();
+    if (!selected) return;
+    const std::wstring& folder = selected->folder;
+    const auto opened = reinterpret_cast<INT_PTR>(
+        ShellExecuteW(hwnd(), L"open", folder.c_str(), nullptr, nullptr, SW_SHOWNORMAL));
+    if (opened <= 32) message(L"Could not open \" " + folder + L" \"", MB_ICONHAND);
+  });
+}
+
+void frmQuillet::showDescription(const std::wstring& description) {
+  lblDWTDesc.setText(description);
+  lblDWTDesc.setToolTip(description);
+  fitDescription();
+}
+
+// A scroll bar where there is more than the three lines that there is room for.
+void frmQuillet::fitDescription() noexcept {
+  const HWND box = lblDWTDesc.hwnd();
+  ShowScrollBar(box, SB_VERT, SendMessageW(box, EM_GETLINECOUNT, 0, 0) > 3);
+}
+
 void frmQuillet::showTemplate(const TemplateEntry& entry) {
   const std::wstring fileName(text::afterLast(entry.key, L'\\'));
   const Preview preview = previewOf(
       entry.key, GetDWTInfo(modCommon::withBackslash(entry.folder), templateBaseName(fileName)));
-  lblDWTDesc.setText(preview.description);
-  lblDWTDesc.setToolTip(preview.description);
+  showDescription(preview.description);
   cmdDWTNotes.tag = preview.notes;
   lblDWTPath.setText(wrappable(entry.folder));
   lblDWTPath.setToolTip(entry.folder);
@@ -421,6 +542,20 @@ void frmQuillet::cboZoom_Click() {
     const std::wstring file = xwpPreview.path();
     xwpPreview.load(file, [this](SIZE natural) { return zoomedSize(natural); });
   });
+}
+
+// With the Ctrl key, wherever in the window.
+bool frmQuillet::cbZoom_MouseWheel(const MSG& message) {
+  if (message.message != WM_MOUSEWHEEL || !(GET_KEYSTATE_WPARAM(message.wParam) & MK_CONTROL))
+    return false;
+  wheelRest_ += GET_WHEEL_DELTA_WPARAM(message.wParam);
+  const int wanted = cbZoom.selected() + wheelRest_ / WHEEL_DELTA;
+  wheelRest_ %= WHEEL_DELTA;
+  const int step = std::clamp(wanted, 0, 2);
+  if (!cbZoom.enabled() || step == cbZoom.selected()) return true;
+  cbZoom.select(step);
+  cboZoom_Click();
+  return true;
 }
 
 SIZE frmQuillet::zoomedSize(SIZE natural) const {
@@ -532,6 +667,7 @@ void frmQuillet::takeDownloads() {
         settings::GetSetting(settings::general, settings::downloadFolder));
   });
   if (isUnloaded()) return;
+  showStatus();
   lvDWTs.autoSizeColumn();
   if (lvDWTs.selected() < 0 && lvDWTs.count() > 0) lvDWTs.select(0);
   lvListView_ItemClick();

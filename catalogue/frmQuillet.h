@@ -13,6 +13,7 @@
 #include "common/forms/Form.h"
 #include "common/forms/ListView.h"
 #include "common/forms/PictureBox.h"
+#include "common/forms/Splitter.h"
 #include "common/forms/WebBrowser.h"
 #include "common/forms/controls.h"
 
@@ -29,6 +30,7 @@ class frmQuillet : public forms::Form, private TemplateScanView {
   class Scanning;
 
   void Form_Load() override;
+  void Form_Resize() override;
   void Form_Unload() override;
   bool onMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
   bool preTranslate(MSG& message) override;
@@ -39,11 +41,17 @@ class frmQuillet : public forms::Form, private TemplateScanView {
   bool isListed(std::wstring_view key) override { return templates_.has(key); }
   void add(const TemplateEntry& entry) override;
   int count() override { return lvDWTs.count(); }
+  void showFolder(std::wstring_view folder) override;
+  void showUnopened(std::wstring_view text) override;
   void showNotReady(const std::wstring& text) override;
   void showWaitCursor(bool shown) noexcept override;
 
   void lvListView_ItemClick();
   void xwpPreview_Failed(const Error& error);
+  void lvListView_DblClick();
+  void lvListView_ContextMenu(LPARAM place);
+  void mnuOpenFolder_Click();
+  bool cbZoom_MouseWheel(const MSG& message);
   void cboZoom_Click();
   void cmdCopytoWeb_Click();
   void cmdDestFolder_Click();
@@ -65,12 +73,18 @@ class frmQuillet : public forms::Form, private TemplateScanView {
   void writeVersions() const;
   void bringToFront() noexcept;
 
-  void ListTemplates();
-  void showList();
+  void ListTemplates(const std::wstring& wanted = {});
+  void readAnew();
+  void showList(const std::wstring& wanted);
+  void showStatus();
+  void restoreSplit();
+  void saveSplit() const;
   void clearPreview();
   void enableTemplateButtons(bool enabled);
 
   std::optional<TemplateEntry> selectedTemplate() const;
+  void showDescription(const std::wstring& description);
+  void fitDescription() noexcept;
   void showTemplate(const TemplateEntry& entry);
   void showPreview(const Preview& preview);
   void showPicture(const std::wstring& file);
@@ -91,16 +105,21 @@ class frmQuillet : public forms::Form, private TemplateScanView {
   bool cancelled_ = false;    // a scan stops at its next check
   bool scanning_ = false;
   std::optional<forms::WaitCursor> wait_;
+  int wheelRest_ = 0;
+  std::wstring searching_;  // the folder, while there is one
+  std::wstring trouble_;    // why the list may have fewer rows than it should
 
   forms::Label lblDWTs;
   forms::ListView lvDWTs;
+  forms::Label lblStatus;
+  forms::Splitter splitter;
   forms::Label lblTitle;
   forms::PictureBox xwpPreview;
   forms::WebBrowser wbPreview;
   forms::Label lblZoom;
   forms::ComboBox cbZoom;
   forms::Label lblDWTDescCaption;
-  forms::Label lblDWTDesc;
+  forms::TextBox lblDWTDesc;  // a label that can be focused, scrolled and copied
   forms::Label lblDWTPathCaption;
   forms::Label lblDWTPath;
   forms::Label lblDestPathCaption;

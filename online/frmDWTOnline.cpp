@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "addin/host/environment.h"
+#include "common/forms/PopupMenu.h"
 #include "common/forms/folder_icons.h"
 #include "common/forms/modBrowseForFolder.h"
 #include "common/log.h"
@@ -96,23 +97,14 @@ bool isUserAct(const MSG& message) {
 // A menu's text shows each "&" of a path as it is.
 std::wstring menuText(const std::wstring& path) { return text::replaceAll(path, L"&", L"&&"); }
 
-// One pop-up menu.
-struct MenuTraits {
-  using type = HMENU;
-  static type none() noexcept { return nullptr; }
-  static void close(type handle) noexcept { DestroyMenu(handle); }
-};
-using Menu = handles::Unique<MenuTraits>;
-
-Menu popupMenu(const DestinationMenu& destinations) {
-  Menu menu(CreatePopupMenu());
-  if (!menu) throw errors::fromLastError();
+forms::PopupMenu popupMenu(const DestinationMenu& destinations) {
+  forms::PopupMenu menu;
   int command = firstMenuCommand;
   for (const DestinationEntry& entry : destinations.entries()) {
-    const bool separator = entry.text == DestinationMenu::separator;
-    if (!AppendMenuW(menu.get(), separator ? MF_SEPARATOR : MF_STRING,
-                     static_cast<UINT_PTR>(command++), menuText(entry.text).c_str()))
-      throw errors::fromLastError();
+    if (entry.text == DestinationMenu::separator)
+      menu.addSeparator(command++);
+    else
+      menu.add(command++, menuText(entry.text).c_str());
   }
   return menu;
 }
@@ -355,7 +347,7 @@ void frmDWTOnline::tbDWTOnline_ButtonClick(const std::wstring& key) {
 
 void frmDWTOnline::tbDestPath_ButtonDropDown() {
   handleMenu([this] {
-    const Menu menu = popupMenu(menu_);
+    const forms::PopupMenu menu = popupMenu(menu_);
     const RECT place = tbDestPath.buttonPlace(destinationKey);
     TPMPARAMS keepClear = {sizeof keepClear, place};
     TrackPopupMenuEx(menu.get(), TPM_LEFTALIGN | TPM_TOPALIGN | TPM_VERTICAL, place.left,

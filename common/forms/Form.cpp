@@ -551,6 +551,9 @@ INT_PTR Form::onNotify(NMHDR& header) {
 
 void Form::keep(const Control& target, unsigned edges) {
   anchors_.push_back({&target, edges, placeOf(target.window_)});
+  const LONG half = sizeOf(anchors_.back().designed).cx / 2;
+  if (edges & beforeSplit) splitRoomBefore_ = half;
+  if ((edges & afterSplit) && (edges & left) && (edges & right)) splitRoomAfter_ = half;
 }
 
 // In the client area of its parent.
@@ -562,8 +565,11 @@ RECT Form::placeOf(HWND control) noexcept {
 }
 
 // The place of a control in a form that is so much wider and taller than designed.
-RECT Form::placeOf(const Anchor& anchor, LONG wider, LONG taller) noexcept {
+RECT Form::placeOf(const Anchor& anchor, LONG wider, LONG taller, LONG split) noexcept {
   RECT place = anchor.designed;
+  if (anchor.edges & afterSplit) place.left += split;
+  if ((anchor.edges & beforeSplit) || ((anchor.edges & afterSplit) && !(anchor.edges & right)))
+    place.right += split;
   if (anchor.edges & right) place.right += wider;
   if ((anchor.edges & right) && !(anchor.edges & left)) place.left += wider;
   if (anchor.edges & bottom) place.bottom += taller;
@@ -577,11 +583,12 @@ void Form::layOut() noexcept {
   GetClientRect(window_, &client);
   const LONG wider = client.right - designedClient_.cx;
   const LONG taller = client.bottom - designedClient_.cy;
+  const LONG between = split();
   HDWP batch = BeginDeferWindowPos(static_cast<int>(anchors_.size()));
   for (const Anchor& anchor : anchors_) {
     const HWND window = anchor.control->window_;
     const RECT former = placeOf(window);
-    const RECT place = placeOf(anchor, wider, taller);
+    const RECT place = placeOf(anchor, wider, taller, between);
     if (EqualRect(&place, &former)) continue;
     // Nothing is painted anew that need not be: that would flicker.
     const UINT painting = anchor.control->repaintsWhenSized() ? SWP_NOCOPYBITS : 0;
@@ -591,6 +598,19 @@ void Form::layOut() noexcept {
                              SWP_NOZORDER | SWP_NOACTIVATE | painting);
   }
   if (batch) EndDeferWindowPos(batch);
+}
+
+LONG Form::split() const noexcept {
+  RECT client;
+  GetClientRect(window_, &client);
+  const LONG most = splitRoomAfter_ + client.right - designedClient_.cx;
+  return std::max(-splitRoomBefore_, std::min(split_, most));
+}
+
+void Form::setSplit(LONG wanted) noexcept {
+  split_ = wanted;
+  split_ = split();
+  layOut();
 }
 
 // The designed size, or what the screen has room for where large letters make that less.

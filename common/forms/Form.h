@@ -27,12 +27,15 @@ class ModalScope;
 class WindowScope;
 
 // The edges of the window that a control keeps its distance to when the window is resized. Left and
-// right together stretch it.
+// right together stretch it. A form that is split by a Splitter says which side of it a control is
+// on: there the edge beside the splitter goes with it.
 enum Edges : unsigned {
   left = 1,
   top = 2,
   right = 4,
   bottom = 8,
+  beforeSplit = 16,
+  afterSplit = 32,
 };
 
 class Form {
@@ -54,6 +57,11 @@ class Form {
 
   // Keyboard handling before the dialog's own; true when the message is done with.
   virtual bool preTranslate(MSG&) { return false; }
+
+  // How far the splitter stands to the right of its designed place, in pixels. Neither side is made
+  // narrower than half of what it was designed for.
+  LONG split() const noexcept;
+  void setSplit(LONG wanted) noexcept;
 
  protected:
   // Shows a help topic over `owner`, a window of this form or of one that stands over it; false
@@ -126,7 +134,7 @@ class Form {
   void attachControls();
   void addToolTips();
   static RECT placeOf(HWND control) noexcept;
-  static RECT placeOf(const Anchor& anchor, LONG wider, LONG taller) noexcept;
+  static RECT placeOf(const Anchor& anchor, LONG wider, LONG taller, LONG split) noexcept;
   void layOut() noexcept;
   void centreOn(HWND owner) noexcept;
   SIZE smallestSize() const noexcept;
@@ -161,6 +169,9 @@ class Form {
   bool unloaded_ = false;
   std::vector<Control*> controls_;
   std::vector<Anchor> anchors_;
+  LONG split_ = 0;  // as wanted; a small window may have no room for it
+  LONG splitRoomBefore_ = 0;
+  LONG splitRoomAfter_ = 0;
 };
 
 // The text of a window or control.

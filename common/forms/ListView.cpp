@@ -1,5 +1,7 @@
 #include "common/forms/ListView.h"
 
+#include <windowsx.h>
+
 #include <algorithm>
 
 #include "common/letter_case.h"
@@ -13,10 +15,24 @@ constexpr DWORD growthInterval = 100;  // milliseconds
 const ListRow& rowOf(LPARAM data) { return *reinterpret_cast<const ListRow*>(data); }
 
 // By the user's locale, ignoring letter case.
-int CALLBACK compareTexts(LPARAM left, LPARAM right, LPARAM descending) noexcept {
-  const int order = lstrcmpiW(rowOf(left).text.c_str(), rowOf(right).text.c_str());
-  return descending ? -order : order;
+int compareTexts(const ListRow& left, const ListRow& right) {
+  return lstrcmpiW(left.text.c_str(), right.text.c_str());
 }
+
+int CALLBACK compareAscending(LPARAM left, LPARAM right, LPARAM) noexcept {
+  return compareTexts(rowOf(left), rowOf(right));
+}
+
+int CALLBACK compareDescending(LPARAM left, LPARAM right, LPARAM) noexcept {
+  return compareTexts(rowOf(right), rowOf(left));
+}
+
+int CALLBACK compareFound(LPARAM left, LPARAM right, LPARAM) noexcept {
+  return rowOf(left).found < rowOf(right).found ? -1 : 1;
+}
+
+// By the order that the list has.
+constexpr PFNLVCOMPARE comparisons[] = {compareFound, compareAscending, compareDescending};
 
 }  // namespace
 
@@ -43,9 +59,10 @@ int ListView::count() const noexcept { return static_cast<int>(rows_.size()); }
 int ListView::add(ListRow row) {
   rows_.push_back(std::make_unique<ListRow>(std::move(row)));
   ListRow& added = *rows_.back();
+  added.found = found_++;
   LVITEMW item = {};
   item.mask = LVIF_TEXT | LVIF_PARAM | LVIF_IMAGE;
-  item.iItem = sorted_ ? placeOf(added) : count() - 1;
+  item.iItem = order_ == asFound ? count() - 1 : placeOf(added);
   item.pszText = added.text.data();
   item.iImage = added.icon;
   item.lParam = reinterpret_cast<LPARAM>(&added);
@@ -55,6 +72,7 @@ int ListView::add(ListRow row) {
     rows_.pop_back();
     throw Error(errors::outOfMemory);
   }
+  if (count() == 1) setEmptyText({});
   showGrowth();
   return index;
 }
@@ -65,11 +83,12 @@ void ListView::beginGrowing() noexcept {
   SendMessageW(hwnd(), WM_SETREDRAW, FALSE, 0);
 }
 
-void ListView::showGrowth() noexcept {
-  if (!growing_ || GetTickCount() - shownAt_ < growthInterval) return;
+bool ListView::showGrowth() noexcept {
+  if (!growing_ || GetTickCount() - shownAt_ < growthInterval) return false;
   endGrowing();
   UpdateWindow(hwnd());
   beginGrowing();
+  return true;
 }
 
 void ListView::endGrowing() noexcept {
@@ -84,8 +103,8 @@ int ListView::placeOf(const ListRow& added) const {
   int last = count() - 1;
   while (first < last) {
     const int middle = first + (last - first) / 2;
-    if (compareTexts(reinterpret_cast<LPARAM>(&row(middle)), reinterpret_cast<LPARAM>(&added),
-                     descending_) <= 0)
+    const int order = compareTexts(row(middle), added);
+    if ((order_ == descending ? -order : order) <= 0)
       first = middle + 1;
     else
       last = middle;
@@ -153,6 +172,25 @@ void ListView::autoSizeColumn() noexcept {
   if (ListView_GetColumnWidth(hwnd(), 0) < contents) ListView_SetColumnWidth(hwnd(), 0, contents);
 }
 
+std::optional<POINT> ListView::menuPlace(LPARAM place) noexcept {
+  POINT point = {GET_X_LPARAM(place), GET_Y_LPARAM(place)};
+  if (place != -1) {
+    LVHITTESTINFO hit = {};
+    hit.pt = point;
+    MapWindowPoints(nullptr, hwnd(), &hit.pt, 1);
+    if (ListView_HitTest(hwnd(), &hit) < 0) return std::nullopt;
+    return point;
+  }
+  const int index = selected();  // by the keyboard
+  if (index < 0) return std::nullopt;
+  ListView_EnsureVisible(hwnd(), index, FALSE);
+  RECT row;
+  ListView_GetItemRect(hwnd(), index, &row, LVIR_LABEL);
+  point = {row.left, row.bottom};
+  MapWindowPoints(hwnd(), nullptr, &point, 1);
+  return point;
+}
+
 void ListView::setImages(HIMAGELIST images) noexcept {
   ListView_SetImageList(hwnd(), images, LVSIL_SMALL);
 }
@@ -166,8 +204,11 @@ LRESULT ListView::onNotify(NMHDR& header) {
       pressTold_ = false;  // no click will follow
       return 0;
     case LVN_COLUMNCLICK:
-      sortBy(sorted_ && !descending_);
+      order_ = order_ == asFound ? ascending : order_ == ascending ? descending : asFound;
+      sort();
       return 0;
+    case NM_CUSTOMDRAW:
+      return onCustomDraw(reinterpret_cast<const NMCUSTOMDRAW&>(header));
     case LVN_GETINFOTIPW:
       addTip(reinterpret_cast<NMLVGETINFOTIPW&>(header));
       return 0;
@@ -210,16 +251,41 @@ void ListView::addTip(NMLVGETINFOTIPW& tip) const {
   lstrcpynW(tip.pszText, whole.c_str(), tip.cchTextMax);
 }
 
-void ListView::sortBy(bool descending) {
-  sorted_ = true;
-  descending_ = descending;
-  ListView_SortItems(hwnd(), compareTexts, descending);
+void ListView::setEmptyText(std::wstring text) {
+  if (emptyText_ == text) return;
+  emptyText_ = std::move(text);
+  InvalidateRect(hwnd(), nullptr, TRUE);
+}
+
+LRESULT ListView::onCustomDraw(const NMCUSTOMDRAW& drawing) const {
+  if (emptyText_.empty() || !rows_.empty()) return CDRF_DODEFAULT;
+  if (drawing.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYPOSTPAINT;
+  if (drawing.dwDrawStage != CDDS_POSTPAINT) return CDRF_DODEFAULT;
+  RECT head;
+  GetClientRect(ListView_GetHeader(hwnd()), &head);
+  RECT space;
+  GetClientRect(hwnd(), &space);
+  space.top = head.bottom;
+  InflateRect(&space, -head.bottom / 3, -head.bottom / 3);
+  const HGDIOBJ former =
+      SelectObject(drawing.hdc, reinterpret_cast<HGDIOBJ>(SendMessageW(hwnd(), WM_GETFONT, 0, 0)));
+  SetBkMode(drawing.hdc, TRANSPARENT);
+  SetTextColor(drawing.hdc, GetSysColor(COLOR_WINDOWTEXT));
+  DrawTextW(drawing.hdc, emptyText_.c_str(), -1, &space,
+            DT_NOPREFIX | DT_WORDBREAK | DT_EDITCONTROL);
+  SelectObject(drawing.hdc, former);
+  return CDRF_DODEFAULT;
+}
+
+void ListView::sort() {
+  SendMessageW(hwnd(), LVM_SORTITEMS, order_, reinterpret_cast<LPARAM>(comparisons[order_]));
   HDITEMW column = {};
   column.mask = HDI_FORMAT;
   const HWND head = ListView_GetHeader(hwnd());
   SendMessageW(head, HDM_GETITEMW, 0, reinterpret_cast<LPARAM>(&column));
   column.fmt &= ~(HDF_SORTUP | HDF_SORTDOWN);
-  column.fmt |= descending ? HDF_SORTDOWN : HDF_SORTUP;
+  constexpr int arrows[] = {0, HDF_SORTUP, HDF_SORTDOWN};
+  column.fmt |= arrows[order_];
   SendMessageW(head, HDM_SETITEMW, 0, reinterpret_cast<LPARAM>(&column));
   if (selected() >= 0) ListView_EnsureVisible(hwnd(), selected(), FALSE);
 }

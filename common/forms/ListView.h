@@ -13,9 +13,11 @@ struct ListRow {
   std::wstring toolTip;
   int icon = -1;
   std::size_t item = 0;  // the caller's own number for what the row shows
+  unsigned found = 0;  // set by the list: its place in the order in which the rows came
 };
 
-// Rows are numbered as they are shown. A click on the header sorts, the next one the other way.
+// Rows are numbered as they are shown. A click on the header sorts, the next one the other way, and
+// the third one brings back the order in which the rows came.
 class ListView : public Control {
  public:
   ListView(Form& form, int id, std::wstring columnTitle);
@@ -35,13 +37,20 @@ class ListView : public Control {
 
   // Wide enough for contents and header.
   void autoSizeColumn() noexcept;
+
+  // Where on the screen a context menu of the selected row belongs, from what WM_CONTEXTMENU
+  // brings; nothing for a click beside the rows.
+  std::optional<POINT> menuPlace(LPARAM place) noexcept;
   void setImages(HIMAGELIST images) noexcept;  // borrowed
 
   // Between these, what is added shows no more often than ten times a second, at the next add or
   // showGrowth: painting costs far more than adding. The user can go on working with the list.
   void beginGrowing() noexcept;
-  void showGrowth() noexcept;
+  bool showGrowth() noexcept;  // true when it has shown
   void endGrowing() noexcept;
+
+  // What the list says in its space while it has no row.
+  void setEmptyText(std::wstring text);
 
   // The user selected a row, by mouse or keyboard, or clicked on the selected one again.
   std::function<void()> onItemClick;
@@ -49,12 +58,13 @@ class ListView : public Control {
 
  private:
   void onAttached() override;
-  bool repaintsWhenSized() const override { return false; }
+  bool repaintsWhenSized() const override { return rows_.empty(); }
   LRESULT onNotify(NMHDR& header) override;
   void onItemChanged(const NMLISTVIEW& change);
   void onClick(int index);
   void addTip(NMLVGETINFOTIPW& tip) const;
-  void sortBy(bool descending);
+  LRESULT onCustomDraw(const NMCUSTOMDRAW& drawing) const;
+  void sort();
   int placeOf(const ListRow& added) const;
 
   std::wstring columnTitle_;
@@ -63,8 +73,9 @@ class ListView : public Control {
   bool growing_ = false;
   DWORD shownAt_ = 0;       // by the tick count
   bool pressTold_ = false;  // by the selection that this press of the mouse button has made
-  bool sorted_ = false;
-  bool descending_ = false;
+  enum Order : LPARAM { asFound, ascending, descending } order_ = asFound;
+  unsigned found_ = 0;
+  std::wstring emptyText_;
 };
 
 }  // namespace forms

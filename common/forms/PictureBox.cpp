@@ -7,6 +7,7 @@
 #include "common/errors.h"
 #include "common/forms/BitmapContext.h"
 #include "common/forms/Painting.h"
+#include "common/forms/ScreenReader.h"
 #include "common/handles.h"
 
 namespace forms {
@@ -18,6 +19,7 @@ constexpr std::uint64_t keptPixels = 6u << 20;     // of all kept pictures toget
 constexpr std::size_t mostKept = 32;               // the host's own bitmaps count too
 constexpr int lineStep = 16;
 constexpr UINT notDecodedMessage = WM_APP + 1;
+constexpr UINT wheelSideways = 0x020E;  // WM_MOUSEHWHEEL, which Windows XP has from some drivers
 
 Error notAPicture() { return Error(PictureBox::invalidPicture, L"Invalid picture"); }
 
@@ -216,6 +218,9 @@ LRESULT PictureBox::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_MOUSEWHEEL:
       onWheel(GET_WHEEL_DELTA_WPARAM(wParam), (GET_KEYSTATE_WPARAM(wParam) & MK_SHIFT) != 0);
       return 0;
+    case wheelSideways:
+      onWheel(-GET_WHEEL_DELTA_WPARAM(wParam), true);
+      return 0;
     case WM_GETDLGCODE:
       return DLGC_WANTARROWS;
     case WM_KEYDOWN:
@@ -223,7 +228,26 @@ LRESULT PictureBox::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       return 0;
     case WM_LBUTTONDOWN:
       SetFocus(hwnd());
+      if (!isLarger()) return 0;
+      grabbed_ = {GET_X_LPARAM(lParam) + offset_.x, GET_Y_LPARAM(lParam) + offset_.y};
+      SetCapture(hwnd());
       return 0;
+    case WM_MOUSEMOVE:
+      if (GetCapture() == hwnd()) onDrag(lParam);
+      return 0;
+    case WM_LBUTTONUP:
+      ReleaseCapture();
+      return 0;
+    case WM_SETCURSOR:
+      // The form's cursor first: the user may have to wait.
+      if (DefWindowProcW(hwnd(), message, wParam, lParam)) return TRUE;
+      if (LOWORD(lParam) != HTCLIENT || !isLarger()) return FALSE;
+      SetCursor(LoadCursorW(nullptr, IDC_HAND));
+      return TRUE;
+    case WM_GETOBJECT:
+      if (const LRESULT told = tellScreenReader(hwnd(), wParam, lParam, ROLE_SYSTEM_GRAPHIC))
+        return told;
+      return DefWindowProcW(hwnd(), message, wParam, lParam);
     case WM_SYSCOLORCHANGE:
       onNewColours();
       return 0;
@@ -383,7 +407,18 @@ void PictureBox::onKey(WPARAM key) noexcept {
   }
 }
 
-void PictureBox::onWheel(short delta, bool sideways) noexcept {
+void PictureBox::onDrag(LPARAM mouse) noexcept {
+  scrollTo(SB_HORZ, grabbed_.x - GET_X_LPARAM(mouse));
+  scrollTo(SB_VERT, grabbed_.y - GET_Y_LPARAM(mouse));
+}
+
+// Than its frame: there is something to drag.
+bool PictureBox::isLarger() const noexcept {
+  const SIZE client = clientSize();
+  return shown_.cx > client.cx || shown_.cy > client.cy;
+}
+
+void PictureBox::onWheel(int delta, bool sideways) noexcept {
   wheelRest_ += delta;
   const int notches = wheelRest_ / WHEEL_DELTA;
   wheelRest_ %= WHEEL_DELTA;

@@ -1,4 +1,5 @@
-// A place that shows one picture at any size, with scroll bars when the picture is larger.
+// A place that shows one picture at any size, with scroll bars when the picture is larger; the
+// mouse drags that about.
 #pragma once
 
 #include <functional>
@@ -72,7 +73,9 @@ class PictureBox : public Control {
   void scrollTo(int bar, int position) noexcept;
   void onScroll(int bar, WORD request) noexcept;
   void onKey(WPARAM key) noexcept;
-  void onWheel(short delta, bool sideways) noexcept;
+  void onWheel(int delta, bool sideways) noexcept;
+  void onDrag(LPARAM mouse) noexcept;
+  bool isLarger() const noexcept;
   SIZE clientSize() const noexcept;
 
   WindowClass class_;
@@ -86,6 +89,7 @@ class PictureBox : public Control {
   SIZE shown_ = {};
   POINT offset_ = {};
   int wheelRest_ = 0;
+  POINT grabbed_ = {};  // the part of the picture that the mouse has hold of
 };
 
 }  // namespace forms

@@ -5,6 +5,7 @@
 #include "common/Dispatch.h"
 #include "common/errors.h"
 #include "common/forms/Painting.h"
+#include "common/forms/ScreenReader.h"
 #include "common/forms/WebBrowserSite.h"
 #include "common/forms/page_address.h"
 #include "common/handles.h"
@@ -28,6 +29,7 @@ WebBrowser::~WebBrowser() {
 
 void WebBrowser::onAttached() {
   SetWindowLongPtrW(hwnd(), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  caption_ = text();
 }
 
 void WebBrowser::create() {
@@ -91,6 +93,7 @@ void WebBrowser::navigate(const std::wstring& address) {
   IWebBrowser2& target = browser();
   body_.clear();
   text_.clear();
+  setText(caption_);
   showObject(true);
   com::Variant url(address);
   com::Variant none = com::Variant::missing();
@@ -124,6 +127,9 @@ std::wstring WebBrowser::address() const {
 
 void WebBrowser::setBodyHtml(const std::wstring& html, const std::wstring& text) {
   body_ = html;
+  // A screen reader says it, as it says the text of a message.
+  setText(text);
+  NotifyWinEvent(EVENT_SYSTEM_ALERT, hwnd(), OBJID_CLIENT, CHILDID_SELF);
   // The page that is still shown would take the text away with it.
   if (!onItsWay_ && replaceBody(html)) return;
   text_ = text;
@@ -221,6 +227,11 @@ LRESULT WebBrowser::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_SETFOCUS:
       focusPage();
       return 0;
+    case WM_GETOBJECT:
+      if (const LRESULT told =
+              body_.empty() ? 0 : tellScreenReader(hwnd(), wParam, lParam, ROLE_SYSTEM_ALERT))
+        return told;
+      return DefWindowProcW(hwnd(), message, wParam, lParam);
     case WM_ERASEBKGND:
       return 1;
     case WM_PAINT:

@@ -104,7 +104,8 @@ class WebBrowser : public Control {
   // For the requested page, as often as it arrives: one of the same address that was left may have
   // come in its place.
   std::wstring body_;
-  std::wstring text_;  // shown while there is no page
+  std::wstring text_;     // shown while there is no page
+  std::wstring caption_;  // what the control is called while its body was not replaced
 };
 
 }  // namespace forms

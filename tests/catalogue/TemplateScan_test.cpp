@@ -290,7 +290,10 @@ TEST_CASE("a listed folder that does not exist is logged and the scan goes on") 
   const DebugOutput output;
   ListedTemplates list;
   TemplateScan(list).ListTemplates();
-  CHECK(output.has(L"Could not open \" C:\\no such folder\\ \""));
+  const std::wstring unopened = L"Could not open \" C:\\no such folder\\ \"";
+  CHECK(output.has(unopened));
+  CHECK(list.unopened == Lines{unopened});
+  CHECK(list.folders == Lines{L"C:\\no such folder", folder.path()});
   CHECK(list.messages.empty());
   CHECK(list.titles() == Lines{L"one"});
 }

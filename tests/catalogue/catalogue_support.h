@@ -26,6 +26,8 @@ class ListedTemplates final : public TemplateScanView {
     rows.push_back(entry);
   }
   int count() override { return static_cast<int>(rows.size()); }
+  void showFolder(std::wstring_view folder) override { folders.emplace_back(folder); }
+  void showUnopened(std::wstring_view text) override { unopened.emplace_back(text); }
   void showNotReady(const std::wstring& message) override { messages.push_back(message); }
   void showWaitCursor(bool shown) noexcept override {
     inTurns = inTurns && shown != waiting;
@@ -48,6 +50,8 @@ class ListedTemplates final : public TemplateScanView {
   }
 
   std::vector<TemplateEntry> rows;
+  Lines folders;  // that were searched
+  Lines unopened;
   Lines messages;
   int asked = 0;
   bool waiting = false;

@@ -1,6 +1,7 @@
 // Keys and the focus where a control has been hidden or disabled.
 #include "common/forms/Form.h"
 #include "common/forms/PictureBox.h"
+#include "common/forms/Splitter.h"
 #include "common/forms/WebBrowser.h"
 #include "common/forms/controls.h"
 #include "common/forms/resource.h"
@@ -59,6 +60,7 @@ class AnyForm : public forms::Form {
 
   const forms::WindowClass pictures_{forms::PictureBox::className, DefWindowProcW};
   const forms::WindowClass pages_{forms::WebBrowser::className, DefWindowProcW};
+  const forms::WindowClass splitters_{forms::Splitter::className, DefWindowProcW};
   std::function<void(AnyForm&)> script_;
 };
 

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "common/forms/PictureBox.h"
+#include "common/forms/Splitter.h"
 #include "common/forms/WebBrowser.h"
 #include "common/forms/controls.h"
 #include "common/forms/dialog_template.h"
@@ -91,6 +92,7 @@ class AnyForm : public forms::Form {
 
   const forms::WindowClass pictures_{forms::PictureBox::className, DefWindowProcW};
   const forms::WindowClass pages_{forms::WebBrowser::className, DefWindowProcW};
+  const forms::WindowClass splitters_{forms::Splitter::className, DefWindowProcW};
   std::function<void(AnyForm&)> script_;
 };
 
@@ -136,6 +138,7 @@ class BareDialog {
  private:
   const forms::WindowClass pictures_{forms::PictureBox::className, DefWindowProcW};
   const forms::WindowClass pages_{forms::WebBrowser::className, DefWindowProcW};
+  const forms::WindowClass splitters_{forms::Splitter::className, DefWindowProcW};
   HWND window_;
 };
 

@@ -2,6 +2,7 @@
 
 #include "catalogue/resource.h"
 #include "common/forms/PictureBox.h"
+#include "common/forms/Splitter.h"
 #include "common/forms/WebBrowser.h"
 #include "tests/support/MessageCount.h"
 #include "tests/support/ModalDriver.h"
@@ -19,6 +20,7 @@ class ListForm : public forms::Form {
         list(*this, IDC_QUILLET_LIST, L"Title"),
         box(*this, IDC_QUILLET_PICTURE),
         page(*this, IDC_QUILLET_PAGE),
+        splitter(*this, IDC_QUILLET_SPLITTER),
         texts_(std::move(texts)),
         script_(std::move(script)) {
     showModal(nullptr);
@@ -91,11 +93,22 @@ class ListForm : public forms::Form {
     return buffer.data();
   }
 
+  // The space of the list as it is painted.
+  std::vector<COLORREF> painted() const {
+    UpdateWindow(list.hwnd());
+    const handles::WindowContext context(list.hwnd());
+    std::vector<COLORREF> result;
+    for (int y = 30; y < 60; ++y)
+      for (int x = 0; x < 150; ++x) result.push_back(GetPixel(context.get(), x, y));
+    return result;
+  }
+
   void type(wchar_t character) const { SendMessageW(list.hwnd(), WM_CHAR, character, 1); }
 
   forms::ListView list;
   forms::PictureBox box;  // the dialog has these too
   forms::WebBrowser page;
+  forms::Splitter splitter;
 
  private:
   static void setMouseButton(bool down) {
@@ -128,7 +141,8 @@ TEST_CASE("rows stand as they were added until the header is clicked") {
   });
 }
 
-TEST_CASE("a click on the header sorts and the next one turns the order and the arrow shows it") {
+TEST_CASE(
+    "a click on the header sorts and the next one turns the order and the third takes it back") {
   ListForm({L"pear", L"Apple", L"fig"}, [](ListForm& form) {
     form.clickHeader();
     CHECK(form.rows() == Lines{L"Apple", L"fig", L"pear"});
@@ -136,6 +150,9 @@ TEST_CASE("a click on the header sorts and the next one turns the order and the 
     form.clickHeader();
     CHECK(form.rows() == Lines{L"pear", L"fig", L"Apple"});
     CHECK(form.arrow() == HDF_SORTDOWN);
+    form.clickHeader();
+    CHECK(form.rows() == Lines{L"pear", L"Apple", L"fig"});
+    CHECK(form.arrow() == 0);
     form.clickHeader();
     CHECK(form.rows() == Lines{L"Apple", L"fig", L"pear"});
     CHECK(form.arrow() == HDF_SORTUP);
@@ -160,6 +177,9 @@ TEST_CASE("rows that come later join the order of a sorted list") {
     form.clickHeader();
     form.add(L"kiwi");
     CHECK(form.rows() == Lines{L"pear", L"kiwi", L"fig", L"apple"});
+    form.clickHeader();
+    form.add(L"lime");
+    CHECK(form.rows() == Lines{L"pear", L"apple", L"fig", L"kiwi", L"lime"});
   });
 }
 
@@ -310,5 +330,25 @@ TEST_CASE("the user goes on working with a list while it grows") {
     CHECK(form.list.selected() == 1);
     CHECK(clicks == 1);
     form.list.endGrowing();
+  });
+}
+
+TEST_CASE("an empty list says its text in its space until a row comes") {
+  ListForm({}, [](ListForm& form) {
+    const std::vector<COLORREF> blank = form.painted();
+    form.list.setEmptyText(L"Nothing here");
+    CHECK(GetUpdateRect(form.list.hwnd(), nullptr, FALSE));
+    const std::vector<COLORREF> told = form.painted();
+    CHECK(told != blank);
+    CHECK(form.painted() == told);
+    form.add(L"a");
+    // All of the text goes, not only what the row covers.
+    RECT stale = {};
+    GetUpdateRect(form.list.hwnd(), &stale, FALSE);
+    RECT client;
+    GetClientRect(form.list.hwnd(), &client);
+    CHECK(EqualRect(&stale, &client));
+    form.list.clear();
+    CHECK(form.painted() == blank);
   });
 }

@@ -1,4 +1,5 @@
 #include "common/forms/PictureBox.h"
+#include "common/forms/Splitter.h"
 
 #include <objidl.h>
 
@@ -20,12 +21,14 @@ class PictureForm : public forms::Form {
       : Form(L"frmPicture", IDD_QUILLET),
         box(*this, IDC_QUILLET_PICTURE),
         page(*this, IDC_QUILLET_PAGE),
+        splitter(*this, IDC_QUILLET_SPLITTER),
         script_(script) {
     showModal(nullptr);
   }
 
   forms::PictureBox box;
   forms::WebBrowser page;  // the dialog has one too
+  forms::Splitter splitter;
 
  private:
   void Form_Activate() override {
@@ -331,6 +334,73 @@ TEST_CASE("a picture larger than its place has scroll bars and the arrow keys mo
     form.box.setPictureSize(form.box.naturalSize());
     CHECK_FALSE(hasBar(form.box, WS_HSCROLL));
     CHECK_FALSE(hasBar(form.box, WS_VSCROLL));
+  });
+}
+
+TEST_CASE("the mouse drags a picture that is larger than its place as far as it goes") {
+  PictureForm([&](PictureForm& form) {
+    ScratchFolder scratch;
+    form.box.load(scratch.writeFile(L"a.gif", pictures::bytes(pictures::blueGif)));
+    const HWND window = form.box.hwnd();
+    const auto mouse = [&](UINT message, int x, int y) {
+      SendMessageW(window, message, 0, MAKELPARAM(x, y));
+    };
+    const auto stands = [&](int x, int y) {
+      CHECK(GetScrollPos(window, SB_HORZ) == x);
+      CHECK(GetScrollPos(window, SB_VERT) == y);
+    };
+    mouse(WM_LBUTTONDOWN, 100, 100);
+    CHECK(GetCapture() != window);  // there is nothing to drag
+    form.box.setPictureSize({2010, 1000});
+    mouse(WM_MOUSEMOVE, 10, 10);
+    stands(0, 0);
+    mouse(WM_LBUTTONDOWN, 100, 100);
+    CHECK(GetCapture() == window);
+    mouse(WM_MOUSEMOVE, 70, 90);
+    stands(30, 10);
+    mouse(WM_MOUSEMOVE, -20, 95);
+    stands(120, 5);
+    mouse(WM_MOUSEMOVE, 300, 300);
+    stands(0, 0);
+    mouse(WM_LBUTTONUP, 300, 300);
+    CHECK(GetCapture() != window);
+    mouse(WM_MOUSEMOVE, 10, 10);
+    stands(0, 0);
+  });
+}
+
+TEST_CASE("a hand over a picture tells that it can be dragged") {
+  PictureForm([&](PictureForm& form) {
+    ScratchFolder scratch;
+    form.box.load(scratch.writeFile(L"a.gif", pictures::bytes(pictures::blueGif)));
+    const auto cursor = [&] {
+      SendMessageW(form.box.hwnd(), WM_SETCURSOR, reinterpret_cast<WPARAM>(form.box.hwnd()),
+                   MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+      return GetCursor();
+    };
+    CHECK(cursor() == LoadCursorW(nullptr, IDC_ARROW));
+    form.box.setPictureSize({2010, 50});
+    CHECK(cursor() == LoadCursorW(nullptr, IDC_HAND));
+    const forms::WaitCursor wait;
+    CHECK(cursor() == LoadCursorW(nullptr, IDC_WAIT));
+  });
+}
+
+TEST_CASE("a wheel scrolls a picture sideways with the Shift key or by being tilted") {
+  constexpr UINT tilted = 0x020E;
+  PictureForm([&](PictureForm& form) {
+    ScratchFolder scratch;
+    form.box.load(scratch.writeFile(L"a.gif", pictures::bytes(pictures::blueGif)));
+    form.box.setPictureSize({2010, 1000});
+    const auto turn = [&](UINT message, WORD keys, int delta) {
+      SendMessageW(form.box.hwnd(), message, MAKEWPARAM(keys, static_cast<WORD>(delta)), 0);
+      return GetScrollPos(form.box.hwnd(), SB_HORZ);
+    };
+    const int once = turn(WM_MOUSEWHEEL, MK_SHIFT, -WHEEL_DELTA);
+    CHECK(once > 0);
+    CHECK(turn(tilted, 0, WHEEL_DELTA) == 2 * once);
+    CHECK(turn(tilted, 0, -WHEEL_DELTA) == once);
+    CHECK(GetScrollPos(form.box.hwnd(), SB_VERT) == 0);
   });
 }
 

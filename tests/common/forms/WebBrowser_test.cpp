@@ -7,6 +7,7 @@
 
 #include "catalogue/resource.h"
 #include "common/forms/PictureBox.h"
+#include "common/forms/Splitter.h"
 #include "common/lifetime.h"
 #include "tests/support/FakeWebBrowser.h"
 #include "tests/support/HeldKeys.h"
@@ -24,6 +25,7 @@ class PageForm : public forms::Form {
       : Form(L"frmPage", IDD_QUILLET),
         box(*this, IDC_QUILLET_PICTURE),
         page(*this, IDC_QUILLET_PAGE),
+        splitter(*this, IDC_QUILLET_SPLITTER),
         script_(script) {
     page.onBeforeNavigate2 = [this](const std::wstring& address, bool top, bool& cancel) {
       events.push_back(L"before " + address + (top ? L"" : L" in a frame"));
@@ -81,6 +83,7 @@ class PageForm : public forms::Form {
 
   forms::PictureBox box;
   forms::WebBrowser page;
+  forms::Splitter splitter;
   Lines events;
   std::wstring refused;
 

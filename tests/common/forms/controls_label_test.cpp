@@ -1,5 +1,6 @@
 #include "catalogue/resource.h"
 #include "common/forms/PictureBox.h"
+#include "common/forms/Splitter.h"
 #include "common/forms/WebBrowser.h"
 #include "common/forms/controls.h"
 #include "tests/support/MessageCount.h"
@@ -12,9 +13,10 @@ class LabelForm : public forms::Form {
  public:
   explicit LabelForm(std::function<void(LabelForm&)> script)
       : Form(L"frmLabel", IDD_QUILLET),
-        label(*this, IDC_QUILLET_DESC),
+        label(*this, IDC_QUILLET_STATUS),
         box(*this, IDC_QUILLET_PICTURE),
         page(*this, IDC_QUILLET_PAGE),
+        splitter(*this, IDC_QUILLET_SPLITTER),
         script_(std::move(script)) {
     showModal(nullptr);
   }
@@ -67,6 +69,7 @@ class LabelForm : public forms::Form {
   forms::Label label;
   forms::PictureBox box;  // the dialog has these too
   forms::WebBrowser page;
+  forms::Splitter splitter;
 
  private:
   void Form_Activate() override {
