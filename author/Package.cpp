@@ -60,11 +60,11 @@ void pack(const std::wstring& folder, const FolderTree& tree, ZipWriter& zip, Wo
     if (isHostsOwn(entry.path) || isOneOf(tree.leadElsewhere, entry.path)) continue;
     const std::wstring name = front + text::replaceAll(entry.path, L"\\", L"/");
     if (entry.isFolder()) {
-      if (isEmptyFolder(tree, entry.path)) zip.addFolder(name, entry.written);
+      if (isEmptyFolder(tree, entry.path)) zip.addFolder(name);
       continue;
     }
     work.show(L"Packing " + entry.path + L"...");
-    zip.addFile(name, readFile(folder + L"\\" + entry.path, largestFile), entry.written);
+    zip.addFile(name, readFile(folder + L"\\" + entry.path, largestFile));
   }
 }
 

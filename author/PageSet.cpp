@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "author/SitePlace.h"
 #include "author/disk.h"
 #include "common/errors.h"
 #include "common/text.h"
@@ -53,11 +54,13 @@ PageSet pagesWith(const std::wstring& folder, KeepGoing& run) {
 void writePages(const std::wstring& folder) {
   if (isThere(folder) && (!isFolder(folder) || !namesIn(folder).empty()))
     throw Error(errors::fileAlreadyExists, folder + L": There is something already.");
+  SitePlace place(folder);
   for (const auto& [path, bytes] : ownPages()) {
-    const std::wstring file = folder + L"\\" + path;
+    const std::wstring file = place.staging() + L"\\" + path;
     makeFolders(std::wstring(text::beforeLast(file, L'\\')));
     writeFile(file, bytes);
   }
+  place.take();
 }
 
 }  // namespace author

@@ -27,14 +27,9 @@ std::string word(std::uint64_t value) {
 
 std::string dword(std::uint64_t value) { return word(value) + word(value >> 16); }
 
-// In world time, so that an archive is the same wherever it is made. What is before 1980 is of its
-// first day.
-DWORD dosTime(const FILETIME& time) {
-  WORD date = 0;
-  WORD hours = 0;
-  if (!FileTimeToDosDateTime(&time, &date, &hours)) return 0x00210000;
-  return DWORD{date} << 16 | hours;
-}
+// Of every entry, so that an archive is the same whenever and wherever it is made: noon of the
+// first day of 2000, in the format's own way. Unpacking does not ask for times.
+constexpr std::uint32_t time = (20u << 9 | 1u << 5 | 1u) << 16 | 12u << 11;
 
 bool isAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(),
@@ -72,7 +67,6 @@ std::string deflatedOf(std::string_view contents) {
 struct ZipWriter::Entry {
   std::string name;
   std::uint16_t method = stored;
-  DWORD time = 0;
   std::uint32_t crc = 0;
   std::uint64_t size = 0;
   std::uint64_t packedSize = 0;
@@ -86,11 +80,9 @@ struct ZipWriter::Entry {
   }
 };
 
-void ZipWriter::addFile(const std::wstring& name, std::string_view contents,
-                        const FILETIME& written) {
+void ZipWriter::addFile(const std::wstring& name, std::string_view contents) {
   Entry entry;
   entry.name = toUtf8(name);
-  entry.time = dosTime(written);
   entry.crc = archive::crcOf(contents);
   entry.size = contents.size();
   entry.attributes = FILE_ATTRIBUTE_ARCHIVE;
@@ -100,10 +92,9 @@ void ZipWriter::addFile(const std::wstring& name, std::string_view contents,
   add(entry, packed.empty() ? contents : packed);
 }
 
-void ZipWriter::addFolder(const std::wstring& name, const FILETIME& written) {
+void ZipWriter::addFolder(const std::wstring& name) {
   Entry entry;
   entry.name = toUtf8(name) + "/";
-  entry.time = dosTime(written);
   entry.attributes = FILE_ATTRIBUTE_DIRECTORY;
   add(entry, {});
 }

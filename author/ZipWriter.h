@@ -1,9 +1,7 @@
 // Writes an archive in the format that our unpacking reads, see online/archive/Directory.h: stored
 // or deflated, no program in front, no comment, one record at the end. What is written depends on
-// nothing but names, contents and times.
+// nothing but names and contents.
 #pragma once
-
-#include <windows.h>
 
 #include <cstdint>
 #include <string>
@@ -19,8 +17,8 @@ class ZipWriter {
 
   // `name` with "/" between its parts. Raises an Error, also where an archive of this kind ends: at
   // 4 GB and at 65,535 entries.
-  void addFile(const std::wstring& name, std::string_view contents, const FILETIME& written);
-  void addFolder(const std::wstring& name, const FILETIME& written);
+  void addFile(const std::wstring& name, std::string_view contents);
+  void addFolder(const std::wstring& name);
   void finish();
 
   std::size_t count() const noexcept { return count_; }

@@ -54,7 +54,6 @@ FolderEntry entryOf(const WIN32_FIND_DATAW& data, const std::wstring& below) {
   entry.path = below + data.cFileName;
   entry.attributes = data.dwFileAttributes;
   entry.size = std::uint64_t{data.nFileSizeHigh} << 32 | data.nFileSizeLow;
-  entry.written = data.ftLastWriteTime;
   return entry;
 }
 

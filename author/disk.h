@@ -28,7 +28,6 @@ struct FolderEntry {
   std::wstring path;  // below the folder, "\" between
   DWORD attributes = 0;
   std::uint64_t size = 0;
-  FILETIME written = {};
 
   bool isFolder() const noexcept { return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
   std::wstring name() const { return path.substr(path.rfind(L'\\') + 1); }

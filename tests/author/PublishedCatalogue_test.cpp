@@ -174,7 +174,7 @@ TEST_CASE("archives that our unpacking refuses are told with its reason") {
 TEST_CASE("archives whose templates and themes would not be found are told") {
   Shop shop;
   shop.publish("/flat.zip", ZipMaker().add("quay.dwt", "x").bytes());
-  shop.publish("/deep.zip", ZipMaker().add("a/b/quay.dwt", "x").bytes());
+  shop.publish("/deep.zip", ZipMaker().add("a/b.dwt/quay.dwt", "x").bytes());
   shop.publish("/theme.zip", ZipMaker().add("glass/other.inf", "x").bytes());
   shop.offer(L"dwt1=" + shop.url(L"/flat.zip") + L"&dwt2=" + shop.url(L"/deep.zip") + L"&theme3=" +
              shop.url(L"/theme.zip"));

@@ -181,6 +181,15 @@ TEST_CASE("the pages that catalogues are made with can be had and used unchanged
         L"quillet-template: " + pages + L": There is something already.\n");
 }
 
+TEST_CASE("a full disk leaves no pages behind") {
+  const ScratchFolder out;
+  RecordedConsole console;
+  const FullDisk disk(3000);
+  CHECK(runProgram({L"pages", L"-o", out / L"pages"}, console) == findingsOrFailure);
+  CHECK(console.complained.ends_with(L": Disk full.\n"));
+  CHECK(out.tree() == Told{});
+}
+
 TEST_CASE("a catalogue takes the place of an earlier one and of nothing else") {
   Catalogue catalogue;
   REQUIRE(catalogue.make() == fine);
