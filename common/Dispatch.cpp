@@ -67,6 +67,19 @@ Dispatch::Dispatch(const ComPtr<IDispatch>& object) {
   callee_->object = object;
 }
 
+Dispatch Dispatch::room() {
+  Dispatch result;
+  result.callee_ = ComPtr<Callee>(new Callee);
+  return result;
+}
+
+void Dispatch::take(const ComPtr<IDispatch>& object) noexcept {
+  if (object)
+    callee_->object = object;
+  else
+    callee_.reset();
+}
+
 void Dispatch::Callee::Release() noexcept {
   if (--references == 0) delete this;
 }

@@ -18,6 +18,9 @@ class Dispatch {
  public:
   Dispatch() noexcept = default;
   explicit Dispatch(const ComPtr<IDispatch>& object);
+  // Room for an object that is still to come: taking it needs no memory any more.
+  static Dispatch room();
+  void take(const ComPtr<IDispatch>& object) noexcept;
 
   explicit operator bool() const noexcept { return static_cast<bool>(callee_); }
   IDispatch* get() const noexcept { return callee_ ? callee_->object.get() : nullptr; }

@@ -38,9 +38,12 @@ std::optional<HostControl> HostControl::add(long type, const std::wstring& param
   // Behind the last control there is none to stand before: leaving the place out appends.
   const bool appends = position > collection.value(L"Count").number();
   const Variant before = appends ? Variant::missing() : Variant(position);
-  const Variant added =
-      collection.call(L"Add", {type, Variant::missing(), parameter, before, /*temporary=*/true});
-  return asControl(com::Dispatch(added.object()));
+  // What the host has made must not stay behind for want of memory to hold it.
+  com::Dispatch added = com::Dispatch::room();
+  added.take(
+      collection.call(L"Add", {type, Variant::missing(), parameter, before, /*temporary=*/true})
+          .object());
+  return asControl(added);
 }
 
 long HostCommandBar::type() const { return object_.value(L"Type").number(); }
