@@ -5,7 +5,6 @@
 namespace text {
 
 NameSet::NameSet(const std::vector<std::wstring>& names) {
-  names_.reserve(names.size());
   for (const std::wstring& name : names) insert(name);
 }
 

@@ -1,9 +1,9 @@
 // Names without regard to letter case.
 #pragma once
 
+#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 namespace text {
@@ -19,7 +19,7 @@ class NameSet {
   bool has(std::wstring_view name) const;
 
  private:
-  std::unordered_set<std::wstring> names_;  // lowered
+  std::set<std::wstring> names_;  // lowered
 };
 
 }  // namespace text

@@ -33,23 +33,6 @@ std::wstring readString(HKEY root, std::wstring_view subkey, std::wstring_view n
   return value;
 }
 
-// The user's application-data folder as registered; false, and logged, when it is not.
-bool readUserFolder(std::wstring& path) {
-  RegKey key;
-  if (!key.OpenKey(HKEY_CURRENT_USER, shellFolders)) {
-    WriteLog(L"GetUserFolderPath: Failed to open the registry key");
-    return false;
-  }
-  if (key.QueryValueEx_SZ(L"AppData", path)) return true;
-  WriteLog({L"GetUserFolderPath: Failed to retrieve data - ", key.GetErrorDescription()});
-  return false;
-}
-
-void descend(std::wstring& path, std::wstring_view level) {
-  path += level;
-  if (!folderExists(path)) makeFolder(path);
-}
-
 void fillSystemFolders(std::wstring_view hostVersion, const SystemFolders& wanted) {
   const std::wstring applicationData = readString(HKEY_CURRENT_USER, shellFolders, L"appdata");
   if (wanted.applicationData) *wanted.applicationData = applicationData;
@@ -148,25 +131,6 @@ std::wstring describeVersion(const OSVERSIONINFOA& version) {
     return {};
   }
   return text::trimBlanks(text::join({line, L" ", servicePack}));
-}
-
-std::wstring GetUserFolderPath() noexcept {
-  std::wstring path;
-  try {
-    if (!readUserFolder(path)) return {};
-    if (path.empty() || !folderExists(path)) {
-      WriteLog({L"GetUserFolderPath: Empty path or path not found - ", path});
-      return path;
-    }
-    path = withBackslash(path);
-    for (const auto level : {L"Korvel Software", L"\\Orlique", L"\\_orlique\\"})
-      descend(path, level);
-    return path;
-  } catch (...) {
-    WriteLog({L"GetUserFolderPath: Error occured - ", errors::current().description(), L" Path: ",
-              path});
-    return {};
-  }
 }
 
 void GetSystemFolders(std::wstring_view hostVersion, const SystemFolders& wanted) noexcept {

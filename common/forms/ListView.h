@@ -13,7 +13,7 @@ struct ListRow {
   std::wstring toolTip;
   int icon = -1;
   std::size_t item = 0;  // the caller's own number for what the row shows
-  unsigned found = 0;  // set by the list: its place in the order in which the rows came
+  unsigned found = 0;    // set by the list: its place in the order in which the rows came
 };
 
 // Rows are numbered as they are shown. A click on the header sorts, the next one the other way, and

@@ -7,7 +7,7 @@
 #include "common/errors.h"
 #include "common/forms/BitmapContext.h"
 #include "common/forms/Painting.h"
-#include "common/forms/ScreenReader.h"
+#include "common/forms/screen_reader.h"
 #include "common/handles.h"
 
 namespace forms {

@@ -3,7 +3,7 @@
 #include <windowsx.h>
 
 #include "common/forms/Painting.h"
-#include "common/forms/ScreenReader.h"
+#include "common/forms/screen_reader.h"
 
 namespace forms {
 namespace {

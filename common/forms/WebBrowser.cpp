@@ -5,7 +5,7 @@
 #include "common/Dispatch.h"
 #include "common/errors.h"
 #include "common/forms/Painting.h"
-#include "common/forms/ScreenReader.h"
+#include "common/forms/screen_reader.h"
 #include "common/forms/WebBrowserSite.h"
 #include "common/forms/page_address.h"
 #include "common/handles.h"
@@ -117,12 +117,6 @@ void WebBrowser::print() {
 bool WebBrowser::busy() const noexcept {
   VARIANT_BOOL busy = VARIANT_FALSE;
   return browser_ && SUCCEEDED(browser_->get_Busy(&busy)) && busy != VARIANT_FALSE;
-}
-
-std::wstring WebBrowser::address() const {
-  com::Bstr url;
-  if (!browser_ || FAILED(browser_->get_LocationURL(url.put()))) return {};
-  return url.text();
 }
 
 void WebBrowser::setBodyHtml(const std::wstring& html, const std::wstring& text) {

@@ -56,6 +56,9 @@ std::wstring dataText(const std::string& text) {
 std::wstring withoutView(std::wstring key) {
   const std::wstring view = L"Wow6432Node\\";
   for (auto at = key.find(view); at != key.npos; at = key.find(view)) key.erase(at, view.size());
+  // Whoever made it first decided on its spelling.
+  const std::wstring library = L"\\Typelib\\";
+  if (const auto at = key.find(library); at != key.npos) key[at + 5] = L'L';
   return key;
 }
 
@@ -196,6 +199,13 @@ void removeTree(const std::wstring& folder) {
       DeleteFileW(path.c_str());
   }
   RemoveDirectoryW(folder.c_str());
+}
+
+Lines changed(const Lines& before, const Lines& after) {
+  Lines lines;
+  for (const auto& line : added(before, after)) lines.push_back(L"+ " + line);
+  for (const auto& line : added(after, before)) lines.push_back(L"- " + line);
+  return lines;
 }
 
 }  // namespace machine

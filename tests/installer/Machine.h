@@ -20,6 +20,8 @@ Lines registry();
 
 // The lines of `after` that `before` has not.
 Lines added(const Lines& before, const Lines& after);
+// What came with a "+" and what went with a "-". Whole lists would take minutes to write out.
+Lines changed(const Lines& before, const Lines& after);
 
 std::wstring value(HKEY root, const std::wstring& key, const std::wstring& name);  // empty: missing
 bool hasKey(HKEY root, const std::wstring& key);

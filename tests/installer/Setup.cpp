@@ -232,6 +232,13 @@ std::wstring Pages::answerBox(int button) {
 }
 
 CleanMachine::CleanMachine() {
+  // Every user of Windows has these; a prefix of Wine has them from the first program that asks.
+  for (const wchar_t* name :
+       {L"Software\\Classes", L"Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall"}) {
+    HKEY key = nullptr;
+    REQUIRE(RegCreateKeyW(HKEY_CURRENT_USER, name, &key) == ERROR_SUCCESS);
+    RegCloseKey(key);
+  }
   REQUIRE_FALSE(machine::hasKey(HKEY_LOCAL_MACHINE, removalKey));
   REQUIRE_FALSE(machine::hasKey(HKEY_CURRENT_USER, removalKey));
 }

@@ -1,4 +1,4 @@
-#include "common/forms/ScreenReader.h"
+#include "common/forms/screen_reader.h"
 
 #include "common/Counted.h"
 #include "common/com.h"

@@ -1,4 +1,4 @@
-#include "common/forms/ScreenReader.h"
+#include "common/forms/screen_reader.h"
 
 #include "catalogue/resource.h"
 #include "common/forms/PictureBox.h"
