@@ -15,6 +15,7 @@ namespace {
 
 // The names that the dialog's resource has for its two places.
 constexpr wchar_t pictureClass[] = L"QuilletPictureBox";
+constexpr wchar_t splitterClass[] = L"QuilletSplitter";
 constexpr wchar_t pageClass[] = L"QuilletWebBrowser";
 
 void registerClass(const wchar_t* name, WNDPROC procedure) {
@@ -55,6 +56,7 @@ void paintAll(HWND window) {
 
 BareWindow::BareWindow(const std::wstring& folder) {
   registerClass(pictureClass, pictureProcedure);
+  registerClass(splitterClass, DefWindowProcW);
   registerClass(pageClass, DefWindowProcW);
   make();
   fill(text::toAnsi(folder));
@@ -64,6 +66,7 @@ BareWindow::~BareWindow() {
   page_.reset();
   DestroyWindow(window_);
   UnregisterClassW(pictureClass, GetModuleHandleW(nullptr));
+  UnregisterClassW(splitterClass, GetModuleHandleW(nullptr));
   UnregisterClassW(pageClass, GetModuleHandleW(nullptr));
 }
 
