@@ -192,8 +192,8 @@ void frmQuillet::keepEdges() {
 void frmQuillet::Form_Load() {
   try {
     start();
-  } catch (...) {
-    startFailed(errors::current());
+  } catch (const Error& error) {
+    if (!showStartFailure(error)) throw;
   }
 }
 
@@ -226,18 +226,18 @@ void frmQuillet::writeVersions() const {
   WriteLog({L"OS: ", modCommon::GetOSVersionText()});
 }
 
-void frmQuillet::startFailed(const Error& error) {
+bool frmQuillet::showStartFailure(const Error& error) {
   switch (error.number()) {
     case errors::cannotCreateObject:
       message(componentsMissing, MB_ICONHAND);
       unload();
-      return;
+      return true;
     case errors::cancelled:
-      if (isUnloaded()) return;  // by the host, which is on its way out
-      message(errors::descriptionOf(errors::cancelled), MB_ICONINFORMATION);
-      return;
+      // A host on its way out has unloaded it already.
+      if (!isUnloaded()) message(errors::descriptionOf(errors::cancelled), MB_ICONINFORMATION);
+      return true;
     default:
-      modCommon::reportFormError(L"Form_Load", name(), error);
+      return false;
   }
 }
 

@@ -69,7 +69,7 @@ class frmQuillet : public forms::Form, private TemplateScanView {
   void keepEdges();
   void setUpControls();
   void start();
-  void startFailed(const Error& error);
+  bool showStartFailure(const Error& error);
   void writeVersions() const;
   void bringToFront() noexcept;
 

@@ -58,19 +58,17 @@ void frmHelp::showRequest(const help::HelpRequest& request) {
 }
 
 void frmHelp::Form_Load() {
-  handle(L"Form_Load", [this] {
-    using namespace forms;
-    keep(lblSearch, top | right);
-    keep(txtSearch, top | right);
-    keep(btnFind, top | right);
-    for (const Control* each : std::initializer_list<const Control*>{&tvContents, &lvFound})
-      keep(*each, left | top | bottom);
-    keep(pgTopic, left | top | right | bottom);
-    RestoreWindowPlacementSetting(hwnd(), module::title, settingsSection, placement);
-    tvContents.focus();
-    openBook(request_.folder.empty() ? module::folder() + L"QuilletHelp" : request_.folder);
-    showTopic(request_.topic);
-  });
+  using namespace forms;
+  keep(lblSearch, top | right);
+  keep(txtSearch, top | right);
+  keep(btnFind, top | right);
+  for (const Control* each : std::initializer_list<const Control*>{&tvContents, &lvFound})
+    keep(*each, left | top | bottom);
+  keep(pgTopic, left | top | right | bottom);
+  RestoreWindowPlacementSetting(hwnd(), module::title, settingsSection, placement);
+  tvContents.focus();
+  openBook(request_.folder.empty() ? module::folder() + L"QuilletHelp" : request_.folder);
+  showTopic(request_.topic);
 }
 
 void frmHelp::Form_Unload() {

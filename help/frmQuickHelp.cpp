@@ -34,15 +34,13 @@ void frmQuickHelp::ShowQuickHelp(const help::QuickHelpRequest& request) {
 }
 
 void frmQuickHelp::Form_Load() {
-  handle(L"Form_Load", [this] {
-    using namespace forms;
-    keep(pgPage, left | top | right | bottom);
-    keep(btnPrint, right | bottom);
-    keep(btnClose, right | bottom);
-    RestoreWindowPlacementSetting(hwnd(), module::title, settingsSection, placement);
-    pgPage.focus();
-    showPage(request_.file);
-  });
+  using namespace forms;
+  keep(pgPage, left | top | right | bottom);
+  keep(btnPrint, right | bottom);
+  keep(btnClose, right | bottom);
+  RestoreWindowPlacementSetting(hwnd(), module::title, settingsSection, placement);
+  pgPage.focus();
+  showPage(request_.file);
 }
 
 void frmQuickHelp::Form_Unload() {

@@ -161,8 +161,7 @@ void frmDWTOnline::handleMenu(Body&& body) const noexcept {
   try {
     body();
   } catch (...) {
-    modCommon::WriteLog({L"Error in CreatePopupMenu procedure of ", name(),
-                         L". Error description :", errors::current().description()});
+    modCommon::reportMenuError(L"CreatePopupMenu", name(), errors::current());
   }
 }
 

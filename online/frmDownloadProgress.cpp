@@ -1,7 +1,5 @@
 #include "online/frmDownloadProgress.h"
 
-#include "common/log.h"
-#include "common/text.h"
 #include "online/DestinationMenu.h"
 #include "online/resource.h"
 #include "online/unpacking_boxes.h"
@@ -9,8 +7,7 @@
 namespace {
 
 void logRunModalError(const Error& error) {
-  modCommon::WriteLog({L"Error ", text::decimal(error.number()), L" (", error.description(),
-                       L") in procedure RunModal of Form frmDownloadDlg"});
+  modCommon::reportErrorOfForm(L"RunModal", L"frmDownloadDlg", error);
 }
 
 }  // namespace

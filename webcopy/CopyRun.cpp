@@ -15,6 +15,7 @@
 #include "common/ini_file.h"
 #include "common/letter_case.h"
 #include "common/log.h"
+#include "common/report.h"
 #include "common/text.h"
 #include "webcopy/ThemeValue.h"
 #include "webcopy/copied_files.h"
@@ -42,11 +43,6 @@ short sum16(short left, short right) {
 
 bool isTemplateFile(std::wstring_view name) {
   return name.size() >= 3 && text::equalIgnoringCase(name.substr(name.size() - 3), L"dwt");
-}
-
-void logError(const wchar_t* procedure, const Error& error) {
-  WriteLog({L"ERROR in procedure ", procedure, L" of Form ", formName, L". Error : ",
-            error.description()});
 }
 
 std::wstring baseNameOf(const HostFile& file) {
@@ -123,7 +119,7 @@ void CopyRun::EH_CopyDWTToWeb() {
       modCommon::SetLogIndent(0);
       throw errors::operationCancelled(view_.caption());
     }
-    logError(L"EH_CopyDWTToWeb", error);
+    modCommon::reportFormErrorText(L"EH_CopyDWTToWeb", formName, error);
     view_.fail(failure_);
     view_.unload();
   }
@@ -277,7 +273,7 @@ void CopyRun::CountFilesAndFolders(const std::wstring& folder) {
   try {
     countEntries(folder);
   } catch (...) {
-    logError(L"CountFilesAndFolders", errors::current());
+    modCommon::reportFormErrorText(L"CountFilesAndFolders", formName, errors::current());
   }
 }
 
@@ -353,7 +349,7 @@ void CopyRun::CopyFolderTree(const std::wstring& sourceFolder, Target target) {
   } catch (...) {
     const Error error = errors::current();
     if (error.number() == errors::cancelled) throw errors::operationCancelled();
-    logError(L"CopyFolderTree", error);
+    modCommon::reportFormErrorText(L"CopyFolderTree", formName, error);
     ContinueFlag_ = false;
     view_.unload();
   }

@@ -39,9 +39,7 @@ bool frmCopyToWeb::CopyTemplateFolder(std::wstring destinationFolder, SourceItem
   return copied;
 }
 
-void frmCopyToWeb::Form_Load() {
-  handle(L"Form_Load", [this] { cmdCancel.focus(); });
-}
+void frmCopyToWeb::Form_Load() { cmdCancel.focus(); }
 
 void frmCopyToWeb::Form_Activate() {
   handle(L"Form_Activate", [this] {

@@ -33,12 +33,10 @@ bool frmNewFolder::AskNewFolderName(const HostFolder& parent, std::wstring& name
 }
 
 void frmNewFolder::Form_Load() {
-  handle(L"Form_Load", [this] {
-    txtFolderName.setText(webfolder::freeFolderName(webfolder::folderNames(*parent_)));
-    txtFolderName.focus();
-    txtFolderName.selectAll();
-    lblParentFolder.setText(webfolder::displayPath(parent_->url(), parent_->web().url()));
-  });
+  txtFolderName.setText(webfolder::freeFolderName(webfolder::folderNames(*parent_)));
+  txtFolderName.focus();
+  txtFolderName.selectAll();
+  lblParentFolder.setText(webfolder::displayPath(parent_->url(), parent_->web().url()));
 }
 
 void frmNewFolder::btnOK_Click() {

@@ -52,19 +52,17 @@ bool frmSelectWebFolder::SelectWebFolder(const HostWeb& web, std::wstring& path,
 }
 
 void frmSelectWebFolder::Form_Load() {
-  handle(L"Form_Load", [this] {
-    keep(txtWeb, forms::left | forms::top | forms::right);
-    keep(tvFolders, forms::left | forms::top | forms::right | forms::bottom);
-    keep(btnNewFolder, forms::left | forms::bottom);
-    keep(btnOK, forms::right | forms::bottom);
-    keep(btnCancel, forms::right | forms::bottom);
-    btnNewFolder.setVisible(allowNewFolder_);
-    tvFolders.focus();
-    const forms::WaitCursor wait;
-    loadTree();
-    walkTo(webfolder::initialPath(path_, web_->url()));
-    tvFolders.ensureVisible(tvFolders.selected());
-  });
+  keep(txtWeb, forms::left | forms::top | forms::right);
+  keep(tvFolders, forms::left | forms::top | forms::right | forms::bottom);
+  keep(btnNewFolder, forms::left | forms::bottom);
+  keep(btnOK, forms::right | forms::bottom);
+  keep(btnCancel, forms::right | forms::bottom);
+  btnNewFolder.setVisible(allowNewFolder_);
+  tvFolders.focus();
+  const forms::WaitCursor wait;
+  loadTree();
+  walkTo(webfolder::initialPath(path_, web_->url()));
+  tvFolders.ensureVisible(tvFolders.selected());
 }
 
 void frmSelectWebFolder::loadTree() {

@@ -85,7 +85,7 @@ class Form {
   // gone.
   HWND boxOwner() const noexcept;
 
-  // Events, in the order of a form's life.
+  // Events, in the order of a form's life. What fails in one becomes the form's log line.
   virtual void Form_Load() {}
   virtual void Form_Activate() {}   // once, when the window is first on the screen
   virtual void Form_Resize() {}     // after the controls have followed their edges

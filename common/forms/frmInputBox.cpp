@@ -44,11 +44,9 @@ std::optional<std::wstring> frmInputBox::Ask(HWND owner) {
 }
 
 void frmInputBox::Form_Load() {
-  handle(L"Form_Load", [this] {
-    lblPrompt.setText(prompt_);
-    SendMessageW(txtInput.hwnd(), EM_SETLIMITTEXT, static_cast<WPARAM>(limit_), 0);
-    txtInput.focus();
-  });
+  lblPrompt.setText(prompt_);
+  SendMessageW(txtInput.hwnd(), EM_SETLIMITTEXT, static_cast<WPARAM>(limit_), 0);
+  txtInput.focus();
 }
 
 void frmInputBox::btnOK_Click() {

@@ -6,6 +6,7 @@
 #include "common/byte_size.h"
 #include "common/log.h"
 #include "common/paths.h"
+#include "common/report.h"
 #include "common/text.h"
 #include "online/archive/modZipUnzip.h"
 #include "online/archive/unzip_files.h"
@@ -78,8 +79,7 @@ void DownloadRun::ExtractAndCanonicalizeUrl() noexcept {
     table_.fill(parts ? parts->extraInfo : std::wstring());
     WriteLog(L"EXITING PROCEDURE : ExtractAndCanonicalizeUrl()");
   } catch (...) {
-    WriteLog({L"ERROR in procedure ExtractAndCanonicalizeUrl of Form frmDownloadProgress. Error : ",
-              errors::current().description()});
+    modCommon::reportFormErrorText(L"ExtractAndCanonicalizeUrl", downloadForm, errors::current());
   }
 }
 
@@ -90,10 +90,9 @@ bool DownloadRun::load() noexcept {
   } catch (...) {
     const Error error = errors::current();
     if (error.number() == errors::cancelled)
-      WriteLog({L"Handled Error : ", error.description(),
-                L" in procedure Form_Load of Form frmDownloadProgress"});
+      modCommon::reportHandledError(L"Form_Load", downloadForm, error);
     else
-      logDownloadError(L"Form_Load", error);
+      modCommon::reportErrorOfForm(L"Form_Load", downloadForm, error);
     return false;
   }
 }
@@ -141,10 +140,10 @@ void DownloadRun::run() noexcept {
   try {
     transferAndInstall();
   } catch (const HandledError& error) {
-    logDownloadError(L"Form_Activate", error);
+    modCommon::reportErrorOfForm(L"Form_Activate", downloadForm, error);
   } catch (...) {
     const Error error = errors::current();
-    logDownloadError(L"Form_Activate", error);
+    modCommon::reportErrorOfForm(L"Form_Activate", downloadForm, error);
     view_.fail(failureText(error));
   }
   running_ = false;

@@ -1,6 +1,5 @@
 #include "online/transfer/DownloadSteps.h"
 
-#include "common/log.h"
 #include "common/text.h"
 
 void DownloadSteps::check() const {
@@ -78,9 +77,4 @@ std::wstring withErrorText(const std::wstring& message, unsigned long code) {
   const std::wstring errorText =
       code == ERROR_SUCCESS ? std::wstring() : modWINInetURL::ErrorText(code);
   return errorText.empty() ? message : text::join({message, L" ", errorText});
-}
-
-void logDownloadError(const wchar_t* procedure, const Error& error) {
-  modCommon::WriteLog({L"Error ", text::decimal(error.number()), L" (", error.description(),
-                       L") in procedure ", procedure, L" of Form frmDownloadProgress"});
 }

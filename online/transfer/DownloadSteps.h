@@ -56,6 +56,5 @@ class DownloadSteps {
 // What the system says about an error, behind a message.
 std::wstring withErrorText(const std::wstring& message, unsigned long code);
 
-// "Error <number> (<description>) in procedure <procedure> of Form frmDownloadProgress", to the
-// log.
-void logDownloadError(const wchar_t* procedure, const Error& error);
+// What the log calls the window of a download.
+inline constexpr wchar_t downloadForm[] = L"frmDownloadProgress";

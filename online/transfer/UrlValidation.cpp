@@ -1,6 +1,7 @@
 #include "online/transfer/UrlValidation.h"
 
 #include "common/log.h"
+#include "common/report.h"
 #include "common/text.h"
 #include "online/transfer/file_address.h"
 
@@ -21,7 +22,7 @@ bool UrlValidation::ValidateURLs() noexcept {
     return true;
   } catch (...) {
     const Error error = errors::current();
-    logDownloadError(L"GetTotalDownloadSize", error);
+    modCommon::reportErrorOfForm(L"GetTotalDownloadSize", downloadForm, error);
     if (error.number() != errors::cancelled) view_.fail(error.description());
     return false;
   }
