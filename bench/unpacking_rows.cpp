@@ -45,14 +45,14 @@ double bare() {
   const auto unpack = reinterpret_cast<Entry>(
       reinterpret_cast<void*>(GetProcAddress(library, "Wiz_SingleEntryUnzip")));
   if (!unpack) throw CannotRun{"unzip32.dll is not beside the program"};
-  unzip::OptionsNew options = {};
+  unzip::UnzipOptions options = {};
   options.version = unzip::optionsVersion;
   options.quiet = 2;
   options.folders = 1;
   options.overwrite = 1;
   options.archive = from.c_str();
   options.folder = to.c_str();
-  unzip::CallbacksNew callbacks = {};
+  unzip::UnzipCallbacks callbacks = {};
   callbacks.print = onPrint;
   callbacks.replace = onReplace;
   callbacks.password = onPassword;

@@ -59,29 +59,20 @@ Library::Library() {
   if (!module_) throw unusable(L"could not be loaded.");
   const auto version = entryPoint<VersionEntry>(module_.get(), "UzpVersion2");
   unzip_ = entryPoint<UnzipEntry>(module_.get(), "Wiz_SingleEntryUnzip");
-  readVersion(version);
+  checkVersion(version);
 }
 
-void Library::readVersion(VersionEntry version) {
+void Library::checkVersion(VersionEntry version) {
+  // An earlier library expects a shorter record and leaves this one empty. A later one says itself
+  // whether it still takes the records known here.
   VersionRecord record = {};
   record.length = sizeof record;
-  if (version(&record) == oldVersionLength) {
-    record.length = oldVersionLength;
-    version(&record);
-  }
-  const int major = record.unzip.major;
-  // A later library says itself whether it still takes the records known here.
-  const int needed = record.length == sizeof record ? record.oldestInterface.major : major;
-  if (major < 5 || needed > 6) throw unusable(L"has an unknown version.");
-  newRecords_ = major >= 6;
+  version(&record);
+  if (record.unzip.major < 6 || record.oldestInterface.major > 6)
+    throw unusable(L"has an unknown version.");
 }
 
-int Library::run(const OptionsNew& options, CallbacksNew& callbacks) const {
-  const RuntimeState state;
-  return unzip_(0, nullptr, 0, nullptr, &options, &callbacks);
-}
-
-int Library::run(const OptionsOld& options, CallbacksOld& callbacks) const {
+int Library::run(const UnzipOptions& options, UnzipCallbacks& callbacks) const {
   const RuntimeState state;
   return unzip_(0, nullptr, 0, nullptr, &options, &callbacks);
 }

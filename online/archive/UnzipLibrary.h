@@ -24,23 +24,18 @@ class Library {
   // it is not there, cannot be loaded or lacks an entry point or a version that is known here.
   Library();
 
-  // True for the records since version 6, false for the older ones.
-  bool hasNewRecords() const noexcept { return newRecords_; }
-
   // The library's result (0 = success). The whole archive is handled.
-  int run(const OptionsNew& options, CallbacksNew& callbacks) const;
-  int run(const OptionsOld& options, CallbacksOld& callbacks) const;
+  int run(const UnzipOptions& options, UnzipCallbacks& callbacks) const;
 
  private:
   using VersionEntry = unsigned(WINAPI*)(VersionRecord*);
   using UnzipEntry = int(WINAPI*)(int nameCount, char** names, int excludedCount, char** excluded,
                                   const void* options, void* callbacks);
 
-  void readVersion(VersionEntry version);
+  static void checkVersion(VersionEntry version);
 
   handles::Module module_;
   UnzipEntry unzip_ = nullptr;
-  bool newRecords_ = true;
 };
 
 }  // namespace unzip

@@ -159,49 +159,34 @@ int WINAPI onPassword(char* buffer, int size, const char*, const char*) noexcept
                  [&](Listener& listener) { return listener.password(buffer, size); });
 }
 
-// NOLINTNEXTLINE(readability-non-const-parameter): the type is the library's.
-int WINAPI onReplaceOld(char* name) noexcept {
-  return guarded(unzip::replaceNone,
-                 [&](Listener& listener) { return listener.replace(text::fromAnsi(name)); });
-}
-
-int WINAPI onReplaceNew(char* name, unsigned size) noexcept {
+int WINAPI onReplace(char* name, unsigned size) noexcept {
   return guarded(unzip::replaceNone, [&](Listener& listener) {
     return listener.replace(text::fromAnsi({name, strnlen(name, size)}));
   });
 }
 
-void takeLine(const char* name, Line line) noexcept {
+void WINAPI onMessage(unzip::Size unpackedSize, unzip::Size, unsigned, unsigned month, unsigned day,
+                      unsigned year, unsigned hour, unsigned minute, char, const char* name,
+                      const char*, unsigned long, char) noexcept {
   guarded(0, [&](Listener& listener) {
-    line.name = text::fromAnsi(name);
-    listener.list(line);
+    listener.list({text::fromAnsi(name), unpackedSize, month, day, year, hour, minute});
     return 0;
   });
 }
 
-void WINAPI onMessageOld(unsigned long unpackedSize, unsigned long, unsigned, unsigned month,
-                         unsigned day, unsigned year, unsigned hour, unsigned minute, char,
-                         const char* name, const char*, unsigned long, char) noexcept {
-  takeLine(name, {{}, unpackedSize, month, day, year, hour, minute});
-}
-
-void WINAPI onMessageNew(unzip::Size unpackedSize, unzip::Size, unsigned, unsigned month,
-                         unsigned day, unsigned year, unsigned hour, unsigned minute, char,
-                         const char* name, const char*, unsigned long, char) noexcept {
-  takeLine(name, {{}, unpackedSize, month, day, year, hour, minute});
-}
-
-int service() noexcept {
+int WINAPI onService(const char*, unzip::Size) noexcept {
   return guarded(unzip::stop, [](Listener& listener) { return listener.service(); });
 }
 
-int WINAPI onServiceOld(const char*, unsigned long) noexcept { return service(); }
-int WINAPI onServiceNew(const char*, unzip::Size) noexcept { return service(); }
+// The paths in the code page, as the library takes them.
+struct LibraryPaths {
+  std::string archive;
+  std::string folder;
+};
 
-// The fields that both kinds of the record have.
-template <class Record>
-Record commonFields(const Options& options) {
-  Record record = {};
+unzip::UnzipOptions recordOf(const Options& options, const LibraryPaths& paths) {
+  unzip::UnzipOptions record = {};
+  record.version = unzip::optionsVersion;
   // An existing file is replaced however new it is; the library alone would keep a newer one.
   record.extractOnlyNewer = options.ExtractNewer && !options.OverWriteFiles;
   record.spaceToUnderscore = options.SpaceToUnderScore;
@@ -218,47 +203,21 @@ Record commonFields(const Options& options) {
   record.zipInfo = options.Verbose;
   record.ignoreCase = !options.CaseSensitive;
   record.privilege = options.Privilege;
+  record.archive = paths.archive.c_str();
+  record.folder = paths.folder.empty() ? nullptr : paths.folder.c_str();
   return record;
-}
-
-// The paths in the code page, as the library takes them.
-struct LibraryPaths {
-  std::string archive;
-  std::string folder;
-};
-
-int runNew(const unzip::Library& library, const Options& options, const LibraryPaths& paths) {
-  auto record = commonFields<unzip::OptionsNew>(options);
-  record.version = unzip::optionsVersion;
-  record.archive = paths.archive.c_str();
-  record.folder = paths.folder.empty() ? nullptr : paths.folder.c_str();
-  unzip::CallbacksNew callbacks = {};
-  callbacks.print = onPrint;
-  callbacks.replace = onReplaceNew;
-  callbacks.password = onPassword;
-  callbacks.message = onMessageNew;
-  callbacks.service = onServiceNew;
-  return library.run(record, callbacks);
-}
-
-int runOld(const unzip::Library& library, const Options& options, const LibraryPaths& paths) {
-  auto record = commonFields<unzip::OptionsOld>(options);
-  record.archive = paths.archive.c_str();
-  record.folder = paths.folder.empty() ? nullptr : paths.folder.c_str();
-  unzip::CallbacksOld callbacks = {};
-  callbacks.print = onPrint;
-  callbacks.replace = onReplaceOld;
-  callbacks.password = onPassword;
-  callbacks.message = onMessageOld;
-  callbacks.service = onServiceOld;
-  return library.run(record, callbacks);
 }
 
 int run(const unzip::Library& library, const Options& options, const LibraryPaths& paths,
         Listener& listener) {
   const Listening listening(listener);
-  return library.hasNewRecords() ? runNew(library, options, paths)
-                                 : runOld(library, options, paths);
+  unzip::UnzipCallbacks callbacks = {};
+  callbacks.print = onPrint;
+  callbacks.replace = onReplace;
+  callbacks.password = onPassword;
+  callbacks.message = onMessage;
+  callbacks.service = onService;
+  return library.run(recordOf(options, paths), callbacks);
 }
 
 // A name that the code page cannot hold is given by its short form, where there is one.

@@ -1,6 +1,6 @@
 // The records of the Info-ZIP library (unzip32.dll), as its documentation lays them out for 32-bit
-// Windows: everything packed to its natural size, text in the ANSI code page. The library changed
-// them with its version 6; both kinds are in use.
+// Windows: everything packed to its natural size, text in the ANSI code page. They came with its
+// version 6, which is what stands beside the module; an earlier library is turned away.
 #pragma once
 
 #include <windows.h>
@@ -29,14 +29,15 @@ struct VersionRecord {
   Version zipInfo;
   Version os2Library;
   Version windowsLibrary;
-  Version oldestInterface;  // since version 6: the last change of the interface
+  Version oldestInterface;  // the last change of the interface
 };
 static_assert(sizeof(VersionRecord) == 68);
 static_assert(offsetof(VersionRecord, unzip) == 48);
-inline constexpr unsigned long oldVersionLength = offsetof(VersionRecord, oldestInterface);
 
-// The options, up to version 5.
-struct OptionsOld {
+// What is to be done with the archive.
+inline constexpr unsigned optionsVersion = 0x600;
+struct UnzipOptions {
+  unsigned version;  // optionsVersion
   int extractOnlyNewer;
   int spaceToUnderscore;
   int promptToOverwrite;
@@ -50,86 +51,38 @@ struct OptionsOld {
   int overwrite;  // without a question
   int convertLineEnds;
   int zipInfo;  // a technical listing, nothing else
+  int backup;   // keeps a copy of what it overwrites
   int ignoreCase;
+  int times;      // 0 restores all file times
+  int utf8;       // 0 translates names in UTF-8 to the code page
   int privilege;  // 1 restores access rights, 2 with the user's privileges
   const char* archive;
   const char* folder;  // null for the current folder
 };
-static_assert(sizeof(OptionsOld) == 68);
-static_assert(offsetof(OptionsOld, archive) == 60);
-
-// The options since version 6: three more, and the version of the record itself.
-inline constexpr unsigned optionsVersion = 0x600;
-struct OptionsNew {
-  unsigned version;  // optionsVersion
-  int extractOnlyNewer;
-  int spaceToUnderscore;
-  int promptToOverwrite;
-  int quiet;
-  int toStdOut;
-  int test;
-  int list;
-  int freshen;
-  int comment;
-  int folders;
-  int overwrite;
-  int convertLineEnds;
-  int zipInfo;
-  int backup;  // keeps a copy of what it overwrites
-  int ignoreCase;
-  int times;  // 0 restores all file times
-  int utf8;   // 0 translates names in UTF-8 to the code page
-  int privilege;
-  const char* archive;
-  const char* folder;
-};
-static_assert(sizeof(OptionsNew) == 84);
-static_assert(offsetof(OptionsNew, archive) == 76);
+static_assert(sizeof(UnzipOptions) == 84);
+static_assert(offsetof(UnzipOptions, archive) == 76);
 
 // What the library calls. `print` and `replace` must be there.
 using Print = int(WINAPI*)(char* text, unsigned long length);
 using Sound = void(WINAPI*)();
 using Password = int(WINAPI*)(char* buffer, int size, const char* prompt, const char* entry);
-using ReplaceOld = int(WINAPI*)(char* name);
-using ReplaceNew = int(WINAPI*)(char* name, unsigned size);
+using Replace = int(WINAPI*)(char* name, unsigned size);
 // One line of a listing. `caseMark` is "^" for a name in lower-case letters, `crypt` is "E" for an
 // encrypted entry.
-using MessageOld = void(WINAPI*)(unsigned long unpackedSize, unsigned long packedSize,
-                                 unsigned ratio, unsigned month, unsigned day, unsigned year,
-                                 unsigned hour, unsigned minute, char caseMark, const char* name,
-                                 const char* method, unsigned long crc, char crypt);
-using MessageNew = void(WINAPI*)(Size unpackedSize, Size packedSize, unsigned ratio, unsigned month,
-                                 unsigned day, unsigned year, unsigned hour, unsigned minute,
-                                 char caseMark, const char* name, const char* method,
-                                 unsigned long crc, char crypt);
+using Message = void(WINAPI*)(Size unpackedSize, Size packedSize, unsigned ratio, unsigned month,
+                              unsigned day, unsigned year, unsigned hour, unsigned minute,
+                              char caseMark, const char* name, const char* method,
+                              unsigned long crc, char crypt);
 // After each entry; an answer other than 0 stops the library.
-using ServiceOld = int(WINAPI*)(const char* name, unsigned long unpackedSize);
-using ServiceNew = int(WINAPI*)(const char* name, Size unpackedSize);
+using Service = int(WINAPI*)(const char* name, Size unpackedSize);
 
-struct CallbacksOld {
+struct UnzipCallbacks {
   Print print;
   Sound sound;
-  ReplaceOld replace;
+  Replace replace;
   Password password;
-  MessageOld message;
-  ServiceOld service;
-  // Filled in by a listing.
-  unsigned long packedSize;
-  unsigned long unpackedSize;
-  unsigned long ratio;
-  unsigned long entries;
-  WORD hasComment;
-};
-static_assert(sizeof(CallbacksOld) == 44);
-static_assert(offsetof(CallbacksOld, packedSize) == 24);
-
-struct CallbacksNew {
-  Print print;
-  Sound sound;
-  ReplaceNew replace;
-  Password password;
-  MessageNew message;
-  ServiceNew service;
+  Message message;
+  Service service;
   void* message32;  // in place of `message` and `service` for callers without 64-bit numbers
   void* service32;
   Size packedSize;
@@ -138,8 +91,8 @@ struct CallbacksNew {
   unsigned ratio;
   WORD hasComment;
 };
-static_assert(sizeof(CallbacksNew) == 64);
-static_assert(offsetof(CallbacksNew, packedSize) == 32);
+static_assert(sizeof(UnzipCallbacks) == 64);
+static_assert(offsetof(UnzipCallbacks, packedSize) == 32);
 
 // Answers of the callbacks.
 inline constexpr int replaceNo = 100;

@@ -24,7 +24,7 @@ class OwnModule {
   OwnModule& operator=(const OwnModule&) = delete;
 
   const ScratchFolder& folder() const noexcept { return folder_; }
-  void useOldLibrary() const {
+  void useStandIn() const {
     CopyFileW(testLibrary().c_str(), (folder_ / L"unzip32.dll").c_str(), FALSE);
   }
 
@@ -33,7 +33,7 @@ class OwnModule {
     wchar_t path[MAX_PATH];
     GetModuleFileNameW(nullptr, path, MAX_PATH);
     const std::wstring program = path;
-    return program.substr(0, program.rfind(L'\\') + 1) + L"old-unzip32.dll";
+    return program.substr(0, program.rfind(L'\\') + 1) + L"standin-unzip32.dll";
   }
 
   HINSTANCE before_;

@@ -4,9 +4,9 @@
 #include "tests/online/OwnModule.h"
 #include "tests/online/archive/Unpacking.h"
 
-TEST_CASE("each option reaches its place in the older record") {
+TEST_CASE("each option reaches its place in the record of the library") {
   const OwnModule own;
-  own.useOldLibrary();
+  own.useStandIn();
   const ScratchFolder scratch;
   CUnzip extractor;
   extractor.ExtractNewer = true;
@@ -21,7 +21,7 @@ TEST_CASE("each option reaches its place in the older record") {
   std::wstring folder = scratch.path();
   CHECK(runExtractor(extractor, archive, folder) == 0);
   CHECK(extractor.GetLastMessage() ==
-        L"1 0 0 7 0 1 0 1 0 1 0 1 0 0 2 " + archive + L" " + scratch.path());
+        L"1536 1 0 0 7 0 1 0 1 0 1 0 1 0 0 0 0 0 2 " + archive + L" " + scratch.path());
 
   CUnzip others;
   others.SpaceToUnderScore = true;
@@ -34,25 +34,7 @@ TEST_CASE("each option reaches its place in the older record") {
   driver.answer(IDYES);
   CHECK(runExtractor(others, archive, folder) == 0);
   CHECK(others.GetLastMessage() ==
-        L"0 1 1 2 1 0 0 0 1 0 1 0 1 1 0 " + archive + L" " + scratch.path());
-}
-
-TEST_CASE("the older library asks before it overwrites") {
-  const OwnModule own;
-  own.useOldLibrary();
-  const ScratchFolder scratch;
-  scratch.writeFile(L"page.htm", "mine");
-  CUnzip extractor;
-  extractor.PromptOverwrite = true;
-  extractor.WriteToStdOut = true;  // the stand-in writes all the same
-  std::wstring archive = scratch.writeFile(L"x.zip", onePage().bytes());
-  std::wstring folder = scratch.path();
-  ModalDriver driver;
-  driver.answer(IDNO);
-  CHECK(runExtractor(extractor, archive, folder) == 0);
-  CHECK(scratch.readFile(L"page.htm") == "mine");
-  REQUIRE(driver.boxes().size() == 1);
-  CHECK(driver.boxes()[0].text == L"Overwrite " + (scratch / L"page.htm") + L"?");
+        L"1536 0 1 1 2 1 0 0 0 1 0 1 0 1 0 1 0 0 0 " + archive + L" " + scratch.path());
 }
 
 TEST_CASE("the extractor begins with its defaults") {

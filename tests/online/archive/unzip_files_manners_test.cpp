@@ -176,14 +176,14 @@ TEST_CASE("the overwrite question has the style of its two texts joined") {
 }
 
 TEST_CASE("a library of an unknown version is a clear message and no harm") {
-  for (const char* version : {"4", "7"}) {
+  for (const char* version : {"5", "7"}) {
     const OwnModule own;
-    own.useOldLibrary();
-    SetEnvironmentVariableA("OLD_UNZIP_VERSION", version);
+    own.useStandIn();
+    SetEnvironmentVariableA("STANDIN_UNZIP_VERSION", version);
     ModalDriver driver;
     const Unpacking unpacking(onePage());
     CHECK_FALSE(unpacking.run());
-    SetEnvironmentVariableA("OLD_UNZIP_VERSION", nullptr);
+    SetEnvironmentVariableA("STANDIN_UNZIP_VERSION", nullptr);
     REQUIRE(driver.boxes().size() == 1);
     CHECK(driver.boxes()[0].text == L"The unzip library \" " + (own.folder() / L"unzip32.dll") +
                                         L" \" has an unknown version. The product may have to be "
@@ -253,7 +253,7 @@ class LoadWatch {
 // With this flag the system looks beside the library first, and not beside the host's program.
 TEST_CASE("what the unzip library imports itself is looked for beside it") {
   const OwnModule own;
-  own.useOldLibrary();
+  own.useStandIn();
   const LoadWatch watch;
   const Unpacking unpacking(onePage());
   CHECK(unpacking.run());

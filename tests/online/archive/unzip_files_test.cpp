@@ -460,11 +460,3 @@ TEST_CASE("the library is loaded only while an archive is unpacked") {
   CHECK(unpacking.run());
   CHECK(GetModuleHandleW(L"unzip32.dll") == nullptr);
 }
-
-TEST_CASE("a library of before version 6 gets the older records") {
-  const OwnModule own;
-  own.useOldLibrary();
-  const Unpacking unpacking(onePage());
-  CHECK(unpacking.run());
-  CHECK(unpacking.read(L"page.htm") == "old one");
-}
