@@ -6,6 +6,9 @@
 
 // Calls by name reach the same methods as calls through the table. They are taken generously: only
 // the arguments that a connection uses must have their types.
+//
+// The type library could dispatch them too. It would turn away a host that leaves the arguments
+// empty for which it has nothing, and read the module's file at each call, to save 1 KB.
 class ConnectionObject : public com::Counted<IDTExtensibility2> {
  public:
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) final;
