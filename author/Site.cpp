@@ -6,11 +6,11 @@
 
 #include "author/Console.h"
 #include "author/Json.h"
-#include "author/PageTemplate.h"
 #include "author/PictureLook.h"
 #include "author/SitePlace.h"
-#include "author/Slug.h"
+#include "author/page_template.h"
 #include "author/page_text.h"
+#include "author/slug.h"
 #include "catalogue/TemplateInfo.h"
 #include "common/ansi.h"
 #include "common/byte_size.h"

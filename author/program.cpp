@@ -1,10 +1,10 @@
 #include "author/program.h"
 
-#include "author/CommandLine.h"
 #include "author/Package.h"
-#include "author/PublishedCatalogue.h"
 #include "author/Selection.h"
 #include "author/Site.h"
+#include "author/command_line.h"
+#include "author/published_catalogue.h"
 #include "author/report.h"
 #include "common/errors.h"
 #include "common/text.h"

@@ -6,9 +6,9 @@
 #include "author/Finding.h"
 #include "author/Json.h"
 #include "author/Package.h"
-#include "author/PublishedCatalogue.h"
 #include "author/Selection.h"
 #include "author/Site.h"
+#include "author/published_catalogue.h"
 
 namespace author {
 

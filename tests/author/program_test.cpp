@@ -1,6 +1,6 @@
 // The program itself: its words, its exit codes, and what it prints where.
 #include "author/program.h"
-#include "author/CommandLine.h"
+#include "author/command_line.h"
 #include "common/version.h"
 #include "tests/author/RecordedConsole.h"
 #include "tests/author/TemplateOnDisk.h"

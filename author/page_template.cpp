@@ -1,4 +1,4 @@
-#include "author/PageTemplate.h"
+#include "author/page_template.h"
 
 #include "author/page_text.h"
 #include "common/errors.h"

@@ -1,4 +1,4 @@
-#include "author/PageTemplate.h"
+#include "author/page_template.h"
 
 #include "common/errors.h"
 #include "tests/support/text_output.h"

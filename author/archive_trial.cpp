@@ -1,4 +1,4 @@
-#include "author/ArchiveTrial.h"
+#include "author/archive_trial.h"
 
 #include <algorithm>
 

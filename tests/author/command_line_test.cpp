@@ -1,4 +1,4 @@
-#include "author/CommandLine.h"
+#include "author/command_line.h"
 
 #include "tests/support/text_output.h"
 

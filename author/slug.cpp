@@ -1,4 +1,4 @@
-#include "author/Slug.h"
+#include "author/slug.h"
 
 #include <utility>
 

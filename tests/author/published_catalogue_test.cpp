@@ -1,5 +1,5 @@
 // Catalogues that are read over HTTP.
-#include "author/PublishedCatalogue.h"
+#include "author/published_catalogue.h"
 
 #include "author/disk.h"
 #include "common/errors.h"

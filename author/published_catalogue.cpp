@@ -1,4 +1,4 @@
-#include "author/PublishedCatalogue.h"
+#include "author/published_catalogue.h"
 
 #include <windows.h>
 #include <shlwapi.h>
@@ -8,8 +8,8 @@
 #include <map>
 #include <utility>
 
-#include "author/ArchiveTrial.h"
 #include "author/PageSource.h"
+#include "author/archive_trial.h"
 #include "author/disk.h"
 #include "author/page_text.h"
 #include "common/errors.h"
