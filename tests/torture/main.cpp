@@ -18,7 +18,7 @@
 
 namespace {
 
-constexpr DWORD patience = 30000;  // milliseconds for one run and the undisturbed one behind it
+constexpr DWORD patience = 120000;  // milliseconds for one run and the undisturbed ones behind it
 
 std::string narrow(const std::wstring& text) {
   std::string bytes(text.size() * 3, '\0');
