@@ -47,7 +47,7 @@ void quietly(std::wstring_view procedure, Body&& body) noexcept {
 // Its grey is the button face's, for a host that takes nothing but the bitmap.
 handles::Gdi loadFace(int resource) {
   return handles::Gdi(LoadImageW(module::instance(), MAKEINTRESOURCEW(resource), IMAGE_BITMAP, 0, 0,
-                                 LR_LOADMAP3DCOLORS));
+                                 LR_LOADMAP3DCOLORS | LR_CREATEDIBSECTION));
 }
 
 ControlKey keyOf(const com::Variant& value, bool isIdentifier) {

@@ -26,26 +26,24 @@ BITMAPINFO describe(LONG width, LONG height, WORD bits) noexcept {
   return info;
 }
 
-Pixels pixelsOf(HBITMAP picture) {
+Pixels pixelsOf(HDC screen, HBITMAP picture) {
   BITMAP size = {};
   if (!GetObjectW(picture, sizeof size, &size)) throw Error(errors::invalidArgument);
   Pixels pixels = {size.bmWidth, size.bmHeight, {}};
   pixels.values.resize(static_cast<std::size_t>(pixels.width) * pixels.height);
   BITMAPINFO info = describe(pixels.width, -pixels.height, 32);
-  const handles::ScreenContext screen;
-  if (!GetDIBits(screen.get(), picture, 0, static_cast<UINT>(pixels.height), pixels.values.data(),
-                 &info, DIB_RGB_COLORS))
+  if (!GetDIBits(screen, picture, 0, static_cast<UINT>(pixels.height), pixels.values.data(), &info,
+                 DIB_RGB_COLORS))
     throw Error(errors::outOfMemory);
   for (DWORD& value : pixels.values) value &= colour;
   return pixels;
 }
 
 // As the screen has bitmaps. Copying the picture itself takes the system three times as long.
-handles::Gdi bitmapOf(const Pixels& pixels) {
+handles::Gdi bitmapOf(HDC screen, const Pixels& pixels) {
   const BITMAPINFO info = describe(pixels.width, -pixels.height, 32);
-  const handles::ScreenContext screen;
-  handles::Gdi bitmap(CreateDIBitmap(screen.get(), &info.bmiHeader, CBM_INIT, pixels.values.data(),
-                                     &info, DIB_RGB_COLORS));
+  handles::Gdi bitmap(CreateDIBitmap(screen, &info.bmiHeader, CBM_INIT, pixels.values.data(), &info,
+                                     DIB_RGB_COLORS));
   if (!bitmap) throw Error(errors::outOfMemory);
   return bitmap;
 }
@@ -72,8 +70,11 @@ handles::Global packed(const Pixels& pixels) {
 }  // namespace
 
 clipboard::Contents buttonFace(HBITMAP picture) {
-  Pixels face = pixelsOf(picture);
-  handles::Gdi bitmap = bitmapOf(face);
+  static const UINT faceFormat = RegisterClipboardFormatW(L"Toolbar Button Face");
+  static const UINT maskFormat = RegisterClipboardFormatW(L"Toolbar Button Mask");
+  const handles::ScreenContext screen;
+  Pixels face = pixelsOf(screen.get(), picture);
+  handles::Gdi bitmap = bitmapOf(screen.get(), face);
   Pixels mask = face;
   const DWORD background = face.values.front();
   for (std::size_t i = 0; i < face.values.size(); ++i) {
@@ -83,7 +84,7 @@ clipboard::Contents buttonFace(HBITMAP picture) {
   }
   clipboard::Contents contents;
   contents.push_back({CF_BITMAP, std::move(bitmap)});
-  contents.push_back({RegisterClipboardFormatW(L"Toolbar Button Face"), packed(face)});
-  contents.push_back({RegisterClipboardFormatW(L"Toolbar Button Mask"), packed(mask)});
+  contents.push_back({faceFormat, packed(face)});
+  contents.push_back({maskFormat, packed(mask)});
   return contents;
 }
