@@ -70,8 +70,6 @@ handles::Global packed(const Pixels& pixels) {
 }  // namespace
 
 clipboard::Contents buttonFace(HBITMAP picture) {
-  static const UINT faceFormat = RegisterClipboardFormatW(L"Toolbar Button Face");
-  static const UINT maskFormat = RegisterClipboardFormatW(L"Toolbar Button Mask");
   const handles::ScreenContext screen;
   Pixels face = pixelsOf(screen.get(), picture);
   handles::Gdi bitmap = bitmapOf(screen.get(), face);
@@ -84,7 +82,7 @@ clipboard::Contents buttonFace(HBITMAP picture) {
   }
   clipboard::Contents contents;
   contents.push_back({CF_BITMAP, std::move(bitmap)});
-  contents.push_back({faceFormat, packed(face)});
-  contents.push_back({maskFormat, packed(mask)});
+  contents.push_back({RegisterClipboardFormatW(L"Toolbar Button Face"), packed(face)});
+  contents.push_back({RegisterClipboardFormatW(L"Toolbar Button Mask"), packed(mask)});
   return contents;
 }
