@@ -96,30 +96,15 @@ void frmCopyToWeb::showCurrentStatus(const std::wstring& text) {
   paintNow(lblStatusCurrent);
 }
 
-void frmCopyToWeb::resetOverall(short maximum) {
-  pbOverall.ResetProgress(maximum);
-  paintNow(pbOverall);
-}
+void frmCopyToWeb::resetOverall(short maximum) { pbOverall.ResetProgress(maximum); }
 
-void frmCopyToWeb::stepOverall() {
-  pbOverall.StepProgress(1);
-  paintNow(pbOverall);
-}
+void frmCopyToWeb::stepOverall() { pbOverall.StepProgress(1); }
 
-void frmCopyToWeb::resetCurrent(short maximum) {
-  pbCurrent.ResetProgress(maximum);
-  paintNow(pbCurrent);
-}
+void frmCopyToWeb::resetCurrent(short maximum) { pbCurrent.ResetProgress(maximum); }
 
-void frmCopyToWeb::stepCurrent() {
-  pbCurrent.StepProgress(1);
-  paintNow(pbCurrent);
-}
+void frmCopyToWeb::stepCurrent() { pbCurrent.StepProgress(1); }
 
-void frmCopyToWeb::finishCurrent() {
-  pbCurrent.setValue(pbCurrent.maximum());
-  paintNow(pbCurrent);
-}
+void frmCopyToWeb::finishCurrent() { pbCurrent.setValue(pbCurrent.maximum()); }
 
 bool frmCopyToWeb::ask(const std::wstring& text) {
   return message(text, MB_YESNO | MB_ICONQUESTION) == IDYES;

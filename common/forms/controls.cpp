@@ -122,7 +122,8 @@ bool ProgressBar::isWorthShowing(long value) const noexcept {
 
 // The pictures of a theme take their time, for the whole bar as much as importing some files: only
 // the part is painted that changes. The end of what is filled looks different from the rest, so
-// some of its surroundings come along.
+// some of its surroundings come along. An end of the bar is often left at once for the other one:
+// it is painted with the next step, or when the queue is looked at next.
 void ProgressBar::show(long value) noexcept {
   shown_ = value;
   shownAt_ = GetTickCount();
@@ -133,7 +134,7 @@ void ProgressBar::show(long value) noexcept {
   changed.left = std::min(former, filled_) - changed.bottom;
   changed.right = std::max(former, filled_) + changed.bottom;
   InvalidateRect(hwnd(), &changed, FALSE);
-  UpdateWindow(hwnd());
+  if (value != 0 && value != maximum_) UpdateWindow(hwnd());
 }
 
 // The control would paint itself as a whole at each of its messages, also where no pixel changes.

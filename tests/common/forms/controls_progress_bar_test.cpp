@@ -88,8 +88,10 @@ TEST_CASE("a progress bar paints the part that a step changes and no more") {
     form.bar.StepProgress(1);
     CHECK(painted.take() <= client.right / 10 + 1 + 2 * client.bottom);
     form.bar.ResetProgress(20);
+    UpdateWindow(form.bar.hwnd());
     CHECK(painted.take() >= client.right * 7 / 10);
     form.bar.ResetProgress(30);
+    UpdateWindow(form.bar.hwnd());
     CHECK(painted.take() <= 2 * client.bottom);
   });
 }
@@ -101,11 +103,33 @@ TEST_CASE("a progress bar that is painted in parts looks like one that is painte
     const auto empty = middleLine(form.bar.hwnd());
     for (const long value : {3, 4, 9, 2, 10, 0}) {
       form.bar.setValue(value);
+      UpdateWindow(form.bar.hwnd());
       const auto parts = middleLine(form.bar.hwnd());
       CHECK((parts == empty) == (value == 0));
       RedrawWindow(form.bar.hwnd(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
       CHECK(parts == middleLine(form.bar.hwnd()));
     }
+  });
+}
+
+TEST_CASE("a progress bar that is filled and reset at once is painted once and with the queue") {
+  BarForm([](BarForm& form) {
+    form.bar.ResetProgress(2);
+    form.bar.StepProgress(1);
+    const MessageCount painted(form.bar.hwnd(), WM_PAINT);
+    form.bar.StepProgress(1);
+    form.bar.ResetProgress(3);
+    CHECK(painted.get() == 0);
+    forms::yieldToMessages();
+    CHECK(painted.get() == 1);
+    form.bar.StepProgress(3);
+    forms::yieldToMessages();
+    CHECK(painted.get() == 2);
+    form.bar.ResetProgress(3);
+    form.bar.StepProgress(1);  // comes with what is left to paint
+    CHECK(painted.get() == 3);
+    forms::yieldToMessages();
+    CHECK(painted.get() == 3);
   });
 }
 
