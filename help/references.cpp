@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "common/letter_case.h"
+#include "common/safe_names.h"
 #include "common/text.h"
 
 namespace help {
@@ -56,9 +57,9 @@ std::wstring unescaped(std::wstring_view address) {
 std::optional<std::wstring> fileBeside(const std::wstring& file, const std::wstring& address) {
   const std::wstring path =
       text::replaceAll(unescaped(address.substr(0, address.find_first_of(L"?#"))), L"/", L"\\");
-  if (path.empty() || path[0] == L'\\' || path.find_first_of(L":*?\"<>|") != path.npos) return {};
-  for (const std::wstring& part : text::split(path, L'\\'))
-    if (part == L"..") return {};
+  if (path.empty() || path.find_first_of(L"*?\"<>|") != path.npos ||
+      path.find(L'\0') != path.npos || names::faultOf(path) != names::Fault::none)
+    return {};
   return std::wstring(text::beforeLast(file, L'\\')) + L"\\" + path;
 }
 

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "online/archive/archive_names.h"
+#include "common/safe_names.h"
 #include "online/archive/order.h"
 
 namespace archive {
@@ -117,7 +117,7 @@ class NameCheck {
     if (!pages_.fitsAnsi(*name)) return Fault::unfitName;
     const Place place = placeOf(*name, entry);
     entry.isFolder = place.isFolder;
-    if (faultOf(place.path) != NameFault::none) return Fault::unsafeName;
+    if (names::faultOf(place.path) != names::Fault::none) return Fault::unsafeName;
     if (place.path.size() > longestPath_) return Fault::longName;
     if (place.path.empty()) return place.isFolder ? Fault::none : Fault::noName;
     std::wstring key = pages_.upper(place.path);
@@ -151,14 +151,14 @@ class NameCheck {
   // An earlier library, or another setting of the system, reads the bytes in another way.
   Fault checkReadings(const Entry& entry, const std::wstring& name) const {
     if (hasControl(name)) return Fault::controlName;
-    if (faultOf(name) != NameFault::none) return Fault::unsafeName;
+    if (names::faultOf(name) != names::Fault::none) return Fault::unsafeName;
     constexpr auto isPlainControl = [](char byte) {
       return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F;
     };
     if (std::any_of(entry.name.begin(), entry.name.end(), isPlainControl))
       return Fault::controlName;
-    return faultOf(pages_.fromAnsi(entry.name)) != NameFault::none ||
-                   faultOf(pages_.fromOem(entry.name)) != NameFault::none
+    return names::faultOf(pages_.fromAnsi(entry.name)) != names::Fault::none ||
+                   names::faultOf(pages_.fromOem(entry.name)) != names::Fault::none
                ? Fault::unsafeName
                : Fault::none;
   }

@@ -12,7 +12,7 @@
 #include "common/paths.h"
 #include "common/text.h"
 #include "online/archive/Directory.h"
-#include "online/archive/archive_names.h"
+#include "online/archive/bomb.h"
 #include "online/archive/contents.h"
 #include "online/archive/entry_names.h"
 

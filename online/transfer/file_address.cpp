@@ -1,8 +1,8 @@
 #include "online/transfer/file_address.h"
 
 #include "common/file_names.h"
+#include "common/safe_names.h"
 #include "common/text.h"
-#include "online/archive/archive_names.h"
 
 namespace online {
 namespace {
@@ -29,7 +29,8 @@ bool isFileAddress(const std::optional<modWINInetURL::CrackedUrl>& parts) {
 
 std::optional<std::wstring> fileNameOf(std::wstring_view address) {
   std::wstring name = text::replaceAll(text::afterLast(address, L'/'), L"%20", L" ");
-  if (!modCommon::IsValidFileName(name) || archive::faultOf(name) != archive::NameFault::none)
+  if (name == L"." || !modCommon::IsValidFileName(name) ||
+      names::faultOf(name) != names::Fault::none)
     return std::nullopt;
   return name;
 }

@@ -10,10 +10,28 @@ TEST_CASE("files beside a page are found and no others") {
   CHECK(fileBeside(page, L"images/my%20logo.gif?x#y") == L"C:\\t\\Blue\\images\\my logo.gif");
   CHECK(fileBeside(page, L"caf%C3%A9.gif") == L"C:\\t\\Blue\\caf\xE9.gif");
   CHECK(fileBeside(page, L"50% off.gif") == L"C:\\t\\Blue\\50% off.gif");
-  for (const wchar_t* address :
-       {L"", L"#top", L"../a.gif", L"x\\..\\..\\a.gif", L"%2e%2e/a.gif", L"/a.gif", L"\\\\s\\a.gif",
-        L"//s/a.gif", L"http://s/a.gif", L"file:///C:/a.gif", L"C:\\a.gif", L"a.gif:stream",
-        L"javascript:x", L"a|b.gif"}) {
+  for (const wchar_t* address : {L"",
+                                 L"#top",
+                                 L"../a.gif",
+                                 L"x\\..\\..\\a.gif",
+                                 L"%2e%2e/a.gif",
+                                 L"/a.gif",
+                                 L"\\\\s\\a.gif",
+                                 L"//s/a.gif",
+                                 L"http://s/a.gif",
+                                 L"file:///C:/a.gif",
+                                 L"C:\\a.gif",
+                                 L"a.gif:stream",
+                                 L"javascript:x",
+                                 L"a|b.gif",
+                                 L"com1.gif",
+                                 L"com1%00.gif",
+                                 L"x.doc%00.gif",
+                                 L"images/aux.htm",
+                                 L"x/..%20/a.gif",
+                                 L".. /a.gif",
+                                 L"a.gif.",
+                                 L"..%20"}) {
     CAPTURE(address);
     CHECK_FALSE(fileBeside(page, address).has_value());
   }

@@ -28,6 +28,15 @@ TEST_CASE("which addresses may be files") {
   CHECK_FALSE(isFileAddress(blank));
 }
 
+TEST_CASE("a file's own name is one that stays in its folder") {
+  CHECK(online::fileNameOf(L"http://h/a/b%20c.zip") == L"b c.zip");
+  for (const wchar_t* name :
+       {L".", L"..", L"", L"x\\..\\..\\a.zip", L"con.zip", L"a.zip.", L"a.zip:x"}) {
+    CAPTURE(std::wstring(name));
+    CHECK_FALSE(online::fileNameOf(std::wstring(L"http://h/") + name).has_value());
+  }
+}
+
 TEST_CASE("an address that cannot be taken apart may be a file") {
   CHECK(isFileAddress(std::nullopt));
 }

@@ -1,17 +1,12 @@
-#include "online/archive/archive_names.h"
+#include "common/safe_names.h"
 
 #include <algorithm>
 #include <array>
 
-namespace archive {
+namespace names {
 namespace {
 
 constexpr std::wstring_view separators = L"/\\";
-
-// Plain text compresses to a tenth, a drawing with large areas to a hundredth. Small archives are
-// left alone: they do no harm whatever they claim.
-constexpr double harmlessSize = 64.0 * 1024 * 1024;
-constexpr double highestRatio = 250;
 
 constexpr std::array<std::wstring_view, 7> devices = {L"CON",    L"PRN",     L"AUX",   L"NUL",
                                                       L"CONIN$", L"CONOUT$", L"CLOCK$"};
@@ -40,30 +35,25 @@ bool isReserved(std::wstring_view part) {
                                      [stem](auto device) { return equalsDevice(stem, device); });
 }
 
-NameFault faultOfPart(std::wstring_view part) {
-  if (part.empty() || part == L".") return NameFault::none;
-  if (part == L"..") return NameFault::climbsOut;
-  if (part.find(L':') != part.npos) return NameFault::colon;
-  if (part.back() == L'.' || part.back() == L' ') return NameFault::trailing;
-  if (isReserved(part)) return NameFault::reserved;
-  return NameFault::none;
+Fault faultOfPart(std::wstring_view part) {
+  if (part.empty() || part == L".") return Fault::none;
+  if (part == L"..") return Fault::climbsOut;
+  if (part.find(L':') != part.npos) return Fault::colon;
+  if (part.back() == L'.' || part.back() == L' ') return Fault::trailing;
+  if (isReserved(part)) return Fault::reserved;
+  return Fault::none;
 }
 
 }  // namespace
 
-NameFault faultOf(std::wstring_view name) {
-  if (!name.empty() && separators.find(name.front()) != separators.npos) return NameFault::absolute;
+Fault faultOf(std::wstring_view name) {
+  if (!name.empty() && separators.find(name.front()) != separators.npos) return Fault::absolute;
   while (!name.empty()) {
     const auto end = std::min(name.find_first_of(separators), name.size());
-    if (const NameFault fault = faultOfPart(name.substr(0, end)); fault != NameFault::none)
-      return fault;
+    if (const Fault fault = faultOfPart(name.substr(0, end)); fault != Fault::none) return fault;
     name.remove_prefix(std::min(end + 1, name.size()));
   }
-  return NameFault::none;
+  return Fault::none;
 }
 
-bool isBomb(double unpackedSize, double archiveSize) {
-  return unpackedSize > harmlessSize && unpackedSize > archiveSize * highestRatio;
-}
-
-}  // namespace archive
+}  // namespace names
