@@ -1,0 +1,107 @@
+# Part of ./dev: made-up inputs for the rules that take in what comes from outside. What they promise
+# stands in tests/fuzz/targets, how it is built in tests/fuzz/native. The inputs that are kept are in
+# tests/fuzz/corpus; the ordinary tests replay them.
+
+fuzz_folder=$PWD/build/fuzz
+fuzz_corpus=$PWD/tests/fuzz/corpus
+
+# The unversioned packages are the release's own clang; its sanitizers come for 32 bits, too.
+packages_to_fuzz=(clang libclang-rt-dev g++-multilib lib32z1-dev)
+
+# usage: fuzz [SECONDS] [TARGET]...
+#        fuzz --keep [TARGET]...   the shortest inputs that reach what the kept ones do not are kept,
+#                                  too, of those that runs on this machine have found
+fuzz() {
+  local keep= seconds=60 targets
+  if [[ ${1:-} == --keep ]]; then
+    keep=yes
+    shift
+  elif [[ ${1:-} =~ ^[0-9]+$ ]]; then
+    seconds=$1
+    shift
+  fi
+  check_fuzz_tools
+  get_unzip_source
+  stage fuzz-build build_fuzz
+  mkdir -p "$fuzz_folder/crashes"
+  targets=("$@")
+  ((${#targets[@]} > 0)) || mapfile -t targets < <(ls "$fuzz_corpus")
+  export ASAN_OPTIONS=quarantine_size_mb=8:malloc_context_size=4:detect_stack_use_after_return=0
+  if [[ -n $keep ]]; then keep_inputs "${targets[@]}"; else run_targets "$seconds" "${targets[@]}"; fi
+}
+
+check_fuzz_tools() {
+  command -v clang++ >/dev/null ||
+    die "fuzz: clang is missing; it is needed with its sanitizers, and g++ and zlib for 32 bits, too."
+}
+
+# Anew when the way there has changed.
+get_unzip_source() {
+  local source=build/third-party/unzip-source stamp
+  stamp=$(cksum <cmake/unzip/build-unzip32)
+  [[ $(cat "$source/stamp" 2>/dev/null) != "$stamp" ]] || return 0
+  stage unzip-source cmake/unzip/build-unzip32 --source "$source"
+  printf '%s\n' "$stamp" >"$source/stamp"
+}
+
+build_fuzz() {
+  cmake -S tests/fuzz/native -B "$fuzz_folder" -G Ninja -DCMAKE_C_COMPILER=clang \
+    -DCMAKE_CXX_COMPILER=clang++ && cmake --build "$fuzz_folder"
+}
+
+# usage: run_targets SECONDS TARGET...   A table with a line for each; an error when one crashed.
+run_targets() {
+  local seconds=$1 target log crashes failed=0
+  shift
+  printf '%-18s %12s %10s %8s\n' target runs "new inputs" crashes
+  for target; do
+    log=build/log/fuzz-$target.txt
+    crashes=0
+    run_target "$target" "$seconds" >"$log" 2>&1 || crashes=1
+    printf '%-18s %12s %10s %8s\n' "$target" "$(told executed_units "$log")" \
+      "$(told new_units_added "$log")" "$crashes"
+    if ((crashes > 0)); then
+      failed=1
+      show_crash "$log"
+    fi
+  done
+  return "$failed"
+}
+
+run_target() {
+  local found=$fuzz_folder/found/$1
+  [[ -x $fuzz_folder/bin/$1 ]] || die "fuzz: there is no target $1."
+  mkdir -p "$found"
+  "$fuzz_folder/bin/$1" -max_total_time="$2" -max_len="$(longest_input "$1")" -timeout=10 \
+    -detect_leaks="$(may_not_leak "$1")" -rss_limit_mb=1500 -print_final_stats=1 -artifact_prefix="$fuzz_folder/crashes/$1-" \
+    "$found" "$fuzz_corpus/$1"
+}
+
+longest_input() {
+  case $1 in
+    archive_* | html_page | unpacking) say 600 ;;
+    *) say 256 ;;
+  esac
+}
+
+# The unzip library's part for this system, which does not ship, loses names now and then.
+may_not_leak() { if [[ $1 == unpacking ]]; then say 0; else say 1; fi; }
+
+# usage: told WORD LOG   A number that the fuzzer says at its end.
+told() { sed -n "s/^stat::.*$1: *//p" "$2" | tail -n 1; }
+
+show_crash() {
+  grep -E 'promise is broken|ERROR:|runtime error:' "$1" | head -n 3 || true
+  sed -n 's/.*Test unit written to /  the input is kept in /p' "$1"
+  say "  all that was said is in $1"
+}
+
+# A file's name is its contents' hash, so nothing is kept twice.
+keep_inputs() {
+  local target
+  for target; do
+    mkdir -p "$fuzz_folder/found/$target"
+    stage "keep-$target" "$fuzz_folder/bin/$target" -set_cover_merge=1 -timeout=10 \
+      -detect_leaks=0 -rss_limit_mb=1500 "$fuzz_corpus/$target" "$fuzz_folder/found/$target"
+  done
+}

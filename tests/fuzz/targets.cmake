@@ -1,0 +1,19 @@
+# Each is a source in targets/ and a folder of kept inputs in corpus/.
+set(FUZZ_TARGETS
+  accelerator
+  archive_gate
+  archive_names
+  file_address
+  file_names
+  html_page
+  ini_value
+  page_address
+  picture_header
+  placement_record
+  query_list
+  success_address
+  theme_value
+  unpacking
+  viewer_arguments
+  web_path
+  )
