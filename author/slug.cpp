@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "common/letter_case.h"
+#include "common/safe_names.h"
 #include "common/text.h"
 
 namespace author {
@@ -40,7 +41,9 @@ std::wstring slugOf(std::wstring_view text) {
   }
   slug.resize(slug.size() < longest ? slug.size() : longest);
   while (!slug.empty() && slug.back() == L'-') slug.pop_back();
-  return slug.empty() ? std::wstring(L"item") : slug;
+  if (slug.empty()) return L"item";
+  const bool isDevice = names::faultOf(slug) != names::Fault::none;
+  return isDevice ? L"item-" + slug : slug;
 }
 
 std::wstring freeSlug(std::wstring_view text, text::NameSet& taken) {

@@ -9,7 +9,7 @@
 namespace author {
 
 // Small letters, digits and "-": "gruener-daumen" of "Grüner Daumen!". "item" of a text without any
-// of them.
+// of them, and in front of the name of a device ("con").
 std::wstring slugOf(std::wstring_view text);
 
 // The same with a number behind it where the name is taken, and takes it.

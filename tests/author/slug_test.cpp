@@ -20,3 +20,10 @@ TEST_CASE("a name for the web that is taken gets a number") {
   CHECK(freeSlug(L"the quay", taken) == L"the-quay-2");
   CHECK(freeSlug(L"The-Quay", taken) == L"the-quay-3");
 }
+
+TEST_CASE("a name for the web is none of the system's devices") {
+  CHECK(slugOf(L"Con") == L"item-con");
+  CHECK(slugOf(L"LPT 1") == L"lpt-1");
+  CHECK(slugOf(L"Com1!") == L"item-com1");
+  CHECK(slugOf(L"Console") == L"console");
+}

@@ -89,6 +89,8 @@ TEST_CASE("a promise that is broken fails a replay") {
 TEST_CASE("kept inputs of the choice of an accelerator") { replay("accelerator"); }
 TEST_CASE("kept inputs of the archive gate") { replay("archive_gate"); }
 TEST_CASE("kept inputs of the names in archives") { replay("archive_names"); }
+TEST_CASE("kept inputs of the templates that authors check") { replay("author_page"); }
+TEST_CASE("kept inputs of what authors say") { replay("author_words"); }
 TEST_CASE("kept inputs of the file addresses") { replay("file_address"); }
 TEST_CASE("kept inputs of the names of files and folders") { replay("file_names"); }
 TEST_CASE("kept inputs of the pages of notes and help") { replay("html_page"); }

@@ -16,7 +16,7 @@ class Agreeing final : public UnpackingQuestions {
  public:
   Overwrite overwrite(const std::wstring&) override { return Overwrite::yes; }
   std::optional<std::wstring> password(int) override { return L"secret"; }
-  void fail(std::wstring_view) noexcept override {}
+  void fail(std::wstring_view, std::wstring_view) noexcept override {}
   bool keepGoing() override { return true; }
 };
 

@@ -3,6 +3,8 @@ set(FUZZ_TARGETS
   accelerator
   archive_gate
   archive_names
+  author_page
+  author_words
   file_address
   file_names
   html_page
