@@ -26,7 +26,6 @@ fuzz() {
   mkdir -p "$fuzz_folder/crashes"
   targets=("$@")
   ((${#targets[@]} > 0)) || mapfile -t targets < <(ls "$fuzz_corpus")
-  export ASAN_OPTIONS=quarantine_size_mb=8:malloc_context_size=4:detect_stack_use_after_return=0
   if [[ -n $keep ]]; then keep_inputs "${targets[@]}"; else run_targets "$seconds" "${targets[@]}"; fi
 }
 
@@ -72,9 +71,8 @@ run_target() {
   local found=$fuzz_folder/found/$1
   [[ -x $fuzz_folder/bin/$1 ]] || die "fuzz: there is no target $1."
   mkdir -p "$found"
-  "$fuzz_folder/bin/$1" -max_total_time="$2" -max_len="$(longest_input "$1")" -timeout=10 \
-    -detect_leaks="$(may_not_leak "$1")" -rss_limit_mb=1500 -print_final_stats=1 -artifact_prefix="$fuzz_folder/crashes/$1-" \
-    "$found" "$fuzz_corpus/$1"
+  with_sanitizers "$1" -max_total_time="$2" -max_len="$(longest_input "$1")" -print_final_stats=1 \
+    -artifact_prefix="$fuzz_folder/crashes/$1-" "$found" "$fuzz_corpus/$1"
 }
 
 longest_input() {
@@ -84,8 +82,14 @@ longest_input() {
   esac
 }
 
-# The unzip library's part for this system, which does not ship, loses names now and then.
-may_not_leak() { if [[ $1 == unpacking ]]; then say 0; else say 1; fi; }
+# usage: with_sanitizers TARGET [OPTION]...   The unzip library loses some memory now and then.
+with_sanitizers() {
+  local target=$1 leaks=1
+  shift
+  [[ $target != unpacking ]] || leaks=0
+  ASAN_OPTIONS=quarantine_size_mb=8:malloc_context_size=4:detect_stack_use_after_return=0:detect_leaks=$leaks \
+    "$fuzz_folder/bin/$target" -detect_leaks="$leaks" -timeout=10 -rss_limit_mb=1500 "$@"
+}
 
 # usage: told WORD LOG   A number that the fuzzer says at its end.
 told() { sed -n "s/^stat::.*$1: *//p" "$2" | tail -n 1; }
@@ -101,7 +105,8 @@ keep_inputs() {
   local target
   for target; do
     mkdir -p "$fuzz_folder/found/$target"
-    stage "keep-$target" "$fuzz_folder/bin/$target" -set_cover_merge=1 -timeout=10 \
-      -detect_leaks=0 -rss_limit_mb=1500 "$fuzz_corpus/$target" "$fuzz_folder/found/$target"
+    stage "keep-$target" with_sanitizers "$target" -set_cover_merge=1 -use_counters=0 \
+      -artifact_prefix="$fuzz_folder/crashes/$target-" "$fuzz_corpus/$target" \
+      "$fuzz_folder/found/$target"
   done
 }

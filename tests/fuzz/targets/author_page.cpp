@@ -62,7 +62,8 @@ const fuzz::Target target("author_page", [](fuzz::Input input) {
   const author::LineNumbers lines(text);
   int line = 1;
   for (std::size_t offset = 0; offset < text.size(); ++offset) {
-    promise(lines.of(offset) == line && author::lineOf(text, offset) == line, "lines are counted");
+    promise(lines.of(offset) == line, "lines are counted");
+    if (offset % 64 == 0) promise(author::lineOf(text, offset) == line, "lines are counted");
     if (text[offset] == L'\n') ++line;
   }
 });

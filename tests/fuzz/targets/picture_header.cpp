@@ -17,7 +17,7 @@ const fuzz::Target target("picture_header", [](fuzz::Input input) {
                                 static_cast<std::uint64_t>(header->height),
           "no more is decoded than is said");
   promise(header->isGif || file.starts_with("\xFF\xD8"), "a picture is of a known kind");
-  promise(header->length <= file.size() || header->isGif, "the part that shows is in the file");
+  promise(header->length <= file.size(), "the part that shows is in the file");
   const auto again = readPictureHeader(file.substr(0, header->length));
   promise(again && again->pixels == header->pixels, "the part that shows is a picture");
 });
