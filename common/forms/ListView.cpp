@@ -251,9 +251,9 @@ void ListView::addTip(NMLVGETINFOTIPW& tip) const {
   lstrcpynW(tip.pszText, whole.c_str(), tip.cchTextMax);
 }
 
-void ListView::setEmptyText(std::wstring text) {
+void ListView::setEmptyText(std::wstring_view text) {
   if (emptyText_ == text) return;
-  emptyText_ = std::move(text);
+  emptyText_ = text;
   InvalidateRect(hwnd(), nullptr, TRUE);
 }
 

@@ -50,7 +50,7 @@ class ListView : public Control {
   void endGrowing() noexcept;
 
   // What the list says in its space while it has no row.
-  void setEmptyText(std::wstring text);
+  void setEmptyText(std::wstring_view text);
 
   // The user selected a row, by mouse or keyboard, or clicked on the selected one again.
   std::function<void()> onItemClick;
