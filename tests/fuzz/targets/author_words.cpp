@@ -1,9 +1,9 @@
 // What the authors' program is told, and what it makes of it: its command line, names of files,
 // pages with gaps, JSON.
-#include "author/CommandLine.h"
 #include "author/Json.h"
-#include "author/PageTemplate.h"
-#include "author/Slug.h"
+#include "author/command_line.h"
+#include "author/page_template.h"
+#include "author/slug.h"
 #include "common/errors.h"
 #include "common/safe_names.h"
 #include "tests/fuzz/Target.h"
