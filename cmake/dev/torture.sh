@@ -2,7 +2,7 @@
 # to read the table is told in docs/torture.md.
 
 torture_folder=$PWD/build/torture
-torture_kinds=(host cancel system endurance)
+torture_kinds=(host cancel system endurance monkey)
 torture_block=150    # runs of one process
 torture_patience=900 # seconds for one process: one that takes longer hangs
 

@@ -232,11 +232,57 @@ Verdict Trial::again() {
   const Course course = run([&] { journey_.body(world_); }, verdict.complaints);
   verdict = judge(course, false, std::move(verdict));
   if (verdict.outcome != "as always") verdict.complaints.push_back(L"it went otherwise");
+  watchMemory(verdict.complaints);
+  return verdict;
+}
+
+void Trial::watchMemory(Lines& complaints) {
   const std::size_t now = memoryOfProcess();
   if (++times_ == warmUps) memory_ = now;
   if (times_ > warmUps && now > memory_ + mostGrowth)
-    verdict.complaints.push_back(L"memory has grown by " + std::to_wstring(now - memory_));
+    complaints.push_back(L"memory has grown by " + std::to_wstring(now - memory_));
+}
+
+// What is taken once and kept on purpose is taken by the first monkey that comes to it: what is
+// lost is lost by the same monkey each time.
+Verdict Trial::withMonkey(unsigned seed, int actions) {
+  Verdict verdict;
+  letMonkeyPlay(seed, actions, verdict.complaints);
+  if (takesMore()) {
+    letMonkeyPlay(seed, actions, verdict.complaints);
+    for (const auto& [thing, count] : world_.held())
+      if (count > most_[thing])
+        verdict.complaints.push_back(L"not given back: " + wide(thing) + L", " +
+                                     std::to_wstring(count - most_[thing]));
+  }
+  Course course = run([&] { journey_.body(world_); }, verdict.complaints);
+  course.held = usual_.held;  // it has been looked at
+  verdict = judge(course, false, std::move(verdict));
+  watchMemory(verdict.complaints);
   return verdict;
+}
+
+void Trial::letMonkeyPlay(unsigned seed, int actions, Lines& complaints) {
+  world_.begin();
+  world_.connect();
+  world_.frame().open();
+  const Desk before = world_.desk();
+  world_.look([&] { world_.play(seed, actions); });
+  compareDesks(before, world_.desk(), world_.isElsewhere(), complaints);
+  for (const auto& file : world_.lostFiles()) complaints.push_back(L"lost: " + file);
+  world_.end();
+  if (!world_.canUnload()) complaints.push_back(L"the module cannot be unloaded");
+}
+
+// Than any monkey before; it is the most from now on.
+bool Trial::takesMore() {
+  bool more = false;
+  for (const auto& [thing, count] : world_.held()) {
+    long& most = most_[thing];
+    more = more || count > most;
+    most = std::max(most, count);
+  }
+  return more;
 }
 
 Verdict Trial::judge(const Course& course, bool hostWasGone, Verdict verdict) const {

@@ -41,6 +41,8 @@ class Trial {
   // Undisturbed: nothing may grow, not even by what is kept on purpose.
   Verdict again();
   Verdict withSystemTrouble(const SystemWay& way, int number);
+  // Somebody does anything at all before the journey.
+  Verdict withMonkey(unsigned seed, int actions);
 
  private:
   struct Course {
@@ -53,12 +55,16 @@ class Trial {
   Course runUntilSteady(const std::function<void()>& body, Lines& complaints);
   void compare(const Course& course, bool hostWasGone, Verdict& verdict) const;
   Verdict judge(const Course& course, bool hostWasGone, Verdict verdict) const;
+  void letMonkeyPlay(unsigned seed, int actions, Lines& complaints);
+  bool takesMore();
+  void watchMemory(Lines& complaints);
   static void demandWord(HostWay way, Verdict& verdict);
 
   World& world_;
   const Journey& journey_;
   int hostCalls_ = 0;
   Course usual_;
+  std::map<std::string, long> most_;  // held after a monkey
   int times_ = 0;
   std::size_t memory_ = 0;  // of the process when it had warmed up
 };

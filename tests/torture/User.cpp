@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "catalogue/resource.h"
+#include "tests/torture/Monkey.h"
 #include "tests/torture/World.h"
 #include "webcopy/resource.h"
 
@@ -38,7 +39,8 @@ int agree(const ShownBox& box) {
 User::User(FakeWebBrowser& page, std::wstring download)
     : page_(page), download_(std::move(download)) {
   current = this;
-  modal_.answerOthers(agree);
+  modal_.answerOthers(
+      [this](const ShownBox& box) { return monkey_ ? monkey_->choose(box) : agree(box); });
   for (int visit = 0; visit < visitsOfEach; ++visit) {
     expect(L"Dynamic Web Template Browser", false);
     expect(L"DWT Online", true);
@@ -69,6 +71,7 @@ void CALLBACK User::onTimer(HWND, UINT, UINT_PTR, DWORD) {
 
 // What is done in a window may show others, in which the user then acts.
 void User::lookAround() {
+  if (monkey_) return monkey_->act();
   std::erase_if(visited_, [](const Visited& each) { return !isUp(each.window); });
   if (visited_.empty()) return;
   Visited& top = visited_.back();

@@ -12,6 +12,8 @@
 
 namespace torture {
 
+class Monkey;
+
 // While it lives, on the thread of the windows.
 class User {
  public:
@@ -27,6 +29,8 @@ class User {
 
   // Instead of that, opens every window that there is and closes it again.
   void lookAtEverything() { looks_ = true; }
+  // Instead of the user; null for the user again.
+  void giveWayTo(Monkey* monkey) { monkey_ = monkey; }
 
   // What is chosen in the browser.
   static constexpr wchar_t wantedTemplate[] = L"Night Ferry";
@@ -51,6 +55,7 @@ class User {
   std::vector<Visited> visited_;
   UINT_PTR timer_ = 0;
   bool looks_ = false;
+  Monkey* monkey_ = nullptr;
   std::set<HWND> met_;
 };
 

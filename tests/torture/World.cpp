@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "tests/online/archive/ZipMaker.h"
+#include "tests/torture/Monkey.h"
 
 namespace torture {
 namespace {
@@ -106,6 +107,12 @@ BOOL CALLBACK noteDialog(HWND window, LPARAM list) {
   return TRUE;
 }
 
+bool isOfOtherProgram(HWND window) {
+  DWORD process = 0;
+  GetWindowThreadProcessId(window, &process);
+  return window && window != GetDesktopWindow() && process != GetCurrentProcessId();
+}
+
 }  // namespace
 
 std::vector<HWND> ownDialogs() {
@@ -133,8 +140,10 @@ void World::end() {
 void World::layOut() {
   removeTree(disk / web);
   removeTree(disk / L"downloads");
+  removeTree(disk / L"data");
   writeWeb(disk);
-  if (!disk.exists(L"templates\\Night Ferry")) writeTemplates(disk);
+  removeTree(disk / L"templates");
+  writeTemplates(disk);
   disk.writeFile(L"downloads\\mine.txt", "the user's own file");
   setUpRegistry();
   users_ = files();
@@ -185,6 +194,28 @@ void World::openEverything() {
   clickBoth();
 }
 
+void World::play(unsigned seed, int actions) {
+  Monkey monkey(seed, actions, page, {downloadAddress(), L"http://127.0.0.1/catalogue/other.htm"},
+                [this](int entry) { entry == 0 ? copy() : download(); });
+  user_->giveWayTo(&monkey);
+  while (!monkey.isDone()) monkey.open();
+  user_->giveWayTo(nullptr);
+  closeHelp();
+}
+
+// A viewer may come up after everything else is over.
+bool World::isElsewhere() const { return isOfOtherProgram(GetForegroundWindow()); }
+
+// The viewers of help and notes are programs of their own, which stay until they are closed.
+void World::closeHelp() {
+  HWND viewer = nullptr;
+  while (isOfOtherProgram(viewer = GetForegroundWindow())) {
+    PostMessageW(viewer, WM_CLOSE, 0, 0);
+    if (!pumpUntil([viewer] { return GetForegroundWindow() != viewer; })) break;
+  }
+  frame_.open();
+}
+
 void World::loseTemplates() {
   removeTree(disk / L"templates\\Night Ferry");
   removeTree(disk / L"downloads");
@@ -199,10 +230,14 @@ void World::clickBoth() {
   host_->click(dwtOnline);
 }
 
+std::wstring World::downloadAddress() const {
+  return L"http://127.0.0.1/DWTOnlineDownload.htm?dwt1=" + server_.url(L"/d.zip");
+}
+
 Seen World::look(const std::function<void()>& body) {
   frame_.open();
   log_.clear();
-  User user(page, L"http://127.0.0.1/DWTOnlineDownload.htm?dwt1=" + server_.url(L"/d.zip"));
+  User user(page, downloadAddress());
   user_ = &user;
   body();
   settle();

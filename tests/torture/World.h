@@ -69,6 +69,8 @@ class World {
   void download();
   // Every window that there is, one after another.
   void openEverything();
+  // Anything at all, as `seed` will have it; then the windows are closed.
+  void play(unsigned seed, int actions);
   // The template that the user wants, and what has been downloaded, are gone.
   void loseTemplates();
   // Both entries one after the other, as an impatient user does.
@@ -78,6 +80,8 @@ class World {
   // The user works, unless openEverything() is called in it.
   Seen look(const std::function<void()>& body);
   Desk desk() const;
+  // Whether another program's window is in front.
+  bool isElsewhere() const;
   // Files of the user's that are gone or changed.
   Lines lostFiles() const;
   // What the module holds of the system and of the host; nothing is left of the host after end().
@@ -95,9 +99,11 @@ class World {
   FakeWebBrowser page;
 
  private:
+  void closeHelp();
   void layOut();
   void setUpRegistry();
   Files files() const;
+  std::wstring downloadAddress() const;
 
   HttpServer server_;
   DebugOutput log_;

@@ -14,17 +14,16 @@
 #include <vector>
 
 #include "tests/support/Watchdog.h"
+#include "tests/support/utf8.h"
 #include "tests/torture/Torture.h"
 
 namespace {
 
 constexpr DWORD patience = 120000;  // milliseconds for one run and the undisturbed ones behind it
 
+// In one field of a row.
 std::string narrow(const std::wstring& text) {
-  std::string bytes(text.size() * 3, '\0');
-  bytes.resize(static_cast<std::size_t>(
-      WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), bytes.data(),
-                          static_cast<int>(bytes.size()), nullptr, nullptr)));
+  std::string bytes = toUtf8(text);
   for (char& each : bytes)
     if (each == '\t' || each == '\r' || each == '\n') each = ' ';
   return bytes;
@@ -121,27 +120,54 @@ void runEndurance(const torture::Journey& journey, int from, int to) {
   }
 }
 
+// As many actions as somebody makes in eight hours, one in three seconds. A run's number is the
+// seed.
+constexpr int monkeys = 48;
+constexpr int actionsOfMonkey = 200;
+
+void runMonkey(const torture::Journey& journey, int from, int to) {
+  torture::World world;
+  torture::Trial trial(world, journey);
+  for (int number = from; number <= to; ++number) {
+    const Watchdog watchdog(patience);
+    print("monkey", journey.name, "anything", number,
+          trial.withMonkey(static_cast<unsigned>(number), actionsOfMonkey));
+  }
+}
+
+int list(const std::string& kind) {
+  if (kind == "host")
+    listHost();
+  else if (kind == "endurance")
+    listEndurance();
+  else if (kind == "monkey")
+    std::printf("monkey copy 0 %d\n", monkeys);
+  else if (kind == "system" || kind == "cancel")
+    listSystem(kind);
+  else
+    return 2;
+  return 0;
+}
+
 int run(const std::vector<std::string>& words) {
   const bool isList = words.size() == 2 && words[0] == "list";
   if (!isList && words.size() != 5) return 2;
   const std::string& kind = isList ? words[1] : words[0];
-  const bool isHost = kind == "host";
-  const bool isEndurance = kind == "endurance";
-  if (!isHost && !isEndurance && kind != "system" && kind != "cancel") return 2;
-  if (isList) {
-    isHost ? listHost() : isEndurance ? listEndurance() : listSystem(kind);
-    return 0;
-  }
+  if (isList) return list(kind);
   const torture::Journey& journey = torture::journeyOf(words[1]);
   const int way = std::stoi(words[2]);
   const int from = std::stoi(words[3]);
   const int to = std::stoi(words[4]);
-  if (isHost)
+  if (kind == "host")
     runHost(journey, way, from, to);
-  else if (isEndurance)
+  else if (kind == "endurance")
     runEndurance(journey, from, to);
-  else
+  else if (kind == "monkey")
+    runMonkey(journey, from, to);
+  else if (kind == "system" || kind == "cancel")
     runSystem(kind, journey, way, from, to);
+  else
+    return 2;
   return 0;
 }
 
