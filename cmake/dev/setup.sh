@@ -3,8 +3,8 @@
 
 packages_to_work=(
   wine wine32:i386 wine64 g++-mingw-w64-i686-win32 libz-mingw-w64-dev mingw-w64-tools doctest-dev
-  cmake ninja-build dpkg-dev patch python3 python3-pyftpdlib zip 7zip libarchive-tools fastjar nsis xvfb
-  openbox imagemagick x11-utils fonts-wine fonts-liberation)
+  cmake ninja-build dpkg-dev patch locales python3 python3-pyftpdlib zip 7zip libarchive-tools fastjar
+  nsis xvfb openbox imagemagick x11-utils fonts-wine fonts-liberation)
 
 # npm only where the system's own formatter is of another version, see lint.sh.
 packages_to_lint() {
@@ -25,6 +25,18 @@ set_up() {
     check_tools_elsewhere
   fi
   cmake/unzip/build-unzip32
+  make_locales
+}
+
+# Under which Windows programs have code page 932, and 65001.
+make_locales() {
+  local name
+  for name in ja_JP hi_IN; do
+    [[ -d build/locales/$name.UTF-8 ]] && continue
+    mkdir -p build/locales
+    localedef -i "$name" -f UTF-8 "build/locales/$name.UTF-8" ||
+      die "The locale $name cannot be made: glibc's localedef and its sources of locales are needed."
+  done
 }
 
 missing_packages() {
@@ -39,7 +51,7 @@ missing_packages() {
 check_tools_elsewhere() {
   local tool
   for tool in wine wineserver i686-w64-mingw32-g++-win32 i686-w64-mingw32-windres \
-    i686-w64-mingw32-widl cmake ninja python3 zip 7zz bsdtar fastjar makensis Xvfb openbox import; do
+    i686-w64-mingw32-widl cmake ninja python3 zip 7zz bsdtar fastjar makensis localedef Xvfb openbox import; do
     command -v "$tool" >/dev/null || missing_elsewhere "$tool"
   done
   # The compiler answers with a path when it finds the library.
@@ -51,7 +63,7 @@ missing_elsewhere() {
   die "$1 is missing, and only Debian is set up by itself. Needed here: Wine for" \
     "32-bit and 64-bit programs, mingw-w64's g++ for i686 with the win32 thread model, its windres" \
     "and widl, its zlib, doctest, CMake 3.25, Ninja, Python 3 with its pyftpdlib, zip, 7-Zip," \
-    "bsdtar, fastjar, NSIS 3, Xvfb, openbox, ImageMagick, xdpyinfo, the Liberation fonts, and Info-ZIP's" \
+    "bsdtar, fastjar, NSIS 3, localedef with its sources, Xvfb, openbox, ImageMagick, xdpyinfo, the Liberation fonts, and Info-ZIP's" \
     "unzip32.dll in build/third-party/unzip; clang-format 14 or 15, clang-tidy and cppcheck to lint."
 }
 

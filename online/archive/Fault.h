@@ -29,7 +29,7 @@ enum class Fault {
   unsafeName,   // could lead outside of the folder it is unpacked into
   controlName,  // holds a control character
   badUtf8,      // is said to be in UTF-8 and is not
-  unfitName,    // holds a character that the code page lacks
+  unfitName,    // holds a character that the code page or the library lacks
   longName,     // the path would be longer than the system takes
   sameName,     // two different names would become the same file
   fileAndFolder,

@@ -60,6 +60,14 @@ bool isControl(wchar_t letter) { return letter < 0x20 || (letter >= 0x7F && lett
 
 bool hasControl(std::wstring_view name) { return std::any_of(name.begin(), name.end(), isControl); }
 
+// One beyond sixteen bits: even where the code page has it the library writes "_" in its place.
+bool hasLongLetter(std::wstring_view name) {
+  return std::any_of(name.begin(), name.end(), [](wchar_t letter) {
+    const auto code = static_cast<std::uint32_t>(letter);
+    return code >= 0xD800 && (code < 0xE000 || code > 0xFFFF);
+  });
+}
+
 constexpr std::wstring_view notInNames = L"<>|\"?*:";
 
 void dropVersion(std::wstring& path) {
@@ -114,7 +122,7 @@ class NameCheck {
     const auto name = nameOf(entry, pages_);
     if (!name) return Fault::badUtf8;
     if (const Fault fault = checkReadings(entry, *name); fault != Fault::none) return fault;
-    if (!pages_.fitsAnsi(*name)) return Fault::unfitName;
+    if (!pages_.fitsAnsi(*name) || hasLongLetter(*name)) return Fault::unfitName;
     const Place place = placeOf(*name, entry);
     entry.isFolder = place.isFolder;
     if (names::faultOf(place.path) != names::Fault::none) return Fault::unsafeName;
