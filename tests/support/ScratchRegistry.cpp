@@ -1,5 +1,7 @@
 #include "tests/support/ScratchRegistry.h"
 
+#include <stdexcept>
+
 namespace {
 
 constexpr wchar_t scratchKey[] = L"Software\\Quillet scratch";
@@ -38,6 +40,20 @@ class OpenKey {
   HKEY key_ = nullptr;
 };
 
+// Whether what is made below `root` is found below `key`.
+bool leadsTo(HKEY key, HKEY root) {
+  constexpr wchar_t mark[] = L"mark of a test";
+  { const OpenKey made(root, mark, true); }
+  const bool found = OpenKey(key, mark, false).get() != nullptr;
+  RegDeleteKeyW(root, mark);
+  return found;
+}
+
+void letGo() {
+  for (const HKEY root : redirected) RegOverridePredefKey(root, nullptr);
+  deleteTree(HKEY_CURRENT_USER, processKey());
+}
+
 }  // namespace
 
 ScratchRegistry::ScratchRegistry() {
@@ -46,16 +62,17 @@ ScratchRegistry::ScratchRegistry() {
   HKEY keys[2] = {};
   for (int i = 0; i < 2; ++i)
     RegCreateKeyW(HKEY_CURRENT_USER, (processKey() + L"\\" + std::to_wstring(i)).c_str(), &keys[i]);
-  for (int i = 0; i < 2; ++i) {
-    RegOverridePredefKey(redirected[i], keys[i]);
-    RegCloseKey(keys[i]);
-  }
+  bool areRedirected = true;
+  for (int i = 0; i < 2; ++i)
+    areRedirected = RegOverridePredefKey(redirected[i], keys[i]) == ERROR_SUCCESS &&
+                    leadsTo(keys[i], redirected[i]) && areRedirected;
+  for (const HKEY key : keys) RegCloseKey(key);
+  if (areRedirected) return;
+  letGo();
+  throw std::runtime_error("the registry is not redirected");
 }
 
-ScratchRegistry::~ScratchRegistry() {
-  for (const HKEY root : redirected) RegOverridePredefKey(root, nullptr);
-  deleteTree(HKEY_CURRENT_USER, processKey());
-}
+ScratchRegistry::~ScratchRegistry() { letGo(); }
 
 void ScratchRegistry::setString(HKEY root, std::wstring_view key, std::wstring_view name,
                                 std::wstring_view value) {

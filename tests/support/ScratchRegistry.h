@@ -10,6 +10,7 @@
 
 class ScratchRegistry {
  public:
+  // Throws std::runtime_error unless both are: nothing of a test may reach the user's own.
   ScratchRegistry();
   ~ScratchRegistry();
   ScratchRegistry(const ScratchRegistry&) = delete;

@@ -1,7 +1,5 @@
 #include "tests/torture/World.h"
 
-#include <shlwapi.h>
-
 #include <algorithm>
 
 #include "tests/online/archive/ZipMaker.h"
@@ -150,22 +148,21 @@ void World::layOut() {
 }
 
 void World::setUpRegistry() {
-  SHDeleteKeyW(HKEY_CURRENT_USER, L"Software");
-  SHDeleteKeyW(HKEY_LOCAL_MACHINE, L"Software");
+  registry.emplace();
   const std::wstring own = ownSettings;
   const auto set = [this](const std::wstring& key, const wchar_t* name, const std::wstring& value) {
-    registry.setString(HKEY_CURRENT_USER, key, name, value);
+    registry->setString(HKEY_CURRENT_USER, key, name, value);
   };
-  registry.setString(HKEY_CURRENT_USER, own + L"DWT Folders", disk / L"templates",
+  registry->setString(HKEY_CURRENT_USER, own + L"DWT Folders", disk / L"templates",
                      disk / L"templates");
   set(own + L"Settings", L"Logging", L"1");
   set(own + L"Settings", L"DWTDownloadDir", disk / L"downloads");
   set(systemSettings + std::wstring(L"Explorer\\Shell Folders"), L"AppData",
       disk.makeFolder(L"data"));
-  registry.setNumber(HKEY_CURRENT_USER, systemSettings + std::wstring(L"Internet Settings"),
+  registry->setNumber(HKEY_CURRENT_USER, systemSettings + std::wstring(L"Internet Settings"),
                      L"ProxyEnable", 0);
-  registry.setString(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Korvel Software\\Quillet Viewer", L"DWTOnline",
-                     L"http://127.0.0.1/catalogue/start.htm");
+  registry->setString(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Korvel Software\\Quillet Viewer",
+                      L"DWTOnline", L"http://127.0.0.1/catalogue/start.htm");
 }
 
 void World::connect() {

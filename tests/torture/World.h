@@ -94,7 +94,7 @@ class World {
   HostFrame& frame() { return frame_; }
   SystemCalls& system() { return calls_; }
 
-  ScratchRegistry registry;
+  std::optional<ScratchRegistry> registry{std::in_place};  // made anew for each begin()
   ScratchFolder disk;
   FakeWebBrowser page;
 
