@@ -13,6 +13,17 @@ find_file(DOCTEST_DISCOVERY doctest.cmake
           PATHS /usr/lib/cmake/doctest /usr/lib64/cmake/doctest NO_CMAKE_FIND_ROOT_PATH REQUIRED)
 include(${DOCTEST_DISCOVERY})
 
+# What a test program reads stands beside it, so that both can be taken to another machine.
+function(beside_tests program file)
+  set(copy ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${file})
+  add_custom_command(OUTPUT ${copy}
+    COMMAND ${CMAKE_COMMAND} -E copy ${CMAKE_CURRENT_SOURCE_DIR}/${file} ${copy}
+    DEPENDS ${file}
+    VERBATIM)
+  add_custom_target(beside-${program} DEPENDS ${copy})
+  add_dependencies(${program} beside-${program})
+endfunction()
+
 # One executable per room of the house; each of its test cases is a test of its own for CTest. A test
 # needs a desktop, clipboard and registry for itself: as many run at once as there are Wine prefixes
 # in the resource file that CTest is given. Without one, CTest must run them one after another.

@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "addin/identity.h"
+#include "tests/support/machine.h"
 
 ShippedModule::ShippedModule(const std::wstring& path) : module_(LoadLibraryW(path.c_str())) {
   if (!module_) throw std::runtime_error("the module does not load");
@@ -47,6 +48,9 @@ HRESULT ShippedModule::install(bool install, const wchar_t* commandLine) const {
   return entry<HRESULT WINAPI(BOOL, LPCWSTR)>("DllInstall")(install, commandLine);
 }
 
-RegisteredModule::RegisteredModule() : outcome_(module_.registerServer()) {}
+RegisteredModule::RegisteredModule() {
+  machine::mayChange();
+  outcome_ = module_.registerServer();
+}
 
 RegisteredModule::~RegisteredModule() { module_.unregisterServer(); }

@@ -41,7 +41,7 @@ class ShippedModule {
   HMODULE module_ = nullptr;
 };
 
-// Registered for the machine in the throw-away registry of the tests while it lives.
+// Registered for the machine while it lives. Throws Skipped where the machine has to stay as it is.
 class RegisteredModule {
  public:
   RegisteredModule();
@@ -53,5 +53,5 @@ class RegisteredModule {
 
  private:
   ShippedModule module_;
-  HRESULT outcome_;
+  HRESULT outcome_ = E_FAIL;
 };

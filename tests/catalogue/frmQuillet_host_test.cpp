@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include "tests/catalogue/frmQuillet_support.h"
+#include "tests/support/machine.h"
 
 namespace {
 
@@ -93,6 +94,7 @@ TEST_CASE("a host that will not make or tell the destination gets no file of a t
 }
 
 TEST_CASE("the button for the folders brings the host to the front once by its version's name") {
+  machine::mayChange();
   standin::HostOptions options;
   options.explorerObject = true;
   options.version = L"11.0.8173";

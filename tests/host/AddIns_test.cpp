@@ -7,6 +7,7 @@
 #include "host/guarded.h"
 #include "tests/host/LateBound.h"
 #include "tests/support/ScratchRegistry.h"
+#include "tests/support/machine.h"
 #include "tests/support/text_output.h"
 
 using standin::AddIns;
@@ -129,6 +130,7 @@ struct OfferedAddIn {
   DWORD cookie = 0;
 
   explicit OfferedAddIn(DWORD loadBehavior = 3) {
+    machine::mayChange();
     const std::wstring id = L"{5E3C7B10-4D1E-4D0B-9B51-0C2E7A663107}";
     RegSetValueW(HKEY_CLASSES_ROOT, L"QuilletTest.AddIn\\CLSID", REG_SZ, id.c_str(),
                  static_cast<DWORD>(id.size()) * sizeof(wchar_t));

@@ -4,7 +4,9 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "common/module.h"
 #include "tests/online/loopback.h"
+#include "tests/support/Skipped.h"
 
 namespace {
 
@@ -40,10 +42,13 @@ std::wstring RealServers::url(const std::wstring& path) const {
 // Wine starts a program of the system around it as it starts one of its own. The command line names
 // this Python wholly too: from a mere name it would take the first one in the path for itself.
 void RealServers::start() const {
+  const std::wstring servers = module::folder() + L"real_servers.py";
+  if (GetFileAttributesW(servers.c_str()) == INVALID_FILE_ATTRIBUTES)
+    throw Skipped("it needs the HTTP and FTP servers of the machine of the build");
   std::wstring program = L"\\\\?\\unix" QUILLET_PYTHON;
   for (wchar_t& letter : program)
     if (letter == L'/') letter = L'\\';
-  std::wstring command = L"\"" QUILLET_PYTHON L"\" \"" QUILLET_REAL_SERVERS L"\" " +
+  std::wstring command = L"\"" QUILLET_PYTHON L"\" \"" + wide(outsidePath(servers)) + L"\" " +
                          std::to_wstring(port_) + L" \"" + wide(outsidePath(folder_.path())) +
                          L"\"";
   STARTUPINFOW startup = {};

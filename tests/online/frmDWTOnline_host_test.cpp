@@ -1,5 +1,6 @@
 // The online catalogue's window and the host behind it.
 #include "tests/online/OnlineWindow.h"
+#include "tests/support/machine.h"
 
 TEST_CASE("a host that gives no version gets the online window all the same") {
   for (const bool empty : {false, true}) {
@@ -20,6 +21,7 @@ TEST_CASE("a host that gives no version gets the online window all the same") {
 }
 
 TEST_CASE("the online window brings the host to the front once by its version's name") {
+  machine::mayChange();
   standin::HostOptions options;
   options.explorerObject = true;
   options.version = L"11.0.8173";

@@ -19,6 +19,7 @@
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/ScratchRegistry.h"
+#include "tests/support/machine.h"
 #include "tests/support/text_output.h"
 
 using namespace modCommon;
@@ -475,6 +476,7 @@ class ExplorerFactory : public IClassFactory {
 class Registered {
  public:
   explicit Registered(const std::wstring& server = {}) {
+    machine::mayChange();
     set(progId() + L"\\CLSID", explorerClassText);
     if (!server.empty()) set(classKey() + L"\\LocalServer32", server);
   }
