@@ -2,14 +2,22 @@
 
 package_folder=$PWD/build/package
 
-# usage: package [--twice|--tests]
+# usage: package [--tests] [--twice]
 package() {
-  case ${1:-} in
-    '') stage package make_package "$package_folder"; show_package ;;
-    --twice) stage package make_package "$package_folder"; stage again package_again; compare_packages ;;
-    --tests) die "not yet" ;;
-    *) die "package knows no other words than --twice and --tests." ;;
-  esac
+  local make=make_package twice= word
+  for word in "$@"; do
+    case $word in
+      --tests) make=make_tests_package ;;
+      --twice) twice=1 ;;
+      *) die "package knows no other words than --twice and --tests." ;;
+    esac
+  done
+  stage package "$make" "$package_folder"
+  if [[ -n $twice ]]; then
+    stage again package_again "$make"
+    compare_packages
+  fi
+  show_package
 }
 
 # usage: make_package FOLDER
@@ -23,8 +31,20 @@ make_package() {
   zip_up "$1/Quillet" "$1/Quillet.zip"
   rm -r "$1/Quillet" "$1/pictures"
   cp build/release/bin/Quillet.dll.debug "$1/"
-  (cd "$1" && sha256sum -- * >SHA256SUMS.txt)
+  write_sums "$1"
 }
+
+# usage: make_tests_package FOLDER   Beside what else is there.
+make_tests_package() {
+  mkdir -p "$1"
+  tests/runner/collect build/release/bin "$(project_version)" "$1/QuilletTests"
+  rm -f "$1/QuilletTests.zip"
+  zip_up "$1/QuilletTests" "$1/QuilletTests.zip"
+  rm -r "$1/QuilletTests"
+  write_sums "$1"
+}
+
+write_sums() { (cd "$1" && rm -f SHA256SUMS.txt && sha256sum -- * >SHA256SUMS.txt); }
 
 # An archive bears the times of its files in the time of the place where it is made.
 zip_up() {
@@ -35,23 +55,27 @@ zip_up() {
 
 project_version() { sed -n 's/^project(Quillet VERSION \([0-9.]*\) .*/\1/p' CMakeLists.txt; }
 
-# In another place, time zone and with other rights for new files.
+# usage: package_again FUNCTION   In another place, time zone and with other rights for new files.
 package_again() (
   umask 077
   export TZ=Asia/Kolkata
-  make_package "$package_folder.again"
+  rm -rf "$package_folder.again"
+  "$1" "$package_folder.again"
 )
 
 compare_packages() {
   announce compare
-  if diff -r "$package_folder" "$package_folder.again"; then
+  local file same=1
+  for file in "$package_folder.again"/*; do
+    [[ $file == */SHA256SUMS.txt ]] || cmp "$package_folder/${file##*/}" "$file" || same=
+  done
+  if [[ -n $same ]]; then
     report ok
     rm -r "$package_folder.again"
   else
     report failed
     return 1
   fi
-  show_package
 }
 
 show_package() {

@@ -1,0 +1,2 @@
+@"%~dp0programs\test-runner.exe" %*
+@exit /b %errorlevel%
