@@ -1,5 +1,6 @@
 #include "author/command_line.h"
 
+#include "common/text.h"
 #include "tests/support/text_output.h"
 
 using author::parseCommandLine;
@@ -73,4 +74,11 @@ TEST_CASE("what is not understood is said") {
         L"The option --url is missing: the address that the catalogue will have.");
   CHECK(faultOf({L"pages", L"a", L"-o", L"b"}) ==
         L"The command pages takes no folder but that of the option -o.");
+}
+
+TEST_CASE("No line of the help is broken by a console of 80 columns") {
+  for (const std::wstring& line : text::split(author::usageText, L'\n')) {
+    CAPTURE(line);
+    CHECK(line.size() < 80);
+  }
 }
