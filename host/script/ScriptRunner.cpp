@@ -478,19 +478,18 @@ void ScriptRunner::changeAddIn(const std::wstring& progId, const std::wstring& b
 
 void ScriptRunner::picture(const Arguments& arguments) {
   RECT area = wholeScreen();
-  if (arguments.size() > 1) {
-    HWND window = nullptr;
-    require(
-        [&] { return (window = windowWith(arguments[1], [](HWND) { return true; })) != nullptr; },
-        L"there is no such window");
-    GetWindowRect(window, &area);
-  }
   const auto windows = desktop::windows();
+  HWND foremost = windows.empty() ? nullptr : windows.front();
+  if (arguments.size() > 1) {
+    require(
+        [&] { return (foremost = windowWith(arguments[1], [](HWND) { return true; })) != nullptr; },
+        L"there is no such window");
+    GetWindowRect(foremost, &area);
+  }
   for (const HWND window : windows)
     RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
   const std::wstring folder = places_.pictures.empty() ? L"." : places_.pictures;
-  if (!takePicture(area, windows.empty() ? nullptr : windows.front(),
-                   folder + L"\\" + arguments[0]))
+  if (!takePicture(area, foremost, folder + L"\\" + arguments[0]))
     throw ScriptError(L"the picture cannot be taken");
 }
 
