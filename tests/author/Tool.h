@@ -18,6 +18,9 @@ class Tool {
     std::string errors;
   };
 
+  // The one beside the tests, or another one.
+  explicit Tool(std::wstring program = programPath()) : program_(std::move(program)) {}
+
   // `arguments` as they stand on a command line. Ends it after a while that no run takes.
   Outcome run(const std::wstring& arguments) const {
     const handles::File out = inherited(disk / L"output");
@@ -27,7 +30,7 @@ class Tool {
     start.dwFlags = STARTF_USESTDHANDLES;
     start.hStdOutput = out.get();
     start.hStdError = errors.get();
-    std::wstring line = L"\"" + programPath() + L"\" " + arguments;
+    std::wstring line = L"\"" + program_ + L"\" " + arguments;
     PROCESS_INFORMATION process = {};
     if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr,
                         disk.path().c_str(), &start, &process))
@@ -48,6 +51,8 @@ class Tool {
   ScratchFolder disk;  // the program's current folder
 
  private:
+  std::wstring program_;
+
   static std::wstring programPath() {
     wchar_t path[MAX_PATH] = {};
     GetModuleFileNameW(nullptr, path, MAX_PATH);

@@ -137,25 +137,6 @@ class ClassesMerged {
   Lines copied_;
 };
 
-std::wstring ownFolder() {
-  wchar_t path[MAX_PATH] = {};
-  GetModuleFileNameW(nullptr, path, MAX_PATH);
-  const std::wstring file = path;
-  return file.substr(0, file.rfind(L'\\') + 1);
-}
-
-// The stand-in host's exit code after that script, on a web of its own.
-DWORD runHost(const std::string& script) {
-  const std::wstring folder = L"C:\\package-test";
-  machine::write(folder + L"\\web\\index.htm", "<html></html>");
-  machine::write(folder + L"\\script.txt", script);
-  Run host(L"\"" + ownFolder() + L"quillet-host.exe\" " + folder + L"\\web --script " + folder +
-           L"\\script.txt");
-  const DWORD code = host.exitCode();
-  machine::removeTree(folder);
-  return code;
-}
-
 const char* const useOfTheAddIn = R"(
 timeout 30
 wait main
@@ -239,15 +220,15 @@ TEST_CASE(
 TEST_CASE("The add-in runs in the host from where it was installed for everyone") {
   const CleanMachine clean;
   REQUIRE(install(L"/AllUsers /CATALOGUE=http://127.0.0.1:1/start.htm") == 0);
-  CHECK(runHost(useOfTheAddIn) == 0);
-  CHECK(runHost(openCatalogue) == 0);
+  CHECK(package::Web().runHost(useOfTheAddIn) == 0);
+  CHECK(package::Web().runHost(openCatalogue) == 0);
 }
 
 TEST_CASE("The add-in runs in the host from where it was installed for the user alone") {
   const CleanMachine clean;
   REQUIRE(install(L"/CurrentUser") == 0);
   const ClassesMerged asWindowsHasThem;
-  CHECK(runHost(useOfTheAddIn) == 0);
+  CHECK(package::Web().runHost(useOfTheAddIn) == 0);
 }
 
 TEST_CASE("Every further user gets the entry by what the system runs at the log-on") {

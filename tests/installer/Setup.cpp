@@ -87,6 +87,13 @@ HWND find(const std::wstring& caption, bool isBox) {
   return search.found;
 }
 
+std::wstring ownFolder() {
+  wchar_t path[MAX_PATH] = {};
+  GetModuleFileNameW(nullptr, path, MAX_PATH);
+  const std::wstring file = path;
+  return file.substr(0, file.rfind(L'\\') + 1);
+}
+
 std::wstring folderOf(int id) {
   wchar_t path[MAX_PATH] = {};
   SHGetFolderPathW(nullptr, id, nullptr, 0, path);
@@ -149,6 +156,18 @@ DWORD remove(const std::wstring& folder, const std::wstring& switches, Run::As a
   const DWORD code = Run(copy + L" /S " + switches + L" _?=" + folder, as).exitCode();
   DeleteFileW(copy.c_str());
   return code;
+}
+
+Web::Web() { machine::write(folder_ + L"index.htm", "<html></html>"); }
+
+Web::~Web() { machine::removeTree(L"C:\\package-test"); }
+
+DWORD Web::runHost(const std::string& script, const std::wstring& switches) const {
+  const std::wstring file = L"C:\\package-test\\script.txt";
+  machine::write(file, script);
+  return Run(L"\"" + ownFolder() + L"quillet-host.exe\" " + folder_ + L" --script " + file + L" " +
+             switches)
+      .exitCode();
 }
 
 Pages::Pages(std::wstring caption) : caption_(std::move(caption)) {}

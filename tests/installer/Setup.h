@@ -53,6 +53,23 @@ DWORD install(const std::wstring& switches, const std::wstring& program = setupP
 DWORD remove(const std::wstring& folder, const std::wstring& switches = {},
              Run::As as = Run::As::administrator);
 
+// A web on the machine's disk, and the stand-in host on it. Both are gone afterwards.
+class Web {
+ public:
+  Web();
+  ~Web();
+  Web(const Web&) = delete;
+  Web& operator=(const Web&) = delete;
+
+  // The host's exit code after that script.
+  DWORD runHost(const std::string& script, const std::wstring& switches = {}) const;
+  std::wstring path(const std::wstring& name) const { return folder_ + name; }
+  std::string read(const std::wstring& name) const { return machine::bytes(path(name)); }
+
+ private:
+  std::wstring folder_ = L"C:\\package-test\\web\\";
+};
+
 // The pages of the program that runs now.
 class Pages {
  public:
