@@ -24,6 +24,7 @@ Var FinishText
 Page custom showScope leaveScope
 
 !define MUI_PAGE_CUSTOMFUNCTION_PRE skipWhenInstalled
+!define MUI_PAGE_CUSTOMFUNCTION_SHOW nameInstallButton
 !insertmacro MUI_PAGE_DIRECTORY
 
 Page custom showCatalogue leaveCatalogue
@@ -58,6 +59,14 @@ FunctionEnd
 Function skipWhenInstalled
   ${If} $InstalledScope != ""
     Abort
+  ${EndIf}
+FunctionEnd
+
+; Says so where the installation is next: only everyone's has a page for the catalogue before it.
+Function nameInstallButton
+  ${If} $Scope == "user"
+    GetDlgItem $0 $HWNDPARENT 1
+    SendMessage $0 ${WM_SETTEXT} 0 "STR:$(^InstallBtn)"
   ${EndIf}
 FunctionEnd
 
@@ -100,6 +109,7 @@ Function showScope
     EnableWindow $UserButton 0
     ${NSD_CreateLabel} 0 110u 100% 24u "Quillet is installed already, and stays for those who have it. To change that, remove it first."
     Pop $0
+    Call nameInstallButton
   ${EndIf}
   ${NSD_OnClick} $EveryoneButton showShield
   ${NSD_OnClick} $UserButton showShield

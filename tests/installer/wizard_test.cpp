@@ -43,6 +43,7 @@ TEST_CASE("Through the pages it is installed for everyone and removed again") {
     pages.next();
     pages.waitFor(L"Choose Install Location");
     CHECK(pages.typed() == machineFolder());
+    CHECK(pages.isEnabled(L"Next >"));
     pages.next();
     pages.waitFor(L"Online Catalogue");
     CHECK(pages.typed() == L"");
@@ -91,6 +92,7 @@ TEST_CASE("Through the pages it is installed for the user alone and removed with
     pages.next();
     pages.waitFor(L"Choose Install Location");
     CHECK(pages.typed() == userFolder());
+    CHECK(pages.isEnabled(L"Install"));
     pages.next();
     const std::wstring last = pages.waitFor(L"Quillet " + package::version() + L" is installed");
     CHECK(last.find(L"The online catalogue is not available in an installation for you only.") !=
@@ -192,6 +194,7 @@ TEST_CASE("While the host holds the module setup offers to try again") {
     pages.waitFor(L"License Agreement");
     pages.next();
     pages.waitFor(L"For Whom");
+    CHECK(pages.isEnabled(L"Install"));
     pages.next();
     if (answer == IDCANCEL) {
       CHECK(pages.answerBox(IDCANCEL) == inUse);
