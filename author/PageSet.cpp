@@ -18,6 +18,7 @@ constexpr OwnPage pages[] = {
     {L"DWTOnlineDownload.htm", L"PAGE_DOWNLOAD"},
     {L"catalogue.css", L"PAGE_STYLE"},
     {L"done.htm", L"PAGE_DONE"},
+    {L"images\\mark.gif", L"PAGE_MARK"},
     {L"images\\none.gif", L"PAGE_NO_PICTURE"},
     {L"index.htm", L"PAGE_INDEX"},
     {L"template.htm", L"PAGE_TEMPLATE"},
