@@ -86,6 +86,7 @@ Function .onInit
 FunctionEnd
 
 Section
+  AddSize ${KILOBYTES}  ; of what a function installs the frame knows nothing
   Call requireFree
   Call installFiles
   Call register

@@ -25,6 +25,7 @@ Page custom showScope leaveScope
 
 !define MUI_PAGE_CUSTOMFUNCTION_PRE skipWhenInstalled
 !define MUI_PAGE_CUSTOMFUNCTION_SHOW nameInstallButton
+!define MUI_DIRECTORYPAGE_TEXT_TOP "Quillet goes into this folder. To have it elsewhere, choose Browse and another one."
 !insertmacro MUI_PAGE_DIRECTORY
 
 Page custom showCatalogue leaveCatalogue

@@ -19,6 +19,15 @@ constexpr wchar_t removesSettings[] = L"Remove my settings, too";
 
 std::wstring quoted(const std::wstring& path) { return L"\"" + path + L"\""; }
 
+// As the page tells it: with one digit that is cut off.
+std::wstring megabytesShipped() {
+  std::size_t kilobytes = 0;
+  for (const auto& line : machine::tree(package::shippedFolder()))
+    if (line.back() != L'\\')
+      kilobytes += (machine::bytes(package::shippedFolder() + L"\\" + line).size() + 1023) / 1024;
+  return std::to_wstring(kilobytes / 1024) + L"." + std::to_wstring(kilobytes % 1024 * 10 / 1024);
+}
+
 // The program's own copy of itself works on when the one that was started has ended.
 void waitForRemoval(const std::wstring& folder) {
   const bool gone = pumpUntil(
@@ -90,8 +99,9 @@ TEST_CASE("Through the pages it is installed for the user alone and removed with
         page.find(L"The online catalogue is not available then: its address is kept for the whole "
                   L"computer, and only an administrator can set it.") != page.npos);
     pages.next();
-    pages.waitFor(L"Choose Install Location");
+    const std::wstring place = pages.waitFor(L"Choose Install Location");
     CHECK(pages.typed() == userFolder());
+    CHECK(place.find(L"Space required: " + megabytesShipped() + L" MB") != place.npos);
     CHECK(pages.isEnabled(L"Install"));
     pages.next();
     const std::wstring last = pages.waitFor(L"Quillet " + package::version() + L" is installed");
