@@ -196,7 +196,8 @@ void PageView::print(HDC target, const std::function<bool(bool begins)>& onLeaf)
     next = top + leafHeight;
     for (const Item& item : layout_.items)
       if (item.kind != Item::Kind::fill && item.place.top > top &&
-          item.place.top < top + leafHeight && item.place.bottom > top + leafHeight)
+          item.place.top < top + leafHeight && item.place.bottom > top + leafHeight &&
+          item.place.bottom - item.place.top <= leafHeight)
         next = std::min<int>(next, item.place.top);
     if (!onLeaf(true)) break;
     const int saved = SaveDC(target);

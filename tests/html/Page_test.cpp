@@ -64,6 +64,34 @@ TEST_CASE("a link keeps its address as it is written but for entities") {
   CHECK(pieces[1].style.link == noLink);
 }
 
+TEST_CASE("small and big letters are a step from the usual ones") {
+  const Page page = parsePage(L"a<small>b</small><big>c</big>");
+  const auto& pieces = page.body.blocks[0].pieces;
+  CHECK(pieces[0].style.size == 16);
+  CHECK(pieces[1].style.size == 13);
+  CHECK(pieces[2].style.size == 18);
+}
+
+TEST_CASE("lists and what is quoted stand farther in") {
+  for (const wchar_t* tag : {L"ul", L"ol", L"blockquote", L"dd"}) {
+    const std::wstring name = tag;
+    const Page page = parsePage(L"a<" + name + L">b</" + name + L">c");
+    REQUIRE(page.body.blocks.size() == 3);
+    CHECK(page.body.blocks[0].indent == 0);
+    CHECK(page.body.blocks[1].indent == 30);
+    CHECK(page.body.blocks[2].indent == 0);
+  }
+  CHECK(parsePage(L"<div>a").body.blocks[0].indent == 0);
+}
+
+TEST_CASE("a list's entry has one mark at its beginning") {
+  const Page page = parsePage(L"<ul><li>one<p>more<li>two</ul>");
+  REQUIRE(page.body.blocks.size() == 3);
+  CHECK(page.body.blocks[0].bullet);
+  CHECK_FALSE(page.body.blocks[1].bullet);
+  CHECK(page.body.blocks[2].bullet);
+}
+
 TEST_CASE("entities become the letters that they mean") {
   CHECK(withoutEntities(L"&lt;&amp;&uuml;&#65;&#x42;&none; & x;") ==
         L"<&\xFC"

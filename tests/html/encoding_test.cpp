@@ -31,5 +31,7 @@ TEST_CASE("a byte order mark tells the encoding and is no part of the page") {
   CHECK(decodePage("\xEF\xBB\xBF\xC3\xBC") == L"\xFC");
   CHECK(decodePage(std::string_view("\xFF\xFE\xFC\0x\0", 6)) == L"\xFCx");
   CHECK(decodePage(std::string_view("\xFE\xFF\0\xFC\0x", 6)) == L"\xFCx");
+  CHECK(decodePage("\xFF\xFE\x42\x30") == L"\x3042");
+  CHECK(decodePage("\xFE\xFF\x30\x42") == L"\x3042");
   CHECK(decodePage(std::string_view("\xFF\xFE\xFC", 3)).empty());
 }
