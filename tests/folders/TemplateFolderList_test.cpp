@@ -15,10 +15,11 @@ using modCommon::ReadTemplateFolderList;
 DWORD pretendedValues = 0;
 
 LSTATUS WINAPI enumeratePretendedValues(HKEY, DWORD index, LPSTR name, LPDWORD length, LPDWORD,
-                                        LPDWORD, LPBYTE, LPDWORD) {
+                                        LPDWORD type, LPBYTE, LPDWORD) {
   if (index >= pretendedValues) return ERROR_NO_MORE_ITEMS;
   lstrcpyA(name, "C:\\T");
   *length = 4;
+  if (type) *type = REG_SZ;
   return ERROR_SUCCESS;
 }
 
@@ -182,4 +183,20 @@ TEST_CASE("one listed folder more than 32767 is an overflow") {
   CHECK(number == 6);
   CHECK(description == L"Overflow");
   CHECK(handles::liveCount() == open);
+}
+
+TEST_CASE("the log names no folder that does not fit into the list any more") {
+  ScratchRegistry registry;
+  listForUser(registry, L"C:\\T");
+  listForMachine(registry, L"C:\\T");
+  const ImportPatch patch(nullptr, "advapi32.dll", "RegEnumValueA", enumeratePretendedValues);
+  const LoggingOn logging;
+  for (const DWORD values : {32767U, 32768U}) {
+    pretendedValues = values;
+    const DebugOutput output;
+    TemplateFolderList list;
+    CHECK_THROWS_AS(ReadTemplateFolderList(list), Error);
+    CHECK(output.messages().size() == 2 + 32767);
+    CHECK(output.messages().back() == L"Global - C:\\T");
+  }
 }
