@@ -258,6 +258,8 @@ CleanMachine::CleanMachine() {
     REQUIRE(RegCreateKeyW(HKEY_CURRENT_USER, name, &key) == ERROR_SUCCESS);
     RegCloseKey(key);
   }
+  // An empty one that other tests have left would go with what is removed.
+  RegDeleteKeyW(HKEY_CURRENT_USER, settingsKey.substr(0, settingsKey.rfind(L'\\')).c_str());
   REQUIRE_FALSE(machine::hasKey(HKEY_LOCAL_MACHINE, removalKey));
   REQUIRE_FALSE(machine::hasKey(HKEY_CURRENT_USER, removalKey));
 }
