@@ -6,6 +6,10 @@
 
 namespace {
 
+// As the disk has it: a test may have made names that the system would read as others, such as
+// "a.".
+std::wstring verbatim(const std::wstring& path) { return L"\\\\?\\" + path; }
+
 // A folder that leads elsewhere goes, and what it leads to stays.
 void removeTree(const std::wstring& path) {
   const DWORD attributes = GetFileAttributesW(path.c_str());
@@ -31,8 +35,8 @@ void removeTree(const std::wstring& path) {
 }  // namespace
 
 TemporaryFolder::TemporaryFolder(const std::wstring& path) : path_(path) {
-  removeTree(path_);
+  removeTree(verbatim(path_));
   CreateDirectoryW(path_.c_str(), nullptr);
 }
 
-TemporaryFolder::~TemporaryFolder() { removeTree(path_); }
+TemporaryFolder::~TemporaryFolder() { removeTree(verbatim(path_)); }

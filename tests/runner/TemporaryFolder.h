@@ -5,7 +5,7 @@
 
 class TemporaryFolder {
  public:
-  // Makes an empty folder of that path.
+  // Makes an empty folder of that path, which begins with its drive.
   explicit TemporaryFolder(const std::wstring& path);
   ~TemporaryFolder();
   TemporaryFolder(const TemporaryFolder&) = delete;

@@ -46,7 +46,7 @@ TEST_CASE("An entry for which there is no memory is given up and the host goes o
   torture::Trial trial(world, torture::journeyOf("connection"));
   for (const SystemWay& way : torture::systemWays())
     if (way.kind == Kind::memory)
-        for (int number = 34; number < 41; ++number) check(trial, way, number);
+      for (int number = 34; number < 41; ++number) check(trial, way, number);
 }
 
 TEST_CASE("A copy stands a cancel wherever it lets messages through") {

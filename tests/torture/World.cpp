@@ -154,13 +154,13 @@ void World::setUpRegistry() {
     registry->setString(HKEY_CURRENT_USER, key, name, value);
   };
   registry->setString(HKEY_CURRENT_USER, own + L"DWT Folders", disk / L"templates",
-                     disk / L"templates");
+                      disk / L"templates");
   set(own + L"Settings", L"Logging", L"1");
   set(own + L"Settings", L"DWTDownloadDir", disk / L"downloads");
   set(systemSettings + std::wstring(L"Explorer\\Shell Folders"), L"AppData",
       disk.makeFolder(L"data"));
   registry->setNumber(HKEY_CURRENT_USER, systemSettings + std::wstring(L"Internet Settings"),
-                     L"ProxyEnable", 0);
+                      L"ProxyEnable", 0);
   registry->setString(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Korvel Software\\Quillet Viewer",
                       L"DWTOnline", L"http://127.0.0.1/catalogue/start.htm");
 }
