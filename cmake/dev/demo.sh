@@ -3,7 +3,10 @@
 # The demo plays in build/demo, which Windows programs see as C:\Demo.
 demo_folder=$PWD/build/demo
 demo_prefix=$demo_folder/wine
+# In which nothing of ours is installed at first.
+setup_prefix=$demo_folder/wine-setup
 programs=build/release/bin
+demo_web='C:\Demo\web'
 
 # usage: demo [--tour]; without a display it is always the tour
 demo() {
@@ -30,9 +33,11 @@ demo() {
     stage register register_add_in
     show_tree "The web before:"
     tour
-    stage animation animate
     show_tree "The web after:"
     check_copies
+    tour_of_setup
+    stage pictures show_off
+    say "" "The pictures are in build/demo:" "$(cd "$demo_folder" && ls -- *.png *.gif)" "" "demo: ok"
   fi
 }
 
@@ -60,7 +65,11 @@ register_add_in() {
   cmake/run-under-wine regsvr32 /s 'Z:'"$PWD/$programs/Quillet.dll" &&
     add_value "$key\DWT Folders" 'C:\Demo\templates' '' &&
     add_value "$key" DWTOnline "$catalogue_address/index.htm" &&
-    add_value 'HKLM\Software\Microsoft\Shared tools' SharedFilesDir 'C:\Demo\shared\'
+    tell_of_shared_files
+}
+
+tell_of_shared_files() {
+  add_value 'HKLM\Software\Microsoft\Shared tools' SharedFilesDir 'C:\Demo\shared\'
 }
 
 add_value() { cmake/run-under-wine reg add "$1" /v "$2" /d "$3" /f /reg:32; }
@@ -71,7 +80,7 @@ run_host() { run_host_in cmake/run-under-wine "$@"; }
 run_host_in() {
   local runner=$1
   shift
-  $runner "$programs/quillet-host.exe" 'C:\Demo\web' \
+  $runner "$programs/quillet-host.exe" "$demo_web" \
     --themes 'C:\Demo\shared\Themes11' --pictures 'C:\Demo' "$@"
 }
 
@@ -104,13 +113,30 @@ walk() {
   fi
 }
 
-# The way from the menu to a copied template, and from the catalogue to a new one, in one small picture.
-animate() (
+# From the setup program to a template of one's own in a catalogue of one's own. The host is started anew
+# to find what was installed.
+tour_of_setup() {
+  cp build/release/installer/QuilletSetup.exe build/release/tests/installer/OlderSetup.exe "$demo_folder/"
+  cp -r samples/author "$demo_folder/"
+  cp -r samples/web "$demo_folder/another-web"
+  demo_web='C:\Demo\another-web'
+  clone_prefix "$setup_prefix"
+  ln -s "$demo_folder" "$setup_prefix/drive_c/Demo"
+  export QUILLET_PREFIX=$setup_prefix
+  export QUILLET_CATALOGUE=$catalogue_address/quay
+  tell_of_shared_files && walk tour-setup && walk tour-publishing --show-pages && walk tour-help
+}
+
+# What README shows: the browser and the catalogue, and, in one small picture that moves, the way from the
+# menu to a copied template and from the catalogue to a new one. All of the host's window alone.
+show_off() (
   cd "$demo_folder"
-  convert -loop 0 -delay 200 02-menu.png 04-browser.png 03-picture-preview.png \
-    12-destination-question.png 13-copying.png 14-copied.png \
-    online-01-catalogue.png online-06-downloading.png online-20-listed.png \
-    +dither -colors 96 -layers optimize tour.gif
+  host=892x637+24+24
+  convert 04-browser.png -crop $host +repage +dither -colors 255 browser.png
+  convert online-01-catalogue.png -crop $host +repage +dither -colors 255 online.png
+  convert -loop 0 -delay 200 02-menu.png 04-browser.png 12-destination-question.png 13-copying.png \
+    14-copied.png online-01-catalogue.png online-06-downloading.png online-20-listed.png online-21-copied.png \
+    -crop $host +repage +dither -colors 96 -layers optimize tour.gif
 )
 
 # A display of the demo's own, with a window manager that draws the title bars.
@@ -144,7 +170,6 @@ check_copies() {
   local wrong copies=$demo_folder/web/dwts online=samples/catalogue
   say "" "The themes in the copied templates:"
   grep -h '<meta name="Microsoft Theme"' "$copies"/*/*.dwt || true
-  say "" "The pictures are in build/demo:" "$(cd "$demo_folder" && ls -- *.png)" ""
   wrong=$(
     what_is_wrong 'samples/templates/Night Ferry' "$copies/Night Ferry" 'nightferry 1111'
     what_is_wrong "$online/templates/Tide Tables" "$copies/Tide Tables" 'seaglass 1011'
@@ -153,7 +178,6 @@ check_copies() {
     what_differs "$online/themes/seaglass" "$demo_folder/shared/Themes11/seaglass"
   )
   [[ -z $wrong ]] || die "demo: not everything is as it should be"$'\n'"$wrong"
-  say "demo: ok"
 }
 
 what_differs() { diff -rq "$1" "$2" 2>&1 || true; }

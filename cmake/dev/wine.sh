@@ -28,7 +28,8 @@ alone_in_checkout() {
 end_everything() {
   kill -TERM -- "-$1" 2>/dev/null || true
   local prefix
-  for prefix in "$WINEPREFIX" "$WINEPREFIX"-[0-9]* "$WINEPREFIX-package" "$demo_prefix" "$bench_prefix"; do
+  for prefix in "$WINEPREFIX" "$WINEPREFIX"-[0-9]* "$WINEPREFIX-package" "$demo_prefix" "$setup_prefix" \
+    "$bench_prefix"; do
     [[ ! -d $prefix ]] || WINEPREFIX=$prefix wineserver -k 2>/dev/null || true
   done
 }

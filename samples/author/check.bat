@@ -1,0 +1,4 @@
+@title Checking
+@call "%~dp0programs.bat"
+quillet-template check "Spring Show"
+@title Checked
