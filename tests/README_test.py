@@ -53,7 +53,7 @@ def in_passing(text):
     """What stands between grave accents in a sentence and begins with one of our programs."""
     text = re.sub(r'^```.*?^```', '', text, flags=re.MULTILINE | re.DOTALL)
     for code in re.findall(r'`([^`]+)`', text):
-        words = code.split()
+        words = re.sub(r'^\w+=(\$\(.*?\)|\S+) ', '', code).split()
         if len(words) > 1 and words[0] in PROGRAMS:
             yield ' '.join(words)
 

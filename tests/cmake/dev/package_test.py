@@ -25,8 +25,10 @@ class Package(unittest.TestCase):
         out = root / 'build' / 'package of a test'
         self.addCleanup(shutil.rmtree, out, ignore_errors=True)
         command = 'set -euo pipefail; source cmake/dev/stage.sh; source cmake/dev/package.sh; make_package "$0"'
-        run = subprocess.run(['bash', '-c', f'umask {mask}; {command}', out], cwd=root,
-                             env={**os.environ, 'TZ': zone}, capture_output=True, text=True, check=False)
+        environment = {**os.environ, 'TZ': zone}
+        environment.pop('SOURCE_DATE_EPOCH', None)
+        run = subprocess.run(['bash', '-c', f'umask {mask}; {command}', out], cwd=root, env=environment,
+                             capture_output=True, text=True, check=False)
         self.assertEqual(run.returncode, 0, run.stdout + run.stderr)
         return {path.relative_to(out).as_posix(): path.read_bytes()
                 for path in out.rglob('*') if path.is_file()}
