@@ -31,3 +31,8 @@ target_compile_options(quillet-flags INTERFACE
 target_link_options(quillet-flags INTERFACE
   -static -Wl,--gc-sections -Wl,--nxcompat -Wl,--dynamicbase -Wl,--no-insert-timestamp
   $<$<AND:$<CONFIG:Release>,$<NOT:$<BOOL:$<TARGET_PROPERTY:KEEPS_SYMBOLS>>>>:-s>)
+
+# The presets that look for faults, see docs/checks.md, have more of their own.
+if(QUILLET_CHECKS)
+  include(cmake/${QUILLET_CHECKS}.cmake)
+endif()

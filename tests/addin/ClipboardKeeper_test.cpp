@@ -60,7 +60,8 @@ class Owner {
 
 void putBytes(UINT format, const std::string& bytes) {
   const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes.size());
-  memcpy(GlobalLock(memory), bytes.data(), bytes.size());
+  // A block without bytes has no place for them either.
+  if (!bytes.empty()) memcpy(GlobalLock(memory), bytes.data(), bytes.size());
   GlobalUnlock(memory);
   SetClipboardData(format, memory);
 }

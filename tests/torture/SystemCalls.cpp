@@ -282,7 +282,7 @@ void addRegistry(std::vector<Entry>& all) {
 void addMemory(std::vector<Entry>& all) {
   constexpr auto kind = Kind::memory;
   {
-    constexpr auto library = "msvcrt.dll";
+    constexpr auto library = QUILLET_HEAP;
     // The C run-time's functions have another calling convention.
     for (const auto& [entry, name, hook] :
          {RunTimeCall{&allocation, "malloc", reinterpret_cast<void*>(allocate)},
