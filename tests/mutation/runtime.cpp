@@ -9,6 +9,7 @@ namespace {
 
 int current = -1;  // not known yet
 unsigned char* marks = nullptr;
+bool asked = false;  // for the marks
 
 int number(const char* digits) noexcept {
   int value = 0;
@@ -16,23 +17,23 @@ int number(const char* digits) noexcept {
   return value;
 }
 
-// The section is the same for all modules and programs of a run. Only the view is kept: whoever
-// counts handles finds as many as ever.
-void openMarks(const char* name) noexcept {
+// The section is the same for all modules and programs of a run. The test program holds it; the
+// others keep only the view, so that whoever counts handles finds as many as ever.
+void openMarks(const char* name, bool holds) noexcept {
   const HANDLE section =
       CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, highest + 1, name);
   if (!section) return;
   marks = static_cast<unsigned char*>(MapViewOfFile(section, FILE_MAP_WRITE, 0, 0, 0));
-  CloseHandle(section);
+  if (!holds) CloseHandle(section);
 }
 
-void readOnce() noexcept {
+void readOnce(bool holds = false) noexcept {
   const DWORD code = GetLastError();
   char text[64];
   const DWORD digits = GetEnvironmentVariableA("QUILLET_MUTANT", text, sizeof text);
   current = digits > 0 && digits < sizeof text ? number(text) : 0;
   const DWORD letters = GetEnvironmentVariableA("QUILLET_MUTATION_MARKS", text, sizeof text);
-  if (letters > 0 && letters < sizeof text) openMarks(text);
+  if (letters > 0 && letters < sizeof text) openMarks(text, holds);
   SetLastError(code);
 }
 
@@ -45,7 +46,8 @@ bool on(int change) noexcept {
 }
 
 unsigned char* reached() noexcept {
-  if (current < 0) readOnce();
+  if (!asked) readOnce(true);
+  asked = true;
   return marks;
 }
 
