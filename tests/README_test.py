@@ -85,6 +85,7 @@ class Words(unittest.TestCase):
         shutil.copytree(CHECKOUT / 'cmake' / 'dev', root / 'cmake' / 'dev')
         for name, function in (
                 ('setup.sh', 'set_up() { :; }'),
+                ('debug.sh', 'run_debug() { echo "runs run_debug"; }'),
                 ('wine.sh', 'alone_in_checkout() { declare -F -- "$1" >/dev/null && echo "runs $1"; }')):
             with open(root / 'cmake' / 'dev' / name, 'a', encoding='utf-8') as file:
                 file.write('\n' + function + '\n')
