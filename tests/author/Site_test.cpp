@@ -275,6 +275,9 @@ TEST_CASE("an address that nothing can be downloaded from is not understood") {
         L"digits, "
         L"\".\", \"-\", \"_\", \"/\" and escapes like %20 are good.");
   CHECK(!addressFault(L"http://a/b?c").empty());
+  CHECK(!addressFault(L"http://a/b\x7F").empty());
+  CHECK(!addressFault(L"http://a/b c").empty());
+  CHECK(addressFault(L"http://a/~b!").empty());
   CHECK(!addressFault(L"http://").empty());
   CHECK(!addressFault(L"nonsense").empty());
   CHECK(addressFault(L"ftp://a:2121/b").empty());

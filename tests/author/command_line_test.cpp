@@ -50,6 +50,9 @@ TEST_CASE("help and version win over what follows them") {
   CHECK(parseCommandLine({L"--help", L"nonsense"}).command == Command::help);
   CHECK(parseCommandLine({L"check", L"--version"}).command == Command::version);
   CHECK(parseCommandLine({L"check", L"/?"}).command == Command::help);
+  CHECK(faultOf({L"--help", L"nonsense"}).empty());
+  CHECK(faultOf({L"--version", L"-o"}).empty());
+  CHECK(faultOf({L"--help"}).empty());
 }
 
 TEST_CASE("a folder may begin with a dash behind two of them") {

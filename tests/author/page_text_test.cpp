@@ -56,6 +56,12 @@ TEST_CASE("a style sheet's comments name no files") {
         Words{L"b.gif", L"c.css", L"d.css"});
 }
 
+TEST_CASE("an empty name in a style sheet ends at its own quotation mark") {
+  CHECK(addressesIn(linksOfStyleSheet(L"@import ''; @import 'b.css';")) == Words{L"b.css"});
+  CHECK(addressesIn(linksOfStyleSheet(L"x { src: url() } y { src: url(b.gif) }")) ==
+        Words{L"b.gif"});
+}
+
 TEST_CASE("scripts are those between tags and those of events") {
   CHECK(scriptsOf(L"<script>one</script><p onclick=\"two\">three") == L"<script>one</script>two\n");
 }
@@ -68,6 +74,7 @@ TEST_CASE("an address leads into the folder when it is a path that stays there")
   CHECK(target(L"pages/") == L"in pages\\");
   CHECK(target(L"gr%C3%BCn.gif") == L"in gr\u00FCn.gif");
   CHECK(target(L"gr%FCn.gif") == L"in gr\u00FCn.gif");
+  CHECK(target(L":a.gif") == L"in :a.gif");
 }
 
 TEST_CASE("an address leads out of the folder when it climbs or begins at the root") {
