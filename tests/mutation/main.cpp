@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 #include "tests/mutation/switch.h"
 
@@ -47,14 +48,23 @@ int runInOrder(int argc, char** argv, const char* order, const char* told) {
   return result;
 }
 
+// What the environment says to this program, and to none that it starts.
+std::string taken(const char* name) {
+  const char* value = std::getenv(name);
+  std::string result = value ? value : "";
+  _putenv((std::string(name) + "=").c_str());
+  return result;
+}
+
 }  // namespace
 
 // Tests run on one thread, as the add-in does in its host: a single-threaded apartment.
 int main(int argc, char** argv) {
   OleInitialize(nullptr);
-  const char* order = std::getenv("QUILLET_MUTATION_ORDER");
-  const char* told = std::getenv("QUILLET_MUTATION_TOLD");
-  const int result = order && told ? runInOrder(argc, argv, order, told) : run(argc, argv, 0);
+  const std::string order = taken("QUILLET_MUTATION_ORDER");
+  const std::string told = taken("QUILLET_MUTATION_TOLD");
+  const int result =
+      order.empty() ? run(argc, argv, 0) : runInOrder(argc, argv, order.c_str(), told.c_str());
   OleUninitialize();
   return result;
 }

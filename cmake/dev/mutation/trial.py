@@ -66,7 +66,7 @@ class Place:
             words = line.split()
             if words[0] == 'began':
                 results.append((int(words[1]), 'hung' if hung else 'crashed', 0, []))
-            elif len(words) > 3:
+            elif len(words) > 3 and results and results[-1][0] == int(words[1]):
                 reached = [int(each) for each in words[4:]]
                 results[-1] = (int(words[1]), words[3], int(words[2]), reached)
         if not results:
