@@ -25,7 +25,11 @@ volatile char seen;
 
 void writeBehindBlock() { block(24)[unknown(24)] = 1; }
 
-void writeBehindOddBlock() { block(13)[unknown(13)] = 1; }
+void writeBehindOddBlock() {
+  char* const place = block(13);
+  place[unknown(13)] = 1;
+  std::free(place);
+}
 
 void readBehindBlock() { seen = block(24)[unknown(24)]; }
 

@@ -1,7 +1,7 @@
 // The heap of the hardened run: each block ends where its page does, the page behind it is not
-// there, and what has been freed is not there either until the whole region has been gone round. A
-// size is a multiple of its type's alignment, so a block that ends at a page is aligned as it has
-// to be.
+// there, and what has been freed is not there either until the whole region has been gone round.
+// Blocks are aligned to four bytes, which is all that Windows asks for; the up to three bytes
+// behind a block and the page before it are looked at when it is freed.
 //
 // A program under 32 bits has room for few pages. Beyond some limits, and for what was not taken
 // from here, the C run-time's heap serves.
@@ -21,7 +21,7 @@ constexpr std::size_t pageLimit = (128u << 20) / pageSize;
 constexpr std::size_t blockLimit = 16384;
 constexpr std::size_t largestBlock = 4u << 20;
 
-constexpr unsigned char before = 0xfd;  // fills a page up to its block
+constexpr unsigned char around = 0xfd;  // fills what a block leaves of its pages
 constexpr unsigned char fresh = 0xcd;   // fills a new block
 
 [[noreturn]] void end(const char* text) {
@@ -32,6 +32,13 @@ constexpr unsigned char fresh = 0xcd;   // fills a new block
 }
 
 std::size_t pagesOf(std::size_t size) { return (size + pageSize - 1) / pageSize; }
+std::size_t aligned(std::size_t size) { return (size + 3) & ~std::size_t{3}; }
+
+bool untouched(const unsigned char* from, const unsigned char* to) {
+  for (; from < to; ++from)
+    if (*from != around) return false;
+  return true;
+}
 
 class Lock {
  public:
@@ -73,8 +80,8 @@ class PageHeap {
     next_ = first + pages + 1;
     ++blocks_;
     pages_ += pages;
-    unsigned char* const block = room + pages * pageSize - size;
-    std::memset(room, before, static_cast<std::size_t>(block - room));
+    unsigned char* const block = room + pages * pageSize - aligned(size);
+    std::memset(room, around, pages * pageSize);
     std::memset(block, content, size);
     return block;
   }
@@ -84,8 +91,10 @@ class PageHeap {
     const std::size_t first = pageOf(block);
     const std::size_t pages = pagesOf(sizes_[first]);
     unsigned char* const room = region_ + first * pageSize;
-    for (const unsigned char* filler = room; filler < block; ++filler)
-      if (*filler != before) end("page heap: something was written before a block\n");
+    if (!untouched(room, static_cast<unsigned char*>(block)))
+      end("page heap: something was written before a block\n");
+    if (!untouched(static_cast<unsigned char*>(block) + sizes_[first], room + pages * pageSize))
+      end("page heap: something was written behind a block\n");
     sizes_[first] = 0;
     --blocks_;
     pages_ -= pages;
@@ -104,7 +113,7 @@ class PageHeap {
     const std::size_t page = offset / pageSize;
     const std::size_t size = sizes_[page];
     if (size == 0) end("page heap: what is freed is no block, or none any more\n");
-    if (offset != (page + pagesOf(size)) * pageSize - size)
+    if (offset != (page + pagesOf(size)) * pageSize - aligned(size))
       end("page heap: what is freed is not a block's beginning\n");
     return page;
   }

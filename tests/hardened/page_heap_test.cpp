@@ -12,8 +12,9 @@
 
 namespace {
 
+// But for the gap that alignment leaves.
 bool endsItsPage(const void* block, std::size_t size) {
-  return (reinterpret_cast<std::uintptr_t>(block) + size) % 4096 == 0;
+  return (reinterpret_cast<std::uintptr_t>(block) + (size + 3) / 4 * 4) % 4096 == 0;
 }
 
 struct Free {
@@ -32,6 +33,12 @@ TEST_CASE("A block ends where its page does") {
   CHECK(endsItsPage(object.get(), sizeof *object));
   const std::wstring text(100, L'x');
   CHECK(endsItsPage(text.data(), (text.capacity() + 1) * sizeof(wchar_t)));
+}
+
+// Programs may lay what they like into a block of bytes, such as the template of a dialog.
+TEST_CASE("A block of whatever size is aligned to four bytes") {
+  for (std::size_t size = 1; size < 100; ++size)
+    CHECK(reinterpret_cast<std::uintptr_t>(allocate(size).get()) % 4 == 0);
 }
 
 TEST_CASE("A new block is not full of zeros unless they were asked for") {
