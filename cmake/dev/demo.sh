@@ -36,6 +36,7 @@ demo() {
     show_tree "The web after:"
     check_copies
     tour_of_setup
+    tour_of_looks
     stage pictures show_off
     say "" "The pictures are in build/demo:" "$(cd "$demo_folder" && ls -- *.png *.gif)" "" "demo: ok"
   fi
@@ -73,6 +74,7 @@ tell_of_shared_files() {
 }
 
 add_value() { cmake/run-under-wine reg add "$1" /v "$2" /d "$3" /f /reg:32; }
+add_number() { cmake/run-under-wine reg add "$1" /v "$2" /t REG_DWORD /d "$3" /f; }
 
 run_host() { run_host_in cmake/run-under-wine "$@"; }
 
@@ -127,6 +129,42 @@ tour_of_setup() {
   tell_of_shared_files && walk tour-setup && walk tour-publishing --show-pages && walk tour-help
 }
 
+# The windows on a screen with twice as many dots, and in colours of high contrast.
+tour_of_looks() {
+  export QUILLET_PREFIX=$demo_prefix
+  demo_web='C:\Demo\web'
+  start_display 1920x1200
+  add_number 'HKCU\Control Panel\Desktop' LogPixels 192
+  walk_as 200-percent
+  add_number 'HKCU\Control Panel\Desktop' LogPixels 96
+  set_high_contrast
+  walk_as high-contrast
+}
+
+# usage: walk_as NAME   Calls the pictures after what was set.
+walk_as() {
+  local picture
+  walk tour-look || return 1
+  for picture in "$demo_folder"/look-*; do mv "$picture" "${picture/look/$1}"; done
+}
+
+set_high_contrast() {
+  local name
+  for name in Window Background ButtonFace ButtonShadow Menu MenuBar InfoWindow Scrollbar ActiveTitle \
+    InactiveTitle AppWorkspace; do
+    add_value 'HKCU\Control Panel\Colors' "$name" '0 0 0'
+  done
+  for name in WindowText ButtonText MenuText InfoText TitleText WindowFrame ButtonHilight ButtonLight \
+    ButtonDkShadow InactiveTitleText; do
+    add_value 'HKCU\Control Panel\Colors' "$name" '255 255 255'
+  done
+  add_value 'HKCU\Control Panel\Colors' Hilight '26 235 255'
+  add_value 'HKCU\Control Panel\Colors' HilightText '0 0 0'
+  add_value 'HKCU\Control Panel\Colors' GrayText '63 242 63'
+  add_value 'HKCU\Control Panel\Accessibility\HighContrast' Flags 127
+  add_value 'HKCU\Software\Microsoft\Windows\CurrentVersion\ThemeManager' ThemeActive 0
+}
+
 # What README shows: the browser and the catalogue, and, in one small picture that moves, the way from the
 # menu to a copied template and from the catalogue to a new one. All of the host's window alone.
 show_off() (
@@ -139,16 +177,16 @@ show_off() (
     -crop $host +repage +dither -colors 96 -layers optimize tour.gif
 )
 
-# A display of the demo's own, with a window manager that draws the title bars.
+# usage: start_display [SIZE]   A display of the demo's own, with a window manager that draws the title bars.
 start_display() {
-  local file=$demo_folder/display
-  Xvfb -displayfd 1 -screen 0 1024x768x24 -nolisten tcp >"$file" 2>/dev/null &
+  local file=$demo_folder/display size=${1:-1024x768}
+  Xvfb -displayfd 1 -screen 0 "${size}x24" -nolisten tcp >"$file" 2>/dev/null &
   wait_for_file "$file" || die "Xvfb gave no display."
   QUILLET_DISPLAY=:$(<"$file")
   export QUILLET_DISPLAY
   rm "$file"
   DISPLAY=$QUILLET_DISPLAY openbox --sm-disable >/dev/null 2>&1 &
-  display -display "$QUILLET_DISPLAY" -window root -size 1024x768 'xc:#4a6b8a' || true
+  display -display "$QUILLET_DISPLAY" -window root -size "$size" 'xc:#4a6b8a' || true
 }
 
 wait_for_file() {
