@@ -133,6 +133,7 @@ tour_of_setup() {
 tour_of_looks() {
   export QUILLET_PREFIX=$demo_prefix
   demo_web='C:\Demo\web'
+  WINEPREFIX=$demo_prefix wineserver -w  # until then its desktop is on the other display
   start_display 1920x1200
   add_number 'HKCU\Control Panel\Desktop' LogPixels 192
   walk_as 200-percent
