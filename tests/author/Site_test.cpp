@@ -55,6 +55,26 @@ TEST_CASE("the start page shows each template with its picture and leads to its 
   CHECK(holds(page, "alt=\"There is no picture of Sea Glass\""));
 }
 
+TEST_CASE("a picture that is too large for its place is shown smaller in its own shape") {
+  const auto sizesOf = [](int width, int height) {
+    Catalogue catalogue;
+    catalogue.quay.write(L"previewquay.gif", pictures::blueGifOf(width, height));
+    REQUIRE(catalogue.make() == fine);
+    const auto sizeIn = [&](const wchar_t* name) {
+      const std::string page = catalogue.read(name);
+      const auto from = page.find("width=", page.find("images/the-quay.gif"));
+      const auto end = page.find('"', page.find("height=", from) + 8) + 1;
+      return page.substr(from, end - from);
+    };
+    return std::vector{sizeIn(L"index.htm"), sizeIn(L"the-quay.htm")};
+  };
+  using Sizes = std::vector<std::string>;
+  CHECK(sizesOf(408, 100) == Sizes{"width=\"204\" height=\"50\"", "width=\"408\" height=\"100\""});
+  CHECK(sizesOf(100, 272) == Sizes{"width=\"50\" height=\"136\"", "width=\"100\" height=\"272\""});
+  CHECK(sizesOf(204, 136) == Sizes{"width=\"204\" height=\"136\"", "width=\"204\" height=\"136\""});
+  CHECK(sizesOf(840, 2) == Sizes{"width=\"204\" height=\"1\"", "width=\"420\" height=\"1\""});
+}
+
 TEST_CASE("a template's page leads to the download of its archive and its theme") {
   Catalogue catalogue;
   REQUIRE(catalogue.make() == fine);
