@@ -292,6 +292,28 @@ TEST_CASE("what is no picture leaves the picture box as it was") {
   });
 }
 
+namespace {
+
+decltype(ReadFile)* readWhole = nullptr;
+
+// As when the file is cut after its size was asked for.
+BOOL WINAPI readLess(HANDLE file, void* bytes, DWORD size, DWORD* done, OVERLAPPED* overlapped) {
+  return readWhole(file, bytes, size - 1, done, overlapped);
+}
+
+}  // namespace
+
+TEST_CASE("a file that is cut while it is read is no picture") {
+  const ScratchFolder disk;
+  const auto path = disk.writeFile(L"a.gif", pictures::bytes(pictures::blueGif) + "more");
+  PictureForm([&](PictureForm& form) {
+    const ImportPatch patch(nullptr, "kernel32.dll", "ReadFile", readLess);
+    readWhole = patch.original<decltype(ReadFile)>();
+    CHECK(loadError(form.box, path) == forms::PictureBox::invalidPicture);
+    CHECK_FALSE(form.box.hasPicture());
+  });
+}
+
 TEST_CASE("a picture file can be deleted while it is shown") {
   const ScratchFolder disk;
   const auto path = disk.writeFile(L"a.gif", pictures::bytes(pictures::blueGif));
@@ -366,6 +388,13 @@ TEST_CASE("the mouse drags a picture that is larger than its place as far as it 
     CHECK(GetCapture() != window);
     mouse(WM_MOUSEMOVE, 10, 10);
     stands(0, 0);
+    // Taken up again where it was left.
+    for (const int times : {1, 2}) {
+      mouse(WM_LBUTTONDOWN, 100, 100);
+      mouse(WM_MOUSEMOVE, 70, 90);
+      mouse(WM_LBUTTONUP, 70, 90);
+      stands(30 * times, 10 * times);
+    }
   });
 }
 
