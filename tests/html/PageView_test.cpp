@@ -247,6 +247,7 @@ TEST_CASE("Enter is the dialog's where no link is marked") {
   CHECK(view.wants(VK_RETURN));
   CHECK_FALSE(view.wants(VK_F1));
   CHECK_FALSE(View(L"<p>text").wants(VK_TAB));
+  CHECK(view.send(WM_GETDLGCODE) == DLGC_WANTARROWS);
 }
 
 TEST_CASE("what does not end on a leaf of paper begins the next one") {

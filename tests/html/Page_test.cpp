@@ -72,6 +72,16 @@ TEST_CASE("small and big letters are a step from the usual ones") {
   CHECK(pieces[2].style.size == 18);
 }
 
+TEST_CASE("sizes of letters go from one to seven") {
+  const auto sizeOf = [](const std::wstring& size) {
+    return parsePage(L"<font size=" + size + L">a").body.blocks[0].pieces[0].style.size;
+  };
+  CHECK(sizeOf(L"1") == 10);
+  CHECK(sizeOf(L"7") == 48);
+  CHECK(sizeOf(L"8") == 48);
+  CHECK(sizeOf(L"0") == 16);
+}
+
 TEST_CASE("lists and what is quoted stand farther in") {
   for (const wchar_t* tag : {L"ul", L"ol", L"blockquote", L"dd"}) {
     const std::wstring name = tag;
