@@ -20,7 +20,7 @@ HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** object)
   if (outer) return CLASS_E_NOAGGREGATION;
   try {
     return DWTemplate::make()->QueryInterface(iid, object);
-  } catch (...) {
+  } catch (...) {  // Not run by tests: no memory.
     return E_OUTOFMEMORY;
   }
 }

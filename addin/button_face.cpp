@@ -34,7 +34,7 @@ Pixels pixelsOf(HDC screen, HBITMAP picture) {
   BITMAPINFO info = describe(pixels.width, -pixels.height, 32);
   if (!GetDIBits(screen, picture, 0, static_cast<UINT>(pixels.height), pixels.values.data(), &info,
                  DIB_RGB_COLORS))
-    throw Error(errors::outOfMemory);
+    throw Error(errors::outOfMemory);  // Not run by tests: no memory.
   for (DWORD& value : pixels.values) value &= colour;
   return pixels;
 }

@@ -27,7 +27,7 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** object) {
   if (classId != identity::classId) return CLASS_E_CLASSNOTAVAILABLE;
   try {
     return ClassFactory::make()->QueryInterface(iid, object);
-  } catch (...) {
+  } catch (...) {  // Not run by tests: no memory.
     return E_OUTOFMEMORY;
   }
 }
@@ -52,7 +52,7 @@ STDAPI DllInstall(BOOL install, LPCWSTR commandLine) {
         return E_INVALIDARG;
     }
     return outcome(install ? registration::add(scope) : registration::remove(scope));
-  } catch (...) {
+  } catch (...) {  // Not run by tests: no memory.
     return E_OUTOFMEMORY;
   }
 }

@@ -28,10 +28,12 @@ class StandardLibraryError : public std::exception {
 
 namespace __gnu_cxx {
 
+// Not run by tests: it ends the process.
 void __verbose_terminate_handler() { std::abort(); }
 
 }  // namespace __gnu_cxx
 
+// Not run by tests: some, which nothing calls; but the linker asks for all.
 namespace std {
 
 void __throw_bad_exception() { throw bad_exception(); }

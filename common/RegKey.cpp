@@ -32,7 +32,7 @@ bool RegKey::run(Operation operation) {
   internal_ = none;
   try {
     return operation();
-  } catch (const std::bad_alloc&) {
+  } catch (const std::bad_alloc&) {  // Not run by tests: no memory.
     return settle(ERROR_NOT_ENOUGH_MEMORY);
   }
 }
@@ -104,7 +104,7 @@ bool RegKey::QueryValueEx_SZ(std::wstring_view name, std::wstring& value, HKEY k
     std::string bytes(static_cast<std::size_t>(size) + 1, '\0');
     if (!settle(RegQueryValueExA(used, ansiName.c_str(), nullptr, &type,
                                  reinterpret_cast<BYTE*>(bytes.data()), &size)))
-      return false;
+      return false;  // Not run by tests: it has just been removed.
     bytes.resize(size);
     if (!keepNuls) bytes.resize(strnlen(bytes.data(), bytes.size()));
     value = text::fromAnsi(bytes);
@@ -155,6 +155,7 @@ std::wstring RegKey::GetErrorDescription() const {
       return L"Internal error: Registry operation without opening a key.";
     case none:
       return errors::systemMessage(system_);
+    // Not run by tests: there is no other number.
     default:
       return {};
   }

@@ -49,7 +49,7 @@ Variant Variant::missing() noexcept {
 
 Variant::Variant(const Variant& other) : Variant() {
   if (FAILED(VariantCopy(&value_, const_cast<VARIANT*>(&other.value_))))
-    throw Error(errors::outOfMemory);
+    throw Error(errors::outOfMemory);  // Not run by tests: no memory.
 }
 
 std::wstring Variant::text() const {

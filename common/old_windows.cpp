@@ -53,6 +53,7 @@ void __cxa_guard_abort(__guard* guard) noexcept {
 // for the one that the system would fill in.
 namespace {
 
+// Not run by tests: nothing calls it.
 DWORD WINAPI noThreadId(HANDLE) {
   SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
   return 0;

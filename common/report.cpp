@@ -11,7 +11,7 @@ namespace {
 std::wstring numberOf(const Error& error) noexcept {
   try {
     return text::decimal(error.number());
-  } catch (...) {
+  } catch (...) {  // Not run by tests: no memory.
     return {};
   }
 }

@@ -68,7 +68,7 @@ int ListView::add(ListRow row) {
   item.lParam = reinterpret_cast<LPARAM>(&added);
   const int index =
       static_cast<int>(SendMessageW(hwnd(), LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
-  if (index < 0) {
+  if (index < 0) {  // Not run by tests: no memory.
     rows_.pop_back();
     throw Error(errors::outOfMemory);
   }

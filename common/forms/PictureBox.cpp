@@ -117,7 +117,7 @@ void PictureBox::keep(Picture left) noexcept try {
     return ++count > mostKept || (pixels += each.header.pixels) > keptPixels;
   });
   kept_.erase(tooMuch, kept_.end());
-} catch (...) {
+} catch (...) {  // Not run by tests: no memory.
   // One that cannot be kept is decoded again.
 }
 

@@ -40,7 +40,7 @@ void showResult(long result, const std::wstring& archivePath, const std::wstring
 void logLastMessage(const CUnzip& extractor) noexcept {
   try {
     WriteLog(text::toUpper(extractor.GetLastMessage()));
-  } catch (...) {
+  } catch (...) {  // Not run by tests: no memory.
     WriteLog(extractor.GetLastMessage());
   }
 }
