@@ -38,7 +38,7 @@ OpenedWindow::OpenedWindow(std::function<void(OpenedWindow&)> script)
 
 HWND OpenedWindow::list() const noexcept { return GetDlgItem(hwnd(), IDC_QUILLET_LIST); }
 
-int OpenedWindow::count() const noexcept { return ListView_GetItemCount(list()); }
+int OpenedWindow::rowCount() const noexcept { return ListView_GetItemCount(list()); }
 
 int OpenedWindow::selected() const noexcept {
   return ListView_GetNextItem(list(), -1, LVNI_SELECTED);

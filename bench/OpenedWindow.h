@@ -40,7 +40,7 @@ class OpenedWindow final : public frmQuillet {
   void open();
 
   HWND list() const noexcept;
-  int count() const noexcept;
+  int rowCount() const noexcept;
   int selected() const noexcept;
 
  private:

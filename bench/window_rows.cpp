@@ -24,7 +24,7 @@ double openOurs(long count) {
   const Stopwatch watch;
   OpenedWindow window([&](OpenedWindow& self) {
     time = untilShown(self.hwnd(), colourOf(0), watch);
-    listed = self.count();
+    listed = self.rowCount();
   });
   window.open();
   if (listed != count) throw CannotRun{"the window lists " + std::to_string(listed) + " templates"};
