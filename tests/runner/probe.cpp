@@ -13,7 +13,9 @@ TEST_CASE("passes") { CHECK(true); }
 
 TEST_CASE("fails") { CHECK(false); }
 
-TEST_CASE("crashes") { RaiseException(EXCEPTION_ACCESS_VIOLATION, 0, 0, nullptr); }
+TEST_CASE("crashes") {
+  RaiseException(EXCEPTION_ACCESS_VIOLATION, EXCEPTION_NONCONTINUABLE, 0, nullptr);
+}
 
 // As a crash that the system reports as a success.
 TEST_CASE("ends the process") { ExitProcess(0); }
