@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "online/archive/CodePages.h"
-#include "online/archive/contents.h"
 #include "online/archive/Directory.h"
+#include "online/archive/contents.h"
 
 namespace fuzz {
 

@@ -1,6 +1,6 @@
 // A downloaded file at the gate before the unzip library.
-#include "online/archive/contents.h"
 #include "online/archive/Directory.h"
+#include "online/archive/contents.h"
 #include "online/archive/entry_names.h"
 #include "tests/fuzz/ArchivePromises.h"
 #include "tests/fuzz/System.h"
