@@ -13,8 +13,10 @@ TEST_CASE("passes") { CHECK(true); }
 
 TEST_CASE("fails") { CHECK(false); }
 
+// A fault of the processor: from one that is only raised, a debugger may let the program go on.
 TEST_CASE("crashes") {
-  RaiseException(EXCEPTION_ACCESS_VIOLATION, EXCEPTION_NONCONTINUABLE, 0, nullptr);
+  volatile int* volatile nowhere = nullptr;
+  *nowhere = 1;
 }
 
 // As a crash that the system reports as a success.
