@@ -225,6 +225,22 @@ TEST_CASE("a click on the row that a key or the program selected tells it") {
   });
 }
 
+TEST_CASE("a click beside the rows leaves the selection where it was and tells nothing") {
+  ListForm({L"pear", L"apple"}, [](ListForm& form) {
+    form.list.select(1);
+    int told = 0;
+    form.list.onItemClick = [&] { ++told; };
+    // What the system's list does with such a click.
+    ListView_SetItemState(form.list.hwnd(), -1, 0, LVIS_SELECTED);
+    NMITEMACTIVATE click = {};
+    click.hdr = {form.list.hwnd(), IDC_QUILLET_LIST, static_cast<UINT>(NM_CLICK)};
+    click.iItem = -1;
+    SendMessageW(form.hwnd(), WM_NOTIFY, IDC_QUILLET_LIST, reinterpret_cast<LPARAM>(&click));
+    CHECK(ListView_GetNextItem(form.list.hwnd(), -1, LVNI_SELECTED) == 1);
+    CHECK(told == 0);
+  });
+}
+
 TEST_CASE("a click on a selected row is told after a press that became a drag") {
   ListForm({L"pear", L"apple"}, [](ListForm& form) {
     int told = 0;

@@ -135,6 +135,8 @@ class Meanwhile {
   }
   // Whether the library could not read the file to its end.
   static bool isReadingStopped() { return result_ != 0; }
+  // What it reads from.
+  static IStream& stream() { return *stream_; }
 
  private:
   using Create = int WINAPI(IStream*, void**);
@@ -356,6 +358,35 @@ TEST_CASE("a picture larger than its place has scroll bars and the arrow keys mo
     form.box.setPictureSize(form.box.naturalSize());
     CHECK_FALSE(hasBar(form.box, WS_HSCROLL));
     CHECK_FALSE(hasBar(form.box, WS_VSCROLL));
+  });
+}
+
+TEST_CASE("the keys and the scroll bars move a picture by lines, by pages and to a place") {
+  const ScratchFolder disk;
+  const auto path = disk.writeFile(L"a.gif", pictures::bytes(pictures::blueGif));
+  PictureForm([&](PictureForm& form) {
+    form.box.load(path);
+    form.box.setPictureSize({4000, 3000});
+    const HWND window = form.box.hwnd();
+    RECT client;
+    GetClientRect(window, &client);
+    const auto standsAfter = [&](UINT message, WPARAM what, LONG x, LONG y) {
+      CAPTURE(what);
+      SendMessageW(window, message, what, 0);
+      CHECK(GetScrollPos(window, SB_HORZ) == x);
+      CHECK(GetScrollPos(window, SB_VERT) == y);
+    };
+    standsAfter(WM_HSCROLL, SB_PAGERIGHT, client.right, 0);
+    standsAfter(WM_HSCROLL, SB_LINERIGHT, client.right + 16, 0);
+    standsAfter(WM_HSCROLL, SB_PAGELEFT, 16, 0);
+    standsAfter(WM_HSCROLL, SB_ENDSCROLL, 16, 0);
+    standsAfter(WM_KEYDOWN, VK_LEFT, 0, 0);
+    standsAfter(WM_KEYDOWN, VK_NEXT, 0, client.bottom);
+    standsAfter(WM_VSCROLL, SB_LINEDOWN, 0, client.bottom + 16);
+    standsAfter(WM_KEYDOWN, VK_PRIOR, 0, 16);
+    standsAfter(WM_KEYDOWN, 'A', 0, 16);
+    // The bar's own record says where its thumb is: only the user's mouse moves that.
+    standsAfter(WM_VSCROLL, MAKEWPARAM(SB_THUMBTRACK, 16), 0, 16);
   });
 }
 
@@ -591,6 +622,50 @@ TEST_CASE("a decoder that reads a few bytes at a time is not asked at each of th
     UpdateWindow(form.box.hwnd());
     CHECK(questions.count() > 10);
     CHECK(questions.count() <= static_cast<int>(file.size() / 4096) + 10);
+  });
+}
+
+TEST_CASE("a decoder may do with a picture's bytes what it may do with every stream") {
+  const ScratchFolder disk;
+  const auto path = disk.writeFile(L"a.gif", pictures::blueGifOf(largeWidth, largeHeight));
+  PictureForm([&](PictureForm& form) {
+    bool asked = false;
+    const Meanwhile meanwhile(Meanwhile::before, [&] {
+      asked = true;
+      IStream& stream = Meanwhile::stream();
+      ComPtr<IUnknown> found;
+      for (const IID& id : {IID_IUnknown, IID_ISequentialStream, IID_IStream})
+        CHECK(stream.QueryInterface(id, reinterpret_cast<void**>(found.put())) == S_OK);
+      CHECK(stream.QueryInterface(IID_IStorage, reinterpret_cast<void**>(found.put())) ==
+            E_NOINTERFACE);
+      CHECK_FALSE(found);
+      ComPtr<IStream> clone;
+      CHECK(stream.Clone(clone.put()) == S_OK);
+      char begin[3] = {};
+      CHECK(clone->Read(begin, sizeof begin, nullptr) == S_OK);
+      CHECK(std::string(begin, sizeof begin) == "GIF");
+      ComPtr<IStream> copy;
+      CreateStreamOnHGlobal(nullptr, TRUE, copy.put());
+      ULARGE_INTEGER size = {};
+      size.QuadPart = 3;
+      CHECK(stream.CopyTo(copy.get(), size, nullptr, nullptr) == S_OK);
+      CHECK(stream.Seek({}, STREAM_SEEK_SET, nullptr) == S_OK);
+      CHECK(stream.Write("GIF", 3, nullptr) == S_OK);
+      CHECK(stream.Seek({}, STREAM_SEEK_SET, nullptr) == S_OK);
+      STATSTG state = {};
+      CHECK(copy->Stat(&state, STATFLAG_NONAME) == S_OK);
+      CHECK(state.cbSize.QuadPart == 3);
+      CHECK(stream.Stat(&state, STATFLAG_NONAME) == S_OK);
+      CHECK(stream.SetSize(state.cbSize) == S_OK);
+      CHECK(stream.Commit(STGC_DEFAULT) == S_OK);
+      CHECK(stream.Revert() == S_OK);
+      CHECK(stream.LockRegion({}, size, LOCK_WRITE) == copy->LockRegion({}, size, LOCK_WRITE));
+      CHECK(stream.UnlockRegion({}, size, LOCK_WRITE) == copy->UnlockRegion({}, size, LOCK_WRITE));
+    });
+    form.box.load(path);
+    UpdateWindow(form.box.hwnd());
+    CHECK(asked);
+    CHECK(isBlue(form.box));
   });
 }
 

@@ -152,6 +152,22 @@ TEST_CASE("the bar takes the arrow keys from the dialog and shows that it has th
   });
 }
 
+TEST_CASE("the bar is printed as it is painted, and other keys leave it alone") {
+  SplitForm([](SplitForm& form) {
+    form.key('A');
+    CHECK(form.split() == 0);
+    const handles::ScreenContext screen;
+    const handles::DeviceContext context(CreateCompatibleDC(screen.get()));
+    const handles::Gdi bitmap(CreateCompatibleBitmap(screen.get(), 4, 4));
+    const HGDIOBJ old = SelectObject(context.get(), bitmap.get());
+    PatBlt(context.get(), 0, 0, 4, 4, WHITENESS);
+    SendMessageW(form.splitter.hwnd(), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(context.get()),
+                 PRF_CLIENT);
+    CHECK(GetPixel(context.get(), 1, 1) == GetSysColor(COLOR_3DFACE));
+    SelectObject(context.get(), old);
+  });
+}
+
 TEST_CASE("the cursor over the bar tells that it moves sideways unless the user has to wait") {
   SplitForm([](SplitForm& form) {
     const auto cursor = [&] {

@@ -275,6 +275,81 @@ TEST_CASE("a page has no context menu, no object of the host and nothing to drop
   });
 }
 
+TEST_CASE("the place of a page has no menus, no bars and nothing of a container") {
+  FakeWebBrowser fake;
+  show([&](PageForm& form) {
+    form.page.create();
+    const auto client = fake.site().as<IOleClientSite>();
+    ComPtr<IMoniker> moniker;
+    CHECK(client->GetMoniker(0, 0, moniker.put()) == E_NOTIMPL);
+    CHECK_FALSE(moniker);
+    CHECK(client->SaveObject() == E_NOTIMPL);
+    CHECK(client->OnShowWindow(TRUE) == S_OK);
+    CHECK(client->RequestNewObjectLayout() == E_NOTIMPL);
+
+    const auto place = fake.site().as<IOleInPlaceSite>();
+    CHECK(place->ContextSensitiveHelp(TRUE) == E_NOTIMPL);
+    CHECK(place->Scroll({}) == E_NOTIMPL);
+    CHECK(place->DiscardUndoState() == E_NOTIMPL);
+    CHECK(place->DeactivateAndUndo() == E_NOTIMPL);
+
+    const auto frame = fake.site().as<IOleInPlaceFrame>();
+    RECT border;
+    CHECK(frame->GetBorder(&border) == INPLACE_E_NOTOOLSPACE);
+    CHECK(frame->RequestBorderSpace(nullptr) == INPLACE_E_NOTOOLSPACE);
+    CHECK(frame->SetBorderSpace(nullptr) == S_OK);
+    CHECK(frame->SetActiveObject(nullptr, nullptr) == S_OK);
+    CHECK(frame->InsertMenus(nullptr, nullptr) == E_NOTIMPL);
+    CHECK(frame->SetMenu(nullptr, nullptr, nullptr) == S_OK);
+    CHECK(frame->RemoveMenus(nullptr) == E_NOTIMPL);
+    CHECK(frame->TranslateAccelerator(nullptr, 0) == S_FALSE);
+
+    const auto control = fake.site().as<IOleControlSite>();
+    ComPtr<IDispatch> object;
+    CHECK(control->GetExtendedControl(object.put()) == E_NOTIMPL);
+    CHECK_FALSE(object);
+    CHECK(control->OnControlInfoChanged() == S_OK);
+    CHECK(control->LockInPlaceActive(TRUE) == S_OK);
+    CHECK(control->TransformCoords(nullptr, nullptr, 0) == E_NOTIMPL);
+    CHECK(control->OnFocus(TRUE) == S_OK);
+    CHECK(control->ShowPropertyFrame() == E_NOTIMPL);
+  });
+}
+
+TEST_CASE("the host of a page leaves its documents to the browser and tells scripts nothing") {
+  FakeWebBrowser fake;
+  show([&](PageForm& form) {
+    form.page.create();
+    const auto host = fake.site().as<IDocHostUIHandler>();
+    CHECK(host->ShowUI(0, nullptr, nullptr, nullptr, nullptr) == S_OK);
+    CHECK(host->HideUI() == S_OK);
+    CHECK(host->UpdateUI() == S_OK);
+    CHECK(host->OnDocWindowActivate(TRUE) == S_OK);
+    CHECK(host->OnFrameWindowActivate(TRUE) == S_OK);
+    CHECK(host->ResizeBorder(nullptr, nullptr, TRUE) == S_OK);
+    wchar_t some[] = L"x";
+    wchar_t* key = some;
+    CHECK(host->GetOptionKeyPath(&key, 0) == S_FALSE);
+    CHECK(key == nullptr);
+    wchar_t* address = some;
+    CHECK(host->TranslateUrl(0, some, &address) == S_FALSE);
+    CHECK(address == nullptr);
+    ComPtr<IDataObject> data;
+    CHECK(host->FilterDataObject(nullptr, data.put()) == S_FALSE);
+    CHECK_FALSE(data);
+
+    const auto properties = fake.site().as<IDispatch>();
+    UINT count = 1;
+    CHECK(properties->GetTypeInfoCount(&count) == S_OK);
+    CHECK(count == 0);
+    ComPtr<ITypeInfo> type;
+    CHECK(properties->GetTypeInfo(0, 0, type.put()) == E_NOTIMPL);
+    CHECK_FALSE(type);
+    DISPID member;
+    CHECK(properties->GetIDsOfNames(IID_NULL, nullptr, 0, 0, &member) == DISP_E_UNKNOWNNAME);
+  });
+}
+
 TEST_CASE("a page that was refused is no longer on its way") {
   FakeWebBrowser fake;
   show([&](PageForm& form) {
@@ -555,6 +630,37 @@ TEST_CASE("the window of a page has the size of its control") {
     GetWindowRect(fake.window(), &page);
     CHECK(page.right - page.left == control.right);
     CHECK(page.bottom - page.top == control.bottom);
+  });
+}
+
+TEST_CASE("a browser that wants another place keeps that of its control") {
+  FakeWebBrowser fake;
+  show([&](PageForm& form) {
+    form.go(fake, L"http://one/");
+    SetWindowPos(fake.window(), nullptr, 0, 0, 5, 5, SWP_NOMOVE | SWP_NOZORDER);
+    const RECT wanted = {0, 0, 5, 5};
+    CHECK(fake.site().as<IOleInPlaceSite>()->OnPosRectChange(&wanted) == S_OK);
+    RECT control;
+    GetClientRect(form.page.hwnd(), &control);
+    RECT page;
+    GetWindowRect(fake.window(), &page);
+    CHECK(page.right - page.left == control.right);
+    CHECK(page.bottom - page.top == control.bottom);
+  });
+}
+
+TEST_CASE("what goes wrong behind a page's event is told to the page") {
+  FakeWebBrowser fake;
+  show([&](PageForm& form) {
+    form.page.create();
+    form.page.onCommandStateChange = [](long, bool) { throw Error(errors::typeMismatch); };
+    VARIANT arguments[2] = {};
+    arguments[0].vt = VT_BOOL;
+    arguments[1].vt = VT_I4;
+    DISPPARAMS event = {arguments, nullptr, 2, 0};
+    CHECK(fake.site().as<IDispatch>()->Invoke(DISPID_COMMANDSTATECHANGE, IID_NULL, 0,
+                                              DISPATCH_METHOD, &event, nullptr, nullptr,
+                                              nullptr) == E_FAIL);
   });
 }
 

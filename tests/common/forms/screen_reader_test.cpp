@@ -86,6 +86,62 @@ TEST_CASE("a control's own object tells its place and its window as the system d
   });
 }
 
+TEST_CASE("a control's own object says all else as the system does and has nothing to change") {
+  OwnControls([](OwnControls& form) {
+    const auto object = accessibleObject(form.box.hwnd());
+    ComPtr<IAccessible> standard;
+    REQUIRE(CreateStdAccessibleObject(form.box.hwnd(), OBJID_CLIENT, __uuidof(IAccessible),
+                                      reinterpret_cast<void**>(standard.put())) == S_OK);
+    VARIANT self = {};
+    self.vt = VT_I4;
+    const auto same = [&](auto&& ask) { CHECK(ask(*object.get()) == ask(*standard.get())); };
+    same([](IAccessible& each) {
+      long count = -1;
+      return std::pair(each.get_accChildCount(&count), count);
+    });
+    same([&](IAccessible& each) {
+      ComPtr<IDispatch> child;
+      return std::pair(each.get_accChild(self, child.put()), static_cast<bool>(child));
+    });
+    same([&](IAccessible& each) {
+      VARIANT state = {};
+      const HRESULT result = each.get_accState(self, &state);
+      return std::tuple(result, state.vt, state.lVal);
+    });
+    same([](IAccessible& each) {
+      VARIANT child = {};
+      const HRESULT result = each.get_accFocus(&child);
+      return std::tuple(result, child.vt, child.lVal);
+    });
+    same([&](IAccessible& each) { return each.accSelect(0, self); });
+    same([](IAccessible& each) {
+      VARIANT child = {};
+      const HRESULT result = each.accHitTest(-30000, -30000, &child);
+      return std::tuple(result, child.vt, child.lVal);
+    });
+
+    constexpr HRESULT none = DISP_E_MEMBERNOTFOUND;
+    BSTR text = nullptr;
+    long number = 0;
+    VARIANT value = {};
+    CHECK(object->get_accValue(self, &text) == none);
+    CHECK(object->get_accDescription(self, &text) == none);
+    CHECK(object->get_accHelp(self, &text) == none);
+    CHECK(object->get_accHelpTopic(&text, self, &number) == none);
+    CHECK(object->get_accKeyboardShortcut(self, &text) == none);
+    CHECK(object->get_accDefaultAction(self, &text) == none);
+    CHECK(object->get_accSelection(&value) == none);
+    CHECK(object->accDoDefaultAction(self) == none);
+    CHECK(object->put_accName(self, nullptr) == none);
+    CHECK(object->put_accValue(self, nullptr) == none);
+    UINT count = 0;
+    CHECK(object->GetTypeInfoCount(&count) == E_NOTIMPL);
+    CHECK(object->GetTypeInfo(0, 0, nullptr) == E_NOTIMPL);
+    CHECK(object->GetIDsOfNames(IID_NULL, nullptr, 0, 0, nullptr) == E_NOTIMPL);
+    CHECK(object->Invoke(0, IID_NULL, 0, 0, nullptr, nullptr, nullptr, nullptr) == E_NOTIMPL);
+  });
+}
+
 TEST_CASE(
     "an error in place of a page is told to a screen reader and forgotten with the next page") {
   for (const bool hasDocument : {true, false}) {
