@@ -5,6 +5,7 @@
 #include <commdlg.h>
 
 #include "help/resource.h"
+#include "tests/support/HeldKeys.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"
@@ -109,6 +110,32 @@ TEST_CASE("the buttons of the help window go back and forward and are off where 
   CHECK(shown == std::vector<std::wstring>{L"The start", L"The start", L"A part"});
 }
 
+TEST_CASE("the keys of the help window go back and forward and to the search and print") {
+  HelpWindow help;
+  const ImportPatch print(nullptr, "comdlg32.dll", "PrintDlgW", noPrinter);
+  const ImportPatch why(nullptr, "comdlg32.dll", "CommDlgExtendedError", noPrinterError);
+  std::vector<std::wstring> shown;
+  help.show(L"", [&](HWND dialog) {
+    const HWND tree = GetDlgItem(dialog, IDC_HELP_CONTENTS);
+    TreeView_SelectItem(tree, TreeView_GetChild(tree, TreeView_GetRoot(tree)));
+    const auto type = [&](UINT message, WPARAM key) {
+      PostMessageW(tree, message, key, 0);
+      forms::yieldToMessages();
+    };
+    type(WM_SYSKEYDOWN, VK_LEFT);
+    shown.push_back(shownIn(dialog));
+    type(WM_SYSKEYDOWN, VK_RIGHT);
+    shown.push_back(shownIn(dialog));
+    const HeldKeys control{VK_CONTROL};
+    type(WM_KEYDOWN, 'F');
+    CHECK(GetFocus() == GetDlgItem(dialog, IDC_HELP_TXTSEARCH));
+    type(WM_KEYDOWN, 'P');
+  });
+  CHECK(shown == std::vector<std::wstring>{L"The start", L"A part"});
+  REQUIRE(help.driver.boxes().size() == 1);
+  CHECK(help.driver.boxes()[0].text == L"There is no printer to print on.");
+}
+
 TEST_CASE("a link in a help topic is followed") {
   HelpWindow help;
   std::wstring shown, selected;
@@ -179,6 +206,18 @@ TEST_CASE("a search that finds nothing says so") {
   REQUIRE(help.driver.boxes().size() == 1);
   CHECK(help.driver.boxes()[0].text == L"No topic was found.");
   CHECK(help.driver.boxes()[0].title == caption);
+}
+
+TEST_CASE("a search for nothing shows the contents") {
+  HelpWindow help;
+  help.show(L"", [](HWND dialog) {
+    SetDlgItemTextW(dialog, IDC_HELP_TXTSEARCH, L"copied");
+    press(dialog, IDOK);
+    SetDlgItemTextW(dialog, IDC_HELP_TXTSEARCH, L"  ");
+    press(dialog, IDOK);
+    CHECK_FALSE(IsWindowVisible(GetDlgItem(dialog, IDC_HELP_FOUND)));
+    CHECK(IsWindowVisible(GetDlgItem(dialog, IDC_HELP_CONTENTS)));
+  });
 }
 
 TEST_CASE("help that is asked for again shows the topic in the window that is there") {

@@ -1,5 +1,6 @@
 #include "help/local_page.h"
 
+#include "common/handles.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/text_output.h"
 
@@ -46,6 +47,20 @@ TEST_CASE("a page that is missing says so with its path") {
         L"This page is not there.|" + (disk / L"no<ne.htm") + L"|");
   CHECK(textOf(pageOf(L"")).starts_with(L"This page is not there."));
   CHECK(textOf(pageOf(disk.path())).starts_with(L"This page is not there."));
+}
+
+TEST_CASE("a page that another program keeps to itself says why, and such a picture is none") {
+  const ScratchFolder disk;
+  const auto page = disk.writeFile(L"a.htm", "<p>one");
+  const auto picture = disk.writeFile(L"a.gif", "GIF89a");
+  const auto keep = [](const std::wstring& file) {
+    return handles::File(
+        CreateFileW(file.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+  };
+  const handles::File pageKept = keep(page);
+  const handles::File pictureKept = keep(picture);
+  CHECK(textOf(pageOf(page)) == L"This page cannot be read: Permission denied|" + page + L"|");
+  CHECK(pictureBeside(page, L"a.gif").empty());
 }
 
 TEST_CASE("a file of another kind says so and is not read") {
