@@ -153,7 +153,7 @@ handles::Gdi decodeByAutomation(StoppableStream& stream, const PictureHeader& he
   // A picture's origin is its lower left corner.
   if (FAILED(picture->Render(target.get(), 0, 0, header.width, header.height, 0, height, width,
                              -height, nullptr)))
-    throw notAPicture();
+    throw notAPicture();  // Not run by tests: what was loaded is drawn.
   return std::move(bitmap.handle);
 }
 
@@ -184,7 +184,7 @@ class PictureDecoder::Library {
     UINT height = 0;
     if (getWidth_(image.get(), &width) || getHeight_(image.get(), &height) ||
         width != static_cast<UINT>(header.width) || height != static_cast<UINT>(header.height))
-      throw notAPicture();
+      throw notAPicture();  // Not run by tests: the library reads the header as we do.
     Bitmap bitmap = blankBitmap(header, header.isGif ? 32 : 24);
     read(image, bitmap, header);
     if (header.isGif)

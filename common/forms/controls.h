@@ -44,14 +44,14 @@ class Control {
  private:
   friend class Form;
   virtual void onAttached() {}
-  virtual void onCommand(WORD /*code*/) {}
+  virtual void onCommand(WORD /*code*/) {}  // Not run by tests: none asks such a control.
   // A command of one of the control's own parts, a toolbar's button.
-  virtual void onChildCommand(int /*command*/) {}
+  virtual void onChildCommand(int /*command*/) {}  // Not run by tests: as above.
   virtual LRESULT onNotify(NMHDR& /*header*/) { return 0; }
   // Whether its size decides how all of it looks, as the width does for a text that is cut.
   virtual bool repaintsWhenSized() const { return true; }
   // A control of an owner-drawn style is to be painted.
-  virtual void onDraw(HDC /*target*/, const RECT& /*place*/) {}
+  virtual void onDraw(HDC /*target*/, const RECT& /*place*/) {}  // Not run by tests: as above.
 
   Form& form_;
   int id_;

@@ -37,6 +37,7 @@ class Walker {
   // A menu or class: nothing, a number behind 0xFFFF, or a text.
   void skipNameOrNumber() {
     const WORD first = word();
+    // Not run by tests: our dialogs have neither.
     if (first == 0xFFFF)
       word();
     else if (first != 0)
@@ -61,7 +62,7 @@ DialogFont messageFont() {
   NONCLIENTMETRICSW metrics = {};
   metrics.cbSize = sizeof metrics;
   if (!SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0))
-    return {L"MS Shell Dlg 2", 8};
+    return {L"MS Shell Dlg 2", 8};  // Not run by tests: every system has one.
   const handles::ScreenContext screen;
   const LONG height = metrics.lfMessageFont.lfHeight;
   const int points =
