@@ -490,6 +490,7 @@ void frmQuillet::showPreviewError() {
   showPlace(false);
 }
 
+// Not run by tests: the picture box is tested with pictures that fail late.
 void frmQuillet::xwpPreview_Failed(const Error& error) {
   handle(L"lvListView_ItemClick", [&] {
     showPreviewError();
@@ -597,7 +598,8 @@ void frmQuillet::cmdCopytoWeb_Click() {
     const auto web = host_.activeWeb();
     if (!web) return;
     const auto entry = selectedTemplate();
-    if (entry && isSamePlace(entry->folder, destination_)) {
+    if (entry &&
+        isSamePlace(entry->folder, destination_)) {  // Not run by tests: no web lies there.
       showMessage(hwnd(), samePlaceMessage(entry->folder), MB_ICONHAND);
       return;
     }
@@ -624,7 +626,7 @@ void frmQuillet::copyTo(const HostWeb& web, const TemplateEntry& entry) {
   const HostFolder folder = located ? *located : web.createFolder(destination_).folder;
   WriteLog({L"Copying folder to the following path : ", destination_});
   if (!frmCopyToWeb().CopyTemplateFolder(folder.url(), {entry.title, entry.folder}, hwnd())) return;
-  if (lvDWTs.count() == 0) {
+  if (lvDWTs.count() == 0) {  // Not run by tests: no list is emptied by a copy.
     cmdCopytoWeb.setEnabled(false);
     cmdDestFolder.setEnabled(false);
   }

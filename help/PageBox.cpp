@@ -12,6 +12,7 @@ namespace help {
 namespace {
 
 // A print job that is given up unless it comes to its end.
+// Not run by tests: they have no printer.
 class PrintJob {
  public:
   PrintJob(HDC printer, const std::wstring& name) : printer_(printer) {
@@ -81,7 +82,7 @@ bool PageBox::print() {
 
 void PageBox::followLink(const std::wstring& link) {
   if (isOutside(link)) {
-    modCommon::ShellOpen(link, {});
+    modCommon::ShellOpen(link, {});  // Not run by tests: it opens a program.
     return;
   }
   if (const auto file = fileBeside(file_, link); file && onLink) onLink(*file);

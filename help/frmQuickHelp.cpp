@@ -55,6 +55,7 @@ void frmQuickHelp::showPage(const std::wstring& file) {
   SetWindowTextW(hwnd(), text::join({page, both ? L" - " : L"", given}).c_str());
 }
 
+// Not run by tests: the same as in frmHelp, which is tested.
 void frmQuickHelp::btnPrint_Click() {
   try {
     pgPage.print();

@@ -10,6 +10,7 @@
 namespace help {
 
 // Runs the program's body; what ends it early is shown. The program's exit code.
+// Not run by tests: they show the windows without the programs.
 template <class Body>
 int runProgram(Body&& body) noexcept {
   OleInitialize(nullptr);

@@ -28,7 +28,7 @@ bool frmDownloadProgress::RunModal(std::wstring& destinationFolder, bool& comple
                                    const Request& request, HWND owner) {
   try {
     return runRequest(destinationFolder, completed, request, owner);
-  } catch (...) {
+  } catch (...) {  // Not run by tests: what fails in the run ends there.
     logRunModalError(errors::current());
     return false;
   }
@@ -98,6 +98,7 @@ void frmDownloadProgress::fail(std::wstring_view text, std::wstring_view title) 
 
 bool frmDownloadProgress::ask(const std::wstring& text) { return message(text, MB_YESNO) == IDYES; }
 
+// Not run by tests: downloads are unpacked over what is there.
 UnpackingQuestions::Overwrite frmDownloadProgress::overwrite(const std::wstring& name) {
   return online::askToOverwrite(boxOwner(), name);
 }

@@ -223,6 +223,7 @@ int run(const unzip::Library& library, const Options& options, const LibraryPath
 // A name that the code page cannot hold is given by its short form, where there is one.
 std::wstring ansiPath(const std::wstring& path) {
   if (text::fitsAnsi(path)) return path;
+  // Not run by tests: their folders are in the code page.
   const NoSystemBoxes quiet;
   wchar_t shortPath[MAX_PATH];
   const DWORD length = GetShortPathNameW(path.c_str(), shortPath, MAX_PATH);
@@ -288,7 +289,7 @@ long unpack(const unzip::Library& library, const Options& options, const archive
     lastMessage = std::move(*damage);
     return unzip::notAnArchive;
   }
-  if (!text::fitsAnsi(folder)) {
+  if (!text::fitsAnsi(folder)) {  // Not run by tests: as above.
     lastMessage = errors::descriptionOf(errors::badFileName);
     return unzip::cannotCreate;
   }

@@ -56,6 +56,7 @@ class UnpackingView final : public UnpackingQuestions {
     stopped_ = !view_.keepGoing();
     return !stopped_;
   }
+  // Not run by tests: downloads are unpacked over what is there.
   Overwrite overwrite(const std::wstring& name) override { return view_.overwrite(name); }
   std::optional<std::wstring> password(int longest) override { return view_.password(longest); }
   void fail(std::wstring_view text, std::wstring_view title) noexcept override {
