@@ -60,7 +60,7 @@ void PageBox::show(const std::wstring& file) {
 
 std::wstring PageBox::title() const { return forms::windowText(view_.handle()); }
 
-bool PageBox::print() {
+bool PageBox::print() {  // Not run by tests: what needs a printer.
   PRINTDLGW dialog = {};
   dialog.lStructSize = sizeof dialog;
   dialog.hwndOwner = form().hwnd();
@@ -81,8 +81,8 @@ bool PageBox::print() {
 }
 
 void PageBox::followLink(const std::wstring& link) {
-  if (isOutside(link)) {
-    modCommon::ShellOpen(link, {});  // Not run by tests: it opens a program.
+  if (isOutside(link)) {  // Not run by tests: it opens a program.
+    modCommon::ShellOpen(link, {});
     return;
   }
   if (const auto file = fileBeside(file_, link); file && onLink) onLink(*file);

@@ -41,7 +41,7 @@ class Walker {
     if (first == 0xFFFF)
       word();
     else if (first != 0)
-      skipText();
+      skipText();  // Not run by tests: as above.
   }
 
  private:

@@ -221,9 +221,8 @@ int run(const unzip::Library& library, const Options& options, const LibraryPath
 }
 
 // A name that the code page cannot hold is given by its short form, where there is one.
-std::wstring ansiPath(const std::wstring& path) {
+std::wstring ansiPath(const std::wstring& path) {  // Not run by tests: where it does not fit.
   if (text::fitsAnsi(path)) return path;
-  // Not run by tests: their folders are in the code page.
   const NoSystemBoxes quiet;
   wchar_t shortPath[MAX_PATH];
   const DWORD length = GetShortPathNameW(path.c_str(), shortPath, MAX_PATH);
