@@ -1,5 +1,7 @@
 #include "html/PageView.h"
 
+#include <stdexcept>
+
 #include "common/handles.h"
 #include "tests/support/Frame.h"
 #include "tests/support/HeldKeys.h"
@@ -53,6 +55,15 @@ struct View {
     POINT place = {-1, -1};
     REQUIRE(linkPlace(view.handle(), link, place));
     return place;
+  }
+  // The upper part of the page as it is painted.
+  std::vector<COLORREF> painted() const {
+    RedrawWindow(view.handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+    const handles::WindowContext context(view.handle());
+    std::vector<COLORREF> result;
+    for (int y = 0; y < 40; ++y)
+      for (int x = 0; x < 100; ++x) result.push_back(GetPixel(context.get(), x, y));
+    return result;
   }
   void click(POINT place) const {
     send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(place.x, place.y));
@@ -139,6 +150,8 @@ TEST_CASE("the keys move the page") {
   view.press(VK_PRIOR);
   CHECK(view.position() == view.height() - 400);
   view.press(VK_HOME);
+  CHECK(view.position() == 0);
+  view.press(VK_SPACE);
   CHECK(view.position() == 0);
 }
 
@@ -238,6 +251,61 @@ TEST_CASE("behind the last link of a page the tab key is the dialog's") {
   view.press(VK_TAB);
   view.press(VK_RETURN);
   CHECK(view.followed.empty());
+}
+
+TEST_CASE("the marked link has a frame as long as the page has the focus") {
+  const View view(links);
+  SetFocus(view.view.handle());
+  const auto unmarked = view.painted();
+  view.press(VK_TAB);
+  CHECK(view.painted() != unmarked);
+  SetFocus(view.frame.get());
+  CHECK(view.painted() == unmarked);
+}
+
+TEST_CASE("a failure behind a link leaves the page as it is") {
+  View view(links);
+  view.view.onLink = [](const std::wstring&) { throw std::runtime_error("lost"); };
+  view.click(view.placeOf(L"three"));
+  CHECK(view.position() > 300);
+}
+
+TEST_CASE("what is asked for later comes with the window's messages") {
+  View view(links);
+  int came = 0;
+  view.view.onLater = [&] { ++came; };
+  view.view.askLater();
+  CHECK(came == 0);
+  MSG message = {};
+  while (PeekMessageW(&message, view.view.handle(), 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+  CHECK(came == 1);
+}
+
+TEST_CASE("what is no picture takes no room of its own and nothing is drawn of it") {
+  View view(L"<img src=a>");
+  view.view.onPicture = [](const std::wstring&) { return "no picture"; };
+  view.view.show(view.page);
+  CHECK(view.bar().nMax == 19);  // the page's margins
+  const auto empty = view.painted();
+  view.view.show(parsePage(L"<img src=a width=50 height=20>"));
+  CHECK(view.bar().nMax == 39);
+  CHECK(view.painted() == empty);
+}
+
+TEST_CASE("an entry of a list has a square before the middle of its first line") {
+  Fonts fonts;
+  BluePictures sizes;
+  const Layout list =
+      layOut(parsePage(L"<ul><li><font color=#ff0000>one<br>two</ul>"), 300, fonts, sizes);
+  REQUIRE(list.items.size() == 3);
+  const Item& square = list.items[0];
+  const RECT one = list.items[1].place;
+  CHECK(square.kind == Item::Kind::fill);
+  CHECK(square.colour == RGB(255, 0, 0));
+  CHECK(square.place.left == one.left - 15);
+  CHECK(square.place.right == one.left - 10);
+  CHECK(square.place.top == one.top + (one.bottom - one.top - 5) / 2);
+  CHECK(square.place.bottom == square.place.top + 5);
 }
 
 TEST_CASE("Enter is the dialog's where no link is marked") {
