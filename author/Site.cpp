@@ -269,8 +269,8 @@ void Builder::checkDownload(const std::wstring& download, std::size_t archives,
     throw Error(errors::invalidArgument,
                 text::join({L"The download of ", title, L" would have an address of ",
                             number(address.size()),
-                            L" characters, which the download cannot read. Choose a shorter one "
-                            L"for the catalogue."}));
+                            (L" characters, which the download cannot read. Choose a shorter one "
+                             L"for the catalogue.")}));
 }
 
 void Builder::packAll() {

@@ -1,5 +1,7 @@
 #include "author/page_template.h"
 
+#include <ranges>
+
 #include "author/page_text.h"
 #include "common/errors.h"
 #include "common/text.h"
@@ -73,15 +75,15 @@ class Filler {
   }
 
   const std::wstring& textOf(std::size_t gap, const std::wstring& name) const {
-    for (auto scope = scopes_.rbegin(); scope != scopes_.rend(); ++scope)
-      if (const auto found = (*scope)->texts.find(name); found != (*scope)->texts.end())
+    for (const auto* scope : std::views::reverse(scopes_))
+      if (const auto found = scope->texts.find(name); found != scope->texts.end())
         return found->second;
     fail(gap, L"There is no text \"" + name + L"\" here.");
   }
 
   const std::vector<Values>& listOf(std::size_t gap, const std::wstring& name) const {
-    for (auto scope = scopes_.rbegin(); scope != scopes_.rend(); ++scope)
-      if (const auto found = (*scope)->lists.find(name); found != (*scope)->lists.end())
+    for (const auto* scope : std::views::reverse(scopes_))
+      if (const auto found = scope->lists.find(name); found != scope->lists.end())
         return found->second;
     fail(gap, L"There is no list \"" + name + L"\" here.");
   }

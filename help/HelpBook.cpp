@@ -41,7 +41,7 @@ bool holdsAll(std::wstring_view text, const std::vector<std::wstring>& words) {
 
 }  // namespace
 
-HelpBook::HelpBook(std::wstring folder) : folder_(modCommon::withBackslash(folder)) {
+HelpBook::HelpBook(const std::wstring& folder) : folder_(modCommon::withBackslash(folder)) {
   const std::wstring contents = readPage(folder_ + contentsFile).text;
   for (const std::wstring& line : text::split(text::replaceAll(contents, L"\r", L""), L'\n'))
     if (auto topic = topicIn(line)) topics_.push_back(std::move(*topic));

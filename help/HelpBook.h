@@ -20,7 +20,7 @@ struct Topic {
 class HelpBook {
  public:
   // A folder without contents gives a book without topics.
-  explicit HelpBook(std::wstring folder);
+  explicit HelpBook(const std::wstring& folder);
 
   const std::wstring& folder() const noexcept { return folder_; }  // ends in a backslash
   const std::vector<Topic>& topics() const noexcept { return topics_; }

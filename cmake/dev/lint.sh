@@ -56,7 +56,8 @@ tidy() {
   done < <(i686-w64-mingw32-g++-win32 -E -v -x c++ /dev/null 2>&1 | sed -n 's/^ \(.*c++.*\)$/\1/p')
   # An option of the compiler that ships would be an error to clang.
   mkdir -p build/tidy
-  sed 's/ -fno-ipa-sra//g' build/release/compile_commands.json >build/tidy/compile_commands.json
+  sed -E 's/ -(fno-ipa-sra|malign-data=abi|mpreferred-stack-boundary=2)\b//g' \
+    build/release/compile_commands.json >build/tidy/compile_commands.json
   # What every file's verdict depends on, beside the file and what it includes.
   clang-tidy --version | cat - .clang-tidy cmake/flags.cmake >build/lint/rules
   cmake/dev/includes stale build/lint/tidy build/lint/rules |

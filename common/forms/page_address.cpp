@@ -117,7 +117,7 @@ bool isSameFile(const std::wstring& one, const std::wstring& other) {
 
 std::wstring canonical(const std::wstring& url) {
   std::wstring result(url.size() * 3 + 16, L'\0');
-  DWORD length = static_cast<DWORD>(result.size());
+  auto length = static_cast<DWORD>(result.size());
   if (FAILED(UrlCanonicalizeW(url.c_str(), result.data(), &length, URL_ESCAPE_UNSAFE))) return url;
   result.resize(length);
   return result;
