@@ -37,6 +37,6 @@ function(quillet_tests name)
     quillet-flags test-support quillet-old-windows ${arg_LIBRARIES})
   # What is tested is built as it ships; the tests themselves only have to be built quickly.
   target_compile_options(${name} PRIVATE -O0 $<$<CONFIG:Release>:-g0>)
-  doctest_discover_tests(${name} PROPERTIES TIMEOUT 60 COST ${arg_COST}
+  doctest_discover_tests(${name} PROPERTIES TIMEOUT 120 COST ${arg_COST}
                          RESOURCE_GROUPS wine:1)
 endfunction()
