@@ -5,9 +5,9 @@
 #include "common/Dispatch.h"
 #include "common/errors.h"
 #include "common/forms/Painting.h"
-#include "common/forms/screen_reader.h"
 #include "common/forms/WebBrowserSite.h"
 #include "common/forms/page_address.h"
+#include "common/forms/screen_reader.h"
 #include "common/handles.h"
 
 namespace forms {
