@@ -1,6 +1,6 @@
 #include "author/page_template.h"
 
-#include <ranges>
+#include <algorithm>
 
 #include "author/page_text.h"
 #include "common/errors.h"
@@ -75,16 +75,16 @@ class Filler {
   }
 
   const std::wstring& textOf(std::size_t gap, const std::wstring& name) const {
-    for (const auto* scope : std::views::reverse(scopes_))
-      if (const auto found = scope->texts.find(name); found != scope->texts.end())
-        return found->second;
+    const auto scope = std::find_if(scopes_.rbegin(), scopes_.rend(),
+                                    [&](const Values* each) { return each->texts.contains(name); });
+    if (scope != scopes_.rend()) return (*scope)->texts.at(name);
     fail(gap, L"There is no text \"" + name + L"\" here.");
   }
 
   const std::vector<Values>& listOf(std::size_t gap, const std::wstring& name) const {
-    for (const auto* scope : std::views::reverse(scopes_))
-      if (const auto found = scope->lists.find(name); found != scope->lists.end())
-        return found->second;
+    const auto scope = std::find_if(scopes_.rbegin(), scopes_.rend(),
+                                    [&](const Values* each) { return each->lists.contains(name); });
+    if (scope != scopes_.rend()) return (*scope)->lists.at(name);
     fail(gap, L"There is no list \"" + name + L"\" here.");
   }
 

@@ -15,8 +15,6 @@ using namespace author;
 
 namespace {
 
-constexpr char base[] = "http://example.invalid/shop";
-
 // What the first link of a page to the download page asks for.
 std::wstring downloadIn(const std::string& page) {
   for (const Link& link : linksOfPage(html::decodePage(page)))
