@@ -23,7 +23,7 @@ enum class Gives { value, code, result };
 enum class Effect { none, takes, takesByCode, gives, givesSecond };
 
 struct Entry {
-  const char* library;
+  const char* module;
   const char* function;
   std::optional<Kind> kind;  // none: it does not fail
   Gives gives;
@@ -441,7 +441,7 @@ FARPROC WINAPI getProcAddress(HMODULE module, LPCSTR name) {
   }
   const FARPROC found = reinterpret_cast<decltype(&getProcAddress)>(lookUp->original)(module, name);
   for (Entry& entry : entries()) {
-    if (!found || entry.library != network || std::strcmp(entry.function, name) != 0) continue;
+    if (!found || entry.module != network || std::strcmp(entry.function, name) != 0) continue;
     entry.original = reinterpret_cast<void*>(found);
     return reinterpret_cast<FARPROC>(entry.replacement);
   }
@@ -454,9 +454,9 @@ class SystemCalls::Patches {
  public:
   explicit Patches(HMODULE module) {
     for (Entry& entry : entries()) {
-      if (entry.library == network) continue;
+      if (entry.module == network) continue;
       patches_.push_back(std::make_unique<ImportPatch>(
-          module, entry.library, entry.function, reinterpret_cast<void (*)()>(entry.replacement)));
+          module, entry.module, entry.function, reinterpret_cast<void (*)()>(entry.replacement)));
       entry.original = reinterpret_cast<void*>(patches_.back()->original<void()>());
     }
   }
