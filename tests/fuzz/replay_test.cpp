@@ -7,6 +7,7 @@
 
 #include "common/handles.h"
 #include "tests/fuzz/Target.h"
+#include "tests/support/read_all.h"
 #include "tests/support/text_output.h"
 
 namespace fuzz {
@@ -36,16 +37,6 @@ std::vector<std::wstring> namesIn(const std::wstring& folder) {
   std::erase(names, L".");
   std::erase(names, L"..");
   return names;
-}
-
-std::string readAll(const std::wstring& path) {
-  const handles::File file(
-      CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-  REQUIRE_MESSAGE(static_cast<bool>(file), path);
-  std::string bytes(GetFileSize(file.get(), nullptr), '\0');
-  DWORD got = 0;
-  ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &got, nullptr);
-  return bytes;
 }
 
 const fuzz::Target* find(std::string_view name) {

@@ -74,7 +74,7 @@ int Monkey::choose(const ShownBox& box) {
     if (std::ranges::find(box.buttons, captions[each]) != box.buttons.end())
       there.push_back(buttons[each]);
   if (there.empty()) return IDOK;
-  const int button = there[static_cast<std::size_t>(below(static_cast<int>(there.size())))];
+  const int button = oneOf(there);
   did(L"box \"" + box.text.substr(0, 60) + L"\": " + std::to_wstring(button));
   return button;
 }
@@ -148,7 +148,7 @@ void Monkey::pressButton(HWND window) {
   auto buttons = usableChildren(window);
   std::erase_if(buttons, [](HWND child) { return !isButton(child); });
   if (buttons.empty()) return;
-  const HWND chosen = buttons[static_cast<std::size_t>(below(static_cast<int>(buttons.size())))];
+  const HWND chosen = oneOf(buttons);
   did(L"button \"" + windowText(chosen) + L"\" of \"" + windowText(window) + L"\"");
   PostMessageW(chosen, BM_CLICK, 0, 0);
 }
@@ -157,7 +157,7 @@ void Monkey::pressKey() {
   constexpr WPARAM keys[] = {VK_TAB,  VK_TAB, VK_DOWN,   VK_DOWN,  VK_UP,   VK_LEFT, VK_RIGHT,
                              VK_NEXT, VK_END, VK_RETURN, VK_SPACE, VK_F5,   VK_F1,   VK_ESCAPE,
                              VK_F4,   'N',    'H',       VK_APPS,  VK_HOME, VK_PRIOR};
-  const WPARAM key = keys[static_cast<std::size_t>(below(static_cast<int>(std::size(keys))))];
+  const WPARAM key = oneOf(keys);
   const HWND focus = GetFocus();
   if (!focus) return;
   did(L"key " + std::to_wstring(key));
@@ -169,7 +169,7 @@ void Monkey::type() {
   constexpr std::wstring_view letters = L"abNZ 0.\\:/*?\u00E4\u4E2D\b";
   const HWND focus = GetFocus();
   if (!focus) return;
-  const auto letter = letters[static_cast<std::size_t>(below(static_cast<int>(letters.size())))];
+  const auto letter = oneOf(letters);
   did(L"letter " + std::to_wstring(static_cast<int>(letter)));
   PostMessageW(focus, WM_CHAR, letter, 1);
 }
@@ -177,7 +177,7 @@ void Monkey::type() {
 void Monkey::click(HWND window) {
   const auto children = usableChildren(window);
   if (children.empty()) return;
-  const HWND chosen = children[static_cast<std::size_t>(below(static_cast<int>(children.size())))];
+  const HWND chosen = oneOf(children);
   RECT area = {};
   GetClientRect(chosen, &area);
   const LPARAM place = MAKELPARAM(below(area.right), below(area.bottom));
@@ -211,16 +211,14 @@ void Monkey::resize(HWND window) {
 void Monkey::changeSystem(HWND window) {
   constexpr UINT changes[] = {WM_SYSCOLORCHANGE, WM_SETTINGCHANGE, WM_THEMECHANGED, WM_FONTCHANGE,
                               WM_DISPLAYCHANGE};
-  const UINT change =
-      changes[static_cast<std::size_t>(below(static_cast<int>(std::size(changes))))];
+  const UINT change = oneOf(changes);
   did(L"message " + std::to_wstring(change));
   PostMessageW(window, change, 0, 0);
 }
 
 void Monkey::goOnInPage() {
   if (page_.alive() == 0 || !page_.isResting()) return;
-  const auto& address =
-      addresses_[static_cast<std::size_t>(below(static_cast<int>(addresses_.size())))];
+  const auto& address = oneOf(addresses_);
   did(L"page: " + address);
   page_.follow(address);
 }

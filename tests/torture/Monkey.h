@@ -30,6 +30,10 @@ class Monkey {
 
  private:
   int below(int bound);
+  template <class Several>
+  const auto& oneOf(const Several& several) {
+    return several[static_cast<std::size_t>(below(static_cast<int>(std::size(several))))];
+  }
   void did(const std::wstring& what);
   void actIn(HWND window);
   void leaveMenu();

@@ -106,6 +106,15 @@ void leaveFirstPage(FakeWebBrowser& fake, forms::WebBrowser& page) {
   page.setBodyHtml(L"<p>instead</p>", L"instead");
 }
 
+void checkFillsControl(const FakeWebBrowser& fake, const PageForm& form) {
+  RECT control;
+  GetClientRect(form.page.hwnd(), &control);
+  RECT page;
+  GetWindowRect(fake.window(), &page);
+  CHECK(page.right - page.left == control.right);
+  CHECK(page.bottom - page.top == control.bottom);
+}
+
 }  // namespace
 
 TEST_CASE("the browser is made when it is first needed and taken down in order") {
@@ -624,12 +633,7 @@ TEST_CASE("the window of a page has the size of its control") {
   show([&](PageForm& form) {
     form.go(fake, L"http://one/");
     SetWindowPos(form.page.hwnd(), nullptr, 0, 0, 123, 77, SWP_NOMOVE | SWP_NOZORDER);
-    RECT control;
-    GetClientRect(form.page.hwnd(), &control);
-    RECT page;
-    GetWindowRect(fake.window(), &page);
-    CHECK(page.right - page.left == control.right);
-    CHECK(page.bottom - page.top == control.bottom);
+    checkFillsControl(fake, form);
   });
 }
 
@@ -640,12 +644,7 @@ TEST_CASE("a browser that wants another place keeps that of its control") {
     SetWindowPos(fake.window(), nullptr, 0, 0, 5, 5, SWP_NOMOVE | SWP_NOZORDER);
     const RECT wanted = {0, 0, 5, 5};
     CHECK(fake.site().as<IOleInPlaceSite>()->OnPosRectChange(&wanted) == S_OK);
-    RECT control;
-    GetClientRect(form.page.hwnd(), &control);
-    RECT page;
-    GetWindowRect(fake.window(), &page);
-    CHECK(page.right - page.left == control.right);
-    CHECK(page.bottom - page.top == control.bottom);
+    checkFillsControl(fake, form);
   });
 }
 

@@ -4,22 +4,12 @@
 
 #include <map>
 
-#include "common/handles.h"
 #include "tests/online/archive/Unpacking.h"
+#include "tests/support/read_all.h"
 
 namespace {
 
 using Files = std::map<std::wstring, std::string>;
-
-std::string readAll(const std::wstring& path) {
-  const handles::File file(
-      CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-  REQUIRE_MESSAGE(static_cast<bool>(file), path);
-  std::string bytes(GetFileSize(file.get(), nullptr), '\0');
-  DWORD got = 0;
-  ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &got, nullptr);
-  return bytes;
-}
 
 std::wstring madeFolder() {
   wchar_t path[MAX_PATH];
