@@ -9,15 +9,20 @@ fuzz_corpus=$PWD/tests/fuzz/corpus
 packages_to_fuzz=(clang libclang-rt-dev g++-multilib lib32z1-dev)
 
 # usage: fuzz [SECONDS] [TARGET]...
+#        fuzz --runs NUMBER [TARGET]...   so many inputs each, however long that takes
 #        fuzz --keep [TARGET]...   the shortest inputs that reach what the kept ones do not are kept,
 #                                  too, of those that runs on this machine have found
 fuzz() {
-  local keep= seconds=60 targets
+  local keep= limit=-max_total_time=60 targets
   if [[ ${1:-} == --keep ]]; then
     keep=yes
     shift
+  elif [[ ${1:-} == --runs ]]; then
+    [[ ${2:-} =~ ^[0-9]+$ ]] || die "fuzz: --runs wants a number."
+    limit=-runs=$2
+    shift 2
   elif [[ ${1:-} =~ ^[0-9]+$ ]]; then
-    seconds=$1
+    limit=-max_total_time=$1
     shift
   fi
   check_fuzz_tools
@@ -26,7 +31,7 @@ fuzz() {
   mkdir -p "$fuzz_folder/crashes"
   targets=("$@")
   ((${#targets[@]} > 0)) || mapfile -t targets < <(ls "$fuzz_corpus")
-  if [[ -n $keep ]]; then keep_inputs "${targets[@]}"; else run_targets "$seconds" "${targets[@]}"; fi
+  if [[ -n $keep ]]; then keep_inputs "${targets[@]}"; else run_targets "$limit" "${targets[@]}"; fi
 }
 
 check_fuzz_tools() {
@@ -48,15 +53,15 @@ build_fuzz() {
     -DCMAKE_CXX_COMPILER=clang++ && cmake --build "$fuzz_folder"
 }
 
-# usage: run_targets SECONDS TARGET...   A table with a line for each; an error when one crashed.
+# usage: run_targets LIMIT TARGET...   A table with a line for each; an error when one crashed.
 run_targets() {
-  local seconds=$1 target log crashes failed=0
+  local limit=$1 target log crashes failed=0
   shift
   printf '%-18s %12s %10s %8s\n' target runs "new inputs" crashes
   for target; do
     log=build/log/fuzz-$target.txt
     crashes=0
-    run_target "$target" "$seconds" >"$log" 2>&1 || crashes=1
+    run_target "$target" "$limit" >"$log" 2>&1 || crashes=1
     printf '%-18s %12s %10s %8s\n' "$target" "$(told executed_units "$log")" \
       "$(told new_units_added "$log")" "$crashes"
     if ((crashes > 0)); then
@@ -71,7 +76,7 @@ run_target() {
   local found=$fuzz_folder/found/$1
   [[ -x $fuzz_folder/bin/$1 ]] || die "fuzz: there is no target $1."
   mkdir -p "$found"
-  with_sanitizers "$1" -max_total_time="$2" -max_len="$(longest_input "$1")" -print_final_stats=1 \
+  with_sanitizers "$1" "$2" -max_len="$(longest_input "$1")" -print_final_stats=1 \
     -artifact_prefix="$fuzz_folder/crashes/$1-" "$found" "$fuzz_corpus/$1"
 }
 

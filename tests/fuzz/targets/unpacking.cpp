@@ -1,6 +1,7 @@
 // A downloaded archive on its whole way: through the gate, and by the unzip library onto the disk.
 #include <algorithm>
 
+#include "online/archive/entry_names.h"
 #include "tests/fuzz/ArchivePromises.h"
 #include "tests/fuzz/ArchiveRecipe.h"
 #include "tests/fuzz/Target.h"
@@ -19,13 +20,15 @@ std::uint64_t claimed(const archive::Directory& directory) {
   return size;
 }
 
-// A path can have at most so many folders.
+// A path can have at most so many folders; it may be the one that an entry has beside its own.
 std::size_t mostFiles(const archive::Directory& directory) {
-  std::size_t files = 0;
-  for (const archive::Entry& entry : directory.entries)
-    files += 1 + static_cast<std::size_t>(std::count(entry.name.begin(), entry.name.end(), '/') +
-                                          std::count(entry.name.begin(), entry.name.end(), '\\'));
-  return files + 1;
+  std::size_t files = 1;
+  for (const archive::Entry& entry : directory.entries) {
+    const auto name = archive::nameOf(entry, fuzz::codePages());
+    const std::wstring path = name ? archive::placeOf(*name, entry).path : L"";
+    files += 1 + static_cast<std::size_t>(std::count(path.begin(), path.end(), L'/'));
+  }
+  return files;
 }
 
 const fuzz::Target target("unpacking", [](fuzz::Input input) {

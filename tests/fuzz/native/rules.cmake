@@ -1,0 +1,42 @@
+# The product's sources that the fuzzers are built from. The ordinary build, which has no use for the list,
+# ends when one of them is gone: nobody builds fuzzers every day.
+set(FUZZ_RULES
+  addin/accelerator.cpp
+  addin/host/web_path.cpp
+  author/command_line.cpp
+  author/DescriptionLines.cpp
+  author/EditableRegions.cpp
+  author/Json.cpp
+  author/page_template.cpp
+  author/slug.cpp
+  author/page_text.cpp
+  common/ini_file.cpp
+  common/NameSet.cpp
+  common/PictureHeader.cpp
+  common/ansi.cpp
+  common/errors.cpp
+  common/escapes.cpp
+  common/file_names.cpp
+  common/forms/page_address.cpp
+  common/letter_case.cpp
+  common/placement_record.cpp
+  common/safe_names.cpp
+  common/text.cpp
+  help/command_line.cpp
+  help/references.cpp
+  common/handles.cpp
+  html/Layout.cpp
+  html/Page.cpp
+  html/TokenReader.cpp
+  html/encoding.cpp
+  online/download_page.cpp
+  online/archive/checksum.cpp
+  online/archive/contents.cpp
+  online/archive/Directory.cpp
+  online/archive/entry_names.cpp
+  online/archive/order.cpp
+  online/transfer/DownloadTable.cpp
+  online/transfer/file_address.cpp
+  webcopy/ThemeValue.cpp
+  webcopy/web_folder_path.cpp
+  )
