@@ -244,6 +244,19 @@ void putMetafilePicture() {
   putBytes(CF_METAFILEPICT, std::string(reinterpret_cast<const char*>(&picture), sizeof picture));
 }
 
+// Metafiles that were freed since the count was set back.
+int metafilesFreed = 0;
+const ImportPatch* freeing = nullptr;
+const ImportPatch* freeingEnhanced = nullptr;
+BOOL WINAPI countMetafile(HMETAFILE metafile) {
+  ++metafilesFreed;
+  return freeing->original<decltype(DeleteMetaFile)>()(metafile);
+}
+BOOL WINAPI countEnhancedMetafile(HENHMETAFILE metafile) {
+  ++metafilesFreed;
+  return freeingEnhanced->original<decltype(DeleteEnhMetaFile)>()(metafile);
+}
+
 // The clipboard is as it was, and no entry has a face.
 void checkLeftAlone(const std::function<void()>& data) {
   Owner owner;
@@ -826,4 +839,24 @@ TEST_CASE("No handle of what was saved is left open") {
     CHECK(handles::liveCount() > before);
   }
   CHECK(handles::liveCount() == before);
+}
+
+TEST_CASE("Metafiles that were saved in vain are freed") {
+  Owner owner;
+  owner.put([] {
+    putMetafilePicture();
+    SetClipboardData(CF_ENHMETAFILE, oneEnhancedMetafile());
+  });
+  const ImportPatch plain(nullptr, "gdi32.dll", "DeleteMetaFile", countMetafile);
+  const ImportPatch enhanced(nullptr, "gdi32.dll", "DeleteEnhMetaFile", countEnhancedMetafile);
+  freeing = &plain;
+  freeingEnhanced = &enhanced;
+  metafilesFreed = 0;
+  {
+    ClipboardKeeper keeper;
+    REQUIRE(keeper.offer({}));
+    owner.put([] { putText(L"new"); });
+  }
+  CHECK(metafilesFreed == 2);
+  CHECK(unicodeText() == L"new");
 }

@@ -81,6 +81,19 @@ TEST_CASE("an archive with more files than a short number counts is too large") 
   CHECK(archive::readDirectory(more, run).finding.fault == archive::Fault::tooMany);
 }
 
+TEST_CASE("a record for long numbers is found behind a program where its locator begins") {
+  const auto readBehindProgram = [](char signature) {
+    std::string bytes = "a program" + ZipMaker().add("page.htm", "x").bytesWithLongNumbers();
+    bytes[bytes.size() - 98] = signature;
+    Run run;
+    Memory memory(bytes);
+    return archive::readDirectory(memory, run);
+  };
+  CHECK_FALSE(readBehindProgram('P').finding);
+  CHECK(readBehindProgram('P').entries.size() == 1);
+  CHECK(readBehindProgram('p').finding.fault == archive::Fault::directory);
+}
+
 // What it holds is not to be known; that it holds more than ten bytes is.
 TEST_CASE("an encrypted file that is far longer than it claims to become holds more") {
   const auto faultOf = [](std::uint32_t claimed) {

@@ -293,6 +293,12 @@ TEST_CASE("one of several parts is not unpacked") {
   std::string bytes = onePage().bytes();
   bytes[bytes.size() - 18] = 1;
   checkRefused(bytes, L"It is one of several parts.");
+  // The number of all parts, and the number of this one, among the long numbers.
+  for (const std::size_t behind : {26U, 82U}) {
+    bytes = onePage().bytesWithLongNumbers();
+    bytes[bytes.size() - behind] = 2;
+    checkRefused(bytes, L"It is one of several parts.");
+  }
 }
 
 // Contents
