@@ -11,8 +11,8 @@
 #include "online/archive/ArchiveFile.h"
 #include "online/archive/Directory.h"
 #include "online/archive/gate.h"
-#include "online/transfer/DownloadView.h"
 #include "online/transfer/FileTransfer.h"
+#include "online/transfer/SilentView.h"
 #include "online/transfer/UrlValidation.h"
 
 namespace author {
@@ -21,20 +21,11 @@ namespace {
 using Fault = ArchiveVerdict::Fault;
 
 // Keeps the messages that the dialog would show.
-class Listener final : public DownloadView {
+class Listener final : public SilentView {
  public:
   explicit Listener(Work& work) : work_(work) {}
 
   bool keepGoing() override { return work_.keepGoing(); }
-  void showCaption(const std::wstring&) override {}
-  void showCurrent(const std::wstring&) override {}
-  void showCurrentSize(const std::wstring&) override {}
-  void showOverallSize(const std::wstring&) override {}
-  void resetCurrent(short) override {}
-  void stepCurrent(short) override {}
-  void resetOverall(short) override {}
-  void stepOverall() override {}
-  void disableCancel() override {}
   void fail(std::wstring_view text, std::wstring_view) noexcept override {
     try {
       message = text;

@@ -11,6 +11,7 @@
 #include "host/model/Host.h"
 #include "online/frmDownloadProgress.h"
 #include "online/transfer/FileTransfer.h"
+#include "online/transfer/SilentView.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/ScratchRegistry.h"
@@ -26,21 +27,12 @@ std::wstring fileName(long megabytes) {
 }
 std::wstring addressOf(long megabytes) { return places().address + L"/" + fileName(megabytes); }
 
-class Silent final : public DownloadView {
+class Silent final : public SilentView {
  public:
   bool keepGoing() override {
     forms::yieldToMessages();
     return true;
   }
-  void showCaption(const std::wstring&) override {}
-  void showCurrent(const std::wstring&) override {}
-  void showCurrentSize(const std::wstring&) override {}
-  void showOverallSize(const std::wstring&) override {}
-  void resetCurrent(short) override {}
-  void stepCurrent(short) override {}
-  void resetOverall(short) override {}
-  void stepOverall() override {}
-  void disableCancel() override {}
   void fail(std::wstring_view text, std::wstring_view) noexcept override { failure = text; }
   bool ask(const std::wstring&) override { return true; }
   Overwrite overwrite(const std::wstring&) override { return Overwrite::yes; }
