@@ -571,6 +571,7 @@ void frmQuillet::cmdDestFolder_Click() {
     const auto web = host_.activeWeb();
     if (!web) return;
     offerDefaultFolder(*web);
+    if (isUnloaded()) return;  // while the host answered
     WriteLog(L"Setting destination folder...");
     if (SelectWebFolder(*web, destination_, true, true, hwnd())) {
       const auto folder = web->locateFolder(destination_);
@@ -639,6 +640,7 @@ void frmQuillet::copyTo(const HostWeb& web, const TemplateEntry& entry) {
 void frmQuillet::cmdSelect_Click() {
   handle(L"cmdSelect_Click", [this] {
     bringToFront();
+    if (isUnloaded()) return;  // while the host answered
     if (ShowFolderDialog(hwnd())) unlessCancelled([this] { ListTemplates(); });
     const bool any = lvDWTs.count() > 0;
     for (forms::Button* each : {&cmdCopytoWeb, &cmdDestFolder, &cmdApplyInstructions})

@@ -1,6 +1,8 @@
 // The template browser and the host behind it: one that refuses, and one that is left as it was.
 #include <windows.h>
 
+#include <tuple>
+
 #include "tests/catalogue/frmQuillet_support.h"
 #include "tests/support/machine.h"
 
@@ -110,6 +112,26 @@ TEST_CASE("the button for the folders brings the host to the front once by its v
     press(browser.dialog, IDC_QUILLET_SELECT);
   });
   CHECK(raised == 1);
+}
+
+TEST_CASE("a window that is closed while the host answers opens none of the others") {
+  const std::tuple<const wchar_t*, int, const wchar_t*> opening[] = {
+      {L"Application.ActiveWeb", IDC_QUILLET_DESTFOLDER, pickerCaption},
+      {L"Web.Url", IDC_QUILLET_DESTFOLDER, pickerCaption},
+      {L"Application.Version", IDC_QUILLET_SELECT, foldersCaption},
+  };
+  for (const auto& [member, button, caption] : opening) {
+    CAPTURE(std::wstring(member));
+    BrowserWindow browser;
+    browser.addTemplate(L"home");
+    browser.driver.onDialog(caption, [](HWND dialog) { press(dialog, IDCANCEL); });
+    browser.show([&] {
+      browser.host.faults().before(member, [&] { SendMessageW(browser.dialog, WM_CLOSE, 0, 0); });
+      press(browser.dialog, button);
+      CHECK_FALSE(IsWindowVisible(browser.dialog));
+    });
+    CHECK(browser.driver.dialogs() == Lines{browserCaption});
+  }
 }
 
 TEST_CASE("the browser's window has the visual styles and the host's calls do without them") {

@@ -14,6 +14,8 @@ namespace {
 
 User* current = nullptr;
 constexpr int visitsOfEach = 4;
+constexpr wchar_t templatesCaption[] = L"Dynamic Web Template Browser";
+constexpr wchar_t onlineCaption[] = L"DWT Online";
 
 bool isUp(HWND window) { return IsWindow(window) && IsWindowVisible(window); }
 
@@ -42,8 +44,8 @@ User::User(FakeWebBrowser& page, std::wstring download)
   modal_.answerOthers(
       [this](const ShownBox& box) { return monkey_ ? monkey_->choose(box) : agree(box); });
   for (int visit = 0; visit < visitsOfEach; ++visit) {
-    expect(L"Dynamic Web Template Browser", false);
-    expect(L"DWT Online", true);
+    expect(templatesCaption, false);
+    expect(onlineCaption, true);
   }
   timer_ = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, onTimer);
 }
@@ -73,7 +75,10 @@ void CALLBACK User::onTimer(HWND, UINT, UINT_PTR, DWORD) {
 void User::lookAround() {
   if (monkey_) return monkey_->act();
   std::erase_if(visited_, [](const Visited& each) { return !isUp(each.window); });
-  if (visited_.empty()) return;
+  if (visited_.empty()) {
+    if (looks_) closeOther();
+    return;
+  }
   Visited& top = visited_.back();
   if (!IsWindowEnabled(top.window)) {
     if (looks_) closeOther();
@@ -93,13 +98,14 @@ void User::look(const Visited& visited) {
     press(visited.window, buttons[visited.done]);
 }
 
-// A window over those that were visited: what it opens itself, and its end.
+// A window over those that are visited, or that was over one which has gone: what it opens itself,
+// and its end.
 void User::closeOther() {
   const auto dialogs = ownDialogs();
   if (dialogs.empty() || !IsWindowEnabled(dialogs.front())) return;
   const HWND top = dialogs.front();
-  if (std::ranges::any_of(visited_, [&](const Visited& each) { return each.window == top; }))
-    return;
+  const std::wstring caption = windowText(top);
+  if (caption == templatesCaption || caption == onlineCaption) return;
   if (met_.insert(top).second && IsWindow(GetDlgItem(top, IDC_SELECTWEBFOLDER_BTNNEWFOLDER)))
     press(top, IDC_SELECTWEBFOLDER_BTNNEWFOLDER);
   else
