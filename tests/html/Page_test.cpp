@@ -102,6 +102,20 @@ TEST_CASE("a list's entry has one mark at its beginning") {
   CHECK(page.body.blocks[2].bullet);
 }
 
+TEST_CASE("an entry between a table and its cells keeps its mark to itself") {
+  const Page page = parsePage(L"<table><li>one<td>two</table>");
+  REQUIRE(page.body.blocks.size() == 2);
+  CHECK(page.body.blocks[1].bullet);
+  CHECK_FALSE(page.body.blocks[0].table->rows[0][0].blocks[0].bullet);
+}
+
+TEST_CASE("a paragraph that a table ends in ends with the next one") {
+  const Page page = parsePage(L"<p align=right><table><tr><td>a</table><p>b");
+  REQUIRE(page.body.blocks.size() == 2);
+  CHECK(page.body.blocks[0].align == Align::right);
+  CHECK(page.body.blocks[1].align == Align::left);
+}
+
 TEST_CASE("entities become the letters that they mean") {
   CHECK(withoutEntities(L"&lt;&amp;&uuml;&#65;&#x42;&none; & x;") ==
         L"<&\xFC"
