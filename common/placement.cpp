@@ -39,10 +39,11 @@ RECT visible(RECT window) noexcept {
   return placement::broughtIntoView(window, screen);
 }
 
-// Workspace coordinates begin at the primary monitor's work area instead of its corner.
+// Workspace coordinates begin at the primary monitor's work area instead of its corner, which is
+// the origin of the screen.
 POINT workspaceOrigin() noexcept {
-  const MONITORINFO primary = infoOf(MonitorFromPoint({0, 0}, MONITOR_DEFAULTTOPRIMARY));
-  return {primary.rcWork.left - primary.rcMonitor.left, primary.rcWork.top - primary.rcMonitor.top};
+  const RECT area = infoOf(MonitorFromPoint({0, 0}, MONITOR_DEFAULTTOPRIMARY)).rcWork;
+  return {area.left, area.top};
 }
 
 }  // namespace

@@ -97,6 +97,25 @@ BOOL WINAPI taskBarAtTheTop(HMONITOR, LPMONITORINFO info) {
   return TRUE;
 }
 
+// Where the product itself wants a window: the system brings into view what is not.
+class Wanted {
+ public:
+  Wanted() {
+    current_ = this;
+    place_ = {};
+  }
+  static const RECT& place() { return place_; }
+
+ private:
+  static BOOL WINAPI set(HWND window, const WINDOWPLACEMENT* placement) {
+    place_ = placement->rcNormalPosition;
+    return current_->patch_.original<decltype(set)>()(window, placement);
+  }
+  static inline Wanted* current_ = nullptr;
+  static inline RECT place_ = {};
+  ImportPatch patch_{nullptr, "user32.dll", "SetWindowPlacement", set};
+};
+
 }  // namespace
 
 namespace doctest {
@@ -252,7 +271,9 @@ TEST_CASE("a rectangle larger than all screens is cut to the work area") {
   ScratchRegistry registry;
   TestWindow window;
   store(registry, record({-9000, -9000, 20000, 20000}, resolution()));
+  const Wanted wanted;
   CHECK(restore(window));
+  CHECK(lies(wanted.place(), workArea()));
   CHECK(lies(window.placement().rcNormalPosition, workArea()));
 }
 
