@@ -280,3 +280,20 @@ TEST_CASE("a form that becomes active again gives the focus back to the control 
     }
   });
 }
+
+TEST_CASE("a form that is told anew that it is active leaves the focus where it is") {
+  AboutForm([](AboutForm& form) {
+    form.ok.focus();
+    SendMessageW(form.hwnd(), WM_ACTIVATE, WA_ACTIVE, 0);
+    CHECK(GetFocus() == form.ok.hwnd());
+  });
+}
+
+TEST_CASE("what had the focus in another window has it again after a form") {
+  const Frame frame;
+  const Inner inner(frame.get());
+  SetFocus(inner.get());
+  REQUIRE(GetFocus() == inner.get());
+  AboutForm([](AboutForm&) {});
+  CHECK(GetFocus() == inner.get());
+}

@@ -31,6 +31,7 @@ class ProbeForm : public forms::Form {
     keep(check, forms::left | forms::top);
     keep(ok, forms::right | forms::bottom);
   }
+  using Form::keep;
 
   std::function<void(ProbeForm&)> load = [](ProbeForm&) {};
   std::function<void(ProbeForm&)> activate = [](ProbeForm&) {};
@@ -273,6 +274,50 @@ TEST_CASE("sizing a form paints only those controls anew whose place changes") {
   form.show(nullptr);
   CHECK_FALSE(checkIsPainted);
   CHECK(okIsPainted);
+}
+
+TEST_CASE("a sized form moves what keeps to one edge and stretches what keeps to two") {
+  const auto placeOf = [](const forms::Control& control) {
+    RECT place;
+    GetWindowRect(control.hwnd(), &place);
+    MapWindowPoints(nullptr, GetParent(control.hwnd()), reinterpret_cast<POINT*>(&place), 2);
+    return place;
+  };
+  ProbeForm form;
+  form.load = [](ProbeForm& self) {
+    self.keep(self.check, forms::left | forms::right | forms::top | forms::bottom);
+    self.keep(self.ok, forms::right | forms::bottom);
+  };
+  form.activate = [&](ProbeForm& self) {
+    const RECT check = placeOf(self.check);
+    const RECT ok = placeOf(self.ok);
+    RECT window;
+    GetWindowRect(self.hwnd(), &window);
+    SetWindowPos(self.hwnd(), nullptr, 0, 0, window.right - window.left + 50,
+                 window.bottom - window.top + 40, SWP_NOMOVE | SWP_NOZORDER);
+    const RECT stretched = {check.left, check.top, check.right + 50, check.bottom + 40};
+    const RECT moved = {ok.left + 50, ok.top + 40, ok.right + 50, ok.bottom + 40};
+    const RECT checkNow = placeOf(self.check);
+    const RECT okNow = placeOf(self.ok);
+    CHECK(EqualRect(&checkNow, &stretched));
+    CHECK(EqualRect(&okNow, &moved));
+    self.close();
+  };
+  form.show(nullptr);
+}
+
+TEST_CASE("a form can be made no smaller than it was designed") {
+  ProbeForm form;
+  form.activate = [](ProbeForm& self) {
+    RECT window;
+    GetWindowRect(self.hwnd(), &window);
+    MINMAXINFO limits = {};
+    CHECK(SendMessageW(self.hwnd(), WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits)) == 0);
+    CHECK(limits.ptMinTrackSize.x == window.right - window.left);
+    CHECK(limits.ptMinTrackSize.y == window.bottom - window.top);
+    self.close();
+  };
+  form.show(nullptr);
 }
 
 TEST_CASE("yielding handles what is in the queue and returns") {

@@ -316,6 +316,28 @@ TEST_CASE("a file that is cut while it is read is no picture") {
   });
 }
 
+namespace {
+
+// As of a file that is four gigabytes longer than the one on the disk.
+DWORD WINAPI sizeOfMore(HANDLE file, DWORD* high) {
+  LARGE_INTEGER size = {};
+  GetFileSizeEx(file, &size);
+  *high = 1;
+  return size.LowPart;
+}
+
+}  // namespace
+
+TEST_CASE("a file of four gigabytes and more is no picture") {
+  const ScratchFolder disk;
+  const auto path = disk.writeFile(L"a.gif", pictures::bytes(pictures::blueGif));
+  PictureForm([&](PictureForm& form) {
+    const ImportPatch patch(nullptr, "kernel32.dll", "GetFileSize", sizeOfMore);
+    CHECK(loadError(form.box, path) == forms::PictureBox::invalidPicture);
+    CHECK_FALSE(form.box.hasPicture());
+  });
+}
+
 TEST_CASE("a picture file can be deleted while it is shown") {
   const ScratchFolder disk;
   const auto path = disk.writeFile(L"a.gif", pictures::bytes(pictures::blueGif));
