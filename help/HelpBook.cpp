@@ -34,6 +34,12 @@ std::wstring textOf(const std::wstring& file) {
   return text;
 }
 
+std::optional<std::size_t> firstOf(const std::vector<Topic>& topics, const auto& isWanted) {
+  const auto found = std::ranges::find_if(topics, isWanted);
+  if (found == topics.end()) return {};
+  return static_cast<std::size_t>(found - topics.begin());
+}
+
 bool holdsAll(std::wstring_view text, const std::vector<std::wstring>& words) {
   return std::ranges::all_of(
       words, [&](const std::wstring& word) { return text::containsIgnoringCase(text, word); });
@@ -48,17 +54,15 @@ HelpBook::HelpBook(const std::wstring& folder) : folder_(modCommon::withBackslas
 }
 
 std::optional<std::size_t> HelpBook::find(std::wstring_view name) const {
-  for (std::size_t i = 0; i < topics_.size(); ++i)
-    if (text::equalIgnoringCase(topics_[i].name, name)) return i;
-  return {};
+  return firstOf(topics_,
+                 [&](const Topic& each) { return text::equalIgnoringCase(each.name, name); });
 }
 
 std::wstring HelpBook::fileOf(const Topic& topic) const { return folder_ + topic.name + L".htm"; }
 
 std::optional<std::size_t> HelpBook::topicOfFile(std::wstring_view file) const {
-  for (std::size_t i = 0; i < topics_.size(); ++i)
-    if (text::equalIgnoringCase(fileOf(topics_[i]), file)) return i;
-  return {};
+  return firstOf(topics_,
+                 [&](const Topic& each) { return text::equalIgnoringCase(fileOf(each), file); });
 }
 
 std::vector<std::size_t> HelpBook::search(std::wstring_view words) const {

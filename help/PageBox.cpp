@@ -12,7 +12,6 @@ namespace help {
 namespace {
 
 // A print job that is given up unless it comes to its end.
-// Not run by tests: they have no printer.
 class PrintJob {
  public:
   PrintJob(HDC printer, const std::wstring& name) : printer_(printer) {
@@ -60,13 +59,13 @@ void PageBox::show(const std::wstring& file) {
 
 std::wstring PageBox::title() const { return forms::windowText(view_.handle()); }
 
-bool PageBox::print() {  // Not run by tests: what needs a printer.
+void PageBox::print() {
   PRINTDLGW dialog = {};
   dialog.lStructSize = sizeof dialog;
   dialog.hwndOwner = form().hwnd();
   dialog.Flags = PD_RETURNDC | PD_NOPAGENUMS | PD_NOSELECTION | PD_USEDEVMODECOPIESANDCOLLATE;
   if (!PrintDlgW(&dialog)) {
-    if (CommDlgExtendedError() == 0) return false;
+    if (CommDlgExtendedError() == 0) return;
     throw Error(errors::deviceUnavailable, L"There is no printer to print on.");
   }
   const handles::Global mode(dialog.hDevMode);
@@ -77,7 +76,6 @@ bool PageBox::print() {  // Not run by tests: what needs a printer.
   view_.print(printer.get(), [&](bool begins) { return whole = job.leaf(begins); });
   if (!whole) throw errors::fromLastError();
   job.end();
-  return true;
 }
 
 void PageBox::followLink(const std::wstring& link) {

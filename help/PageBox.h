@@ -21,9 +21,9 @@ class PageBox : public forms::Control {
   void show(const std::wstring& file);
   const std::wstring& file() const noexcept { return file_; }
   std::wstring title() const;
-  // Shows the system's printer dialog over the form and prints. Raises an Error when the printer
-  // refuses; false when the user does.
-  bool print();
+  // Shows the system's printer dialog over the form and prints, unless the user cancels it. Raises
+  // an Error when the printer refuses.
+  void print();
 
   // A link to another file beside this one. Addresses outside go to the user's own programs, and
   // links of any other kind nowhere.

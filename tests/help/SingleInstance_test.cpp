@@ -1,8 +1,20 @@
 #include "help/SingleInstance.h"
 
+#include "tests/support/ImportPatch.h"
 #include "tests/support/text_output.h"
 
 using help::SingleInstance;
+
+namespace {
+
+DWORD mayComeToFront = 0;
+
+BOOL WINAPI note(DWORD process) {
+  mayComeToFront = process;
+  return TRUE;
+}
+
+}  // namespace
 
 TEST_CASE("a command line is handed over to the start that listens") {
   std::vector<std::wstring> heard;
@@ -34,4 +46,12 @@ TEST_CASE("messages of others are no command lines") {
   COPYDATASTRUCT data = {};
   CHECK(SendMessageW(window, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data)) == FALSE);
   CHECK(heard == 0);
+}
+
+TEST_CASE("the program that a command line is handed to may come to the front") {
+  const ImportPatch patch(nullptr, "user32.dll", "AllowSetForegroundWindow", note);
+  const SingleInstance listener([](const std::wstring&) {});
+  mayComeToFront = 0;
+  CHECK(SingleInstance::handOver(L"h.exe"));
+  CHECK(mayComeToFront == GetCurrentProcessId());
 }

@@ -63,6 +63,16 @@ TEST_CASE("a page that another program keeps to itself says why, and such a pict
   CHECK(pictureBeside(page, L"a.gif").empty());
 }
 
+TEST_CASE("a page that another program has open for writing is shown") {
+  const ScratchFolder disk;
+  const auto page = disk.writeFile(L"a.htm", "<p>one");
+  const handles::File writing(CreateFileW(page.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE,
+                                          FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                          nullptr, OPEN_EXISTING, 0, nullptr));
+  REQUIRE(writing);
+  CHECK(textOf(pageOf(page)) == L"one|");
+}
+
 TEST_CASE("a file of another kind says so and is not read") {
   const ScratchFolder disk;
   const auto file = disk.writeFile(L"setup.exe", "MZ");
