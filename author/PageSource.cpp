@@ -5,6 +5,7 @@
 namespace author {
 
 PageSource::PageSource() {
+  // Not run by tests: the system refuses none, even without a network.
   if (!session_.open())
     throw Error(errors::pathNotFound, L"Could not open a connection to the internet.");
   session_.readProxy();

@@ -49,7 +49,7 @@ std::string deflatedOf(std::string_view contents) {
   z_stream stream = {};
   if (deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, -MAX_WBITS, 8, Z_DEFAULT_STRATEGY) !=
       Z_OK)
-    throw std::bad_alloc();
+    throw std::bad_alloc();  // Not run by tests: no memory.
   std::string packed(contents.size(), '\0');
   // zlib's type lacks the const.
   stream.next_in = reinterpret_cast<unsigned char*>(const_cast<char*>(contents.data()));

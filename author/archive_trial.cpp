@@ -29,11 +29,14 @@ class Listener final : public SilentView {
   void fail(std::wstring_view text, std::wstring_view) noexcept override {
     try {
       message = text;
-    } catch (...) {
+    } catch (...) {  // Not run by tests: no memory.
     }
   }
+  // Not run by tests: nothing lies in a new folder.
   bool ask(const std::wstring&) override { return true; }
+  // Not run by tests: unpacking's.
   Overwrite overwrite(const std::wstring&) override { return Overwrite::none; }
+  // Not run by tests: unpacking's.
   std::optional<std::wstring> password(int) override { return std::nullopt; }
 
   std::wstring message;

@@ -54,7 +54,7 @@ class Run {
       case Command::checkCatalogue:
         return checkCatalogue();
     }
-    return notUnderstood;
+    return notUnderstood;  // Not run by tests: there is no other command.
   }
 
  private:
@@ -171,7 +171,7 @@ std::wstring sentence(std::wstring_view description) {
   std::wstring result(description);
   while (!result.empty() &&
          (result.back() == L'\n' || result.back() == L'\r' || result.back() == L' '))
-    result.pop_back();
+    result.pop_back();  // Not run by tests: none that Wine has does.
   if (!result.empty() && result.back() != L'.') result += L'.';
   return result;
 }
@@ -203,8 +203,8 @@ ExitCode run(const std::vector<std::wstring>& arguments, Console& console) {
 ExitCode runProgram(const std::vector<std::wstring>& arguments, Console& console) noexcept {
   try {
     return run(arguments, console);
-  } catch (...) {
-    return findingsOrFailure;  // no memory left to say why
+  } catch (...) {              // Not run by tests: no memory.
+    return findingsOrFailure;  // nor any left to say why
   }
 }
 

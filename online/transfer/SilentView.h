@@ -8,12 +8,12 @@ class SilentView : public DownloadView {
   void showCaption(const std::wstring&) override {}
   void showCurrent(const std::wstring&) override {}
   void showCurrentSize(const std::wstring&) override {}
-  void showOverallSize(const std::wstring&) override {}
+  void showOverallSize(const std::wstring&) override {}  // Not run by tests: the dialog's.
   void resetCurrent(short) override {}
   void stepCurrent(short) override {}
   void resetOverall(short) override {}
   void stepOverall() override {}
-  void disableCancel() override {}
+  void disableCancel() override {}  // Not run by tests: unpacking's.
 
  protected:
   ~SilentView() = default;

@@ -154,6 +154,15 @@ TEST_CASE("a finding keeps a folder from being packed unless it is to be packed 
   CHECK(packing.out.tree() == Told{L"quay.zip"});
 }
 
+TEST_CASE("findings that keep a folder from being packed are told as JSON") {
+  Packing packing;
+  packing.quay.write(L"old.gif", "x");
+  CHECK(packing.run({L"--json"}) == findingsOrFailure);
+  CHECK(packing.console.printed.find(L"  \"findings\": [\n    {\n      \"rule\": \"unlinked\"") !=
+        std::wstring::npos);
+  CHECK(packing.console.printed.ends_with(L"  ],\n  \"fine\": false\n}\n"));
+}
+
 TEST_CASE("what our unpacking would refuse is not made") {
   Packing packing;
   packing.quay.write(L"\u6E2F.gif", "x");

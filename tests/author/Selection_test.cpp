@@ -2,7 +2,9 @@
 #include "author/Selection.h"
 
 #include "common/errors.h"
+#include "tests/author/OddFolders.h"
 #include "tests/author/TemplateOnDisk.h"
+#include "tests/support/MadeUpFolder.h"
 #include "tests/support/error_number.h"
 
 using namespace author;
@@ -56,6 +58,36 @@ TEST_CASE("a theme whose parts or name the host does not take is told") {
   const Selection selection = lookThrough({disk / L"Sea Glass"});
   CHECK(rulesOf(selection.findings()) ==
         Told{L"theme-name-blank", L"theme-part-missing", L"theme-part-missing"});
+}
+
+TEST_CASE("folders and names of a theme that cannot be packed are told") {
+  const ScratchFolder disk;
+  disk.writeFile(L"glass\\glass.inf", "x");
+  disk.writeFile(L"glass\\glass.elm", "x");
+  disk.makeFolder(L"glass\\link");
+  disk.makeFolder(L"glass\\locked");
+  disk.writeFile(L"glass\\\u6E2F.gif", "x");
+  const std::wstring lengthy(165, L'd');
+  disk.writeFile(L"glass\\" + lengthy, "x");
+  const OddFolders odd;
+  const std::wstring folder = disk / L"glass";
+  CHECK(TemplateOnDisk::told(lookThrough({folder}).findings()) ==
+        Told{folder + L"\\" + lengthy +
+                 L":0: path-length: The path has 171 characters from the theme's name on. | With "
+                 L"more than 170 it cannot be unpacked by everybody. | Use shorter names, or fewer "
+                 L"folders inside of each other.",
+             folder + L"\\\u6E2F.gif:0: code-page: The name has a character that this system's "
+                      L"code page lacks. | The theme cannot be unpacked everywhere. | Give it a "
+                      L"name of letters, digits, \"-\" and \"_\".",
+             folder + L"\\locked:0: unreadable: The folder cannot be read. | The theme cannot be "
+                      L"packed. | Give yourself the right to read it.",
+             folder + L"\\link:0: link-folder: The folder is a link to another place of the disk. "
+                      L"| It is not packed. | Put the files themselves into the theme's folder."});
+}
+
+TEST_CASE("a whole drive is no template") {
+  const MadeUpFolder<WideSearch> drive(L"C:\\", 0, 0);
+  CHECK(numberOf([] { lookThrough({L"C:\\"}); }) == errors::badFileName);
 }
 
 TEST_CASE("a folder that is not there is an error with its name") {

@@ -3,6 +3,7 @@
 
 #include "author/Sha256.h"
 #include "author/page_text.h"
+#include "common/text.h"
 #include "html/encoding.h"
 #include "online/download_page.h"
 #include "online/transfer/DownloadTable.h"
@@ -10,6 +11,7 @@
 #include "tests/author/Catalogue.h"
 #include "tests/author/FullDisk.h"
 #include "tests/online/archive/UnpackingBoxes.h"
+#include "tests/support/ImportPatch.h"
 
 using namespace author;
 
@@ -22,6 +24,21 @@ std::wstring downloadIn(const std::string& page) {
       return link.address;
   return {};
 }
+
+// Its second file or folder that is to move stays where it is.
+class SecondMove {
+ public:
+  SecondMove() { moves_ = 0; }
+
+ private:
+  static BOOL WINAPI move(LPCWSTR from, LPCWSTR to) {
+    if (++moves_ != 2) return MoveFileExW(from, to, MOVEFILE_COPY_ALLOWED);
+    SetLastError(ERROR_SHARING_VIOLATION);
+    return FALSE;
+  }
+  static inline int moves_ = 0;
+  ImportPatch patch_{nullptr, "kernel32.dll", "MoveFileW", move};
+};
 
 }  // namespace
 
@@ -220,6 +237,24 @@ TEST_CASE("the pages that catalogues are made with can be had and used unchanged
         L"quillet-template: " + pages + L": There is something already.\n");
 }
 
+TEST_CASE("a folder of pages that is not there is an error with its name") {
+  Catalogue catalogue;
+  const std::wstring gone = catalogue.out / L"gone";
+  CHECK(catalogue.make({L"--pages", gone}) == findingsOrFailure);
+  CHECK(catalogue.console.complained ==
+        L"quillet-template: " + gone + L": There is no such folder of pages.\n");
+  CHECK(catalogue.out.tree() == Told{});
+}
+
+TEST_CASE("where pages were written is told as JSON") {
+  const ScratchFolder out;
+  RecordedConsole console;
+  CHECK(runProgram({L"pages", L"--json", L"-o", out / L"pages"}, console) == fine);
+  CHECK(console.printed.ends_with(L",\n  \"folder\": \"" +
+                                  text::replaceAll(out / L"pages", L"\\", L"\\\\") +
+                                  L"\",\n  \"fine\": true\n}\n"));
+}
+
 TEST_CASE("a full disk leaves no pages behind") {
   const ScratchFolder out;
   RecordedConsole console;
@@ -258,6 +293,30 @@ TEST_CASE("a full disk leaves the catalogue of before and nothing else") {
   CHECK(catalogue.console.complained.ends_with(L": Disk full.\n"));
   CHECK(catalogue.out.tree() == before);
   CHECK(catalogue.read(L"index.htm") == index);
+}
+
+TEST_CASE("a catalogue that cannot take its place leaves the one of before") {
+  Catalogue catalogue;
+  REQUIRE(catalogue.make() == fine);
+  const Told before = catalogue.out.tree();
+  const std::string index = catalogue.read(L"index.htm");
+  catalogue.quay.describe("Title=Another\r\n");
+  const SecondMove refused;
+  CHECK(catalogue.make() == findingsOrFailure);
+  CHECK(catalogue.console.complained ==
+        L"quillet-template: " + (catalogue.out / L"site") + L": Permission denied.\n");
+  CHECK(catalogue.out.tree() == before);
+  CHECK(catalogue.read(L"index.htm") == index);
+}
+
+TEST_CASE("a whole drive is no place for a catalogue") {
+  Catalogue catalogue;
+  const std::vector<std::wstring> arguments = {
+      L"catalogue", catalogue.quay.folder, L"--theme", catalogue.quay.disk / L"glass",
+      L"--url",     L"http://a",           L"-o",      L"C:\\"};
+  CHECK(runProgram(arguments, catalogue.console) == findingsOrFailure);
+  CHECK(catalogue.console.complained ==
+        L"quillet-template: C:\\: A catalogue needs a folder of its own.\n");
 }
 
 TEST_CASE("a stopped catalogue leaves nothing behind") {
@@ -330,4 +389,29 @@ TEST_CASE("templates of one title have pages of their own") {
   REQUIRE(catalogue.make({catalogue.quay.disk / L"Pier"}) == fine);
   CHECK(catalogue.out.exists(L"site\\the-quay.htm"));
   CHECK(catalogue.out.exists(L"site\\the-quay-2.htm"));
+}
+
+TEST_CASE("templates of one folder lead to each other") {
+  Catalogue catalogue;
+  catalogue.quay.write(L"pier.dwt", quayPage);
+  REQUIRE(catalogue.make() == fine);
+  CHECK(
+      holds(catalogue.read(L"the-quay.htm"), "In the same folder: <a href=\"pier.htm\">pier</a>"));
+  CHECK(holds(catalogue.read(L"pier.htm"),
+              "In the same folder: <a href=\"the-quay.htm\">The &lt;Quay&gt;</a>"));
+}
+
+TEST_CASE("a catalogue is told as JSON with its archives and notes") {
+  Catalogue catalogue;
+  catalogue.quay.describe("Title=The Quay\r\nTheme=pearl 1011\r\n");
+  REQUIRE(catalogue.make({L"--json"}) == fine);
+  const std::string told = toUtf8(catalogue.console.printed);
+  const std::string bytes = catalogue.read(L"archives\\quay.zip");
+  CHECK(holds(told,
+              "  \"archives\": [\n    {\n      \"file\": \"quay.zip\",\n      \"files\": 5,\n"
+              "      \"bytes\": " +
+                  std::to_string(bytes.size()) + ",\n      \"sha256\": \"" +
+                  toUtf8(sha256Of(bytes)) + "\"\n    },\n    {\n      \"file\": \"glass.zip\""));
+  CHECK(holds(told, "  \"notes\": [\n    \"The "));
+  CHECK(told.ends_with("  ],\n  \"pages\": 5,\n  \"fine\": true\n}\n"));
 }

@@ -1,5 +1,8 @@
 #include "author/disk.h"
 
+#include "common/errors.h"
+#include "tests/author/OddFolders.h"
+#include "tests/support/ImportPatch.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/error_number.h"
 #include "tests/support/text_output.h"
@@ -9,6 +12,11 @@ namespace {
 struct GoesOn final : KeepGoing {
   bool keepGoing() override { return true; }
 };
+
+BOOL WINAPI refuseToRead(HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) {
+  SetLastError(ERROR_CRC);
+  return FALSE;
+}
 
 }  // namespace
 
@@ -51,4 +59,30 @@ TEST_CASE("a folder whose path no program takes is told of and not looked into")
     CHECK(tree.entries.size() == 1);
     CHECK(tree.tooDeep.size() == length - 259);
   }
+}
+
+TEST_CASE("a folder goes with all that is in it but nothing of what it leads to") {
+  const ScratchFolder disk;
+  disk.writeFile(L"tree\\a\\b.txt", "x");
+  disk.makeFolder(L"tree\\c\\link");
+  disk.writeFile(L"tree\\link\\kept.txt", "x");
+  const OddFolders odd;
+  author::removeTree(disk / L"tree");
+  CHECK(disk.tree() ==
+        std::vector<std::wstring>{L"tree\\", L"tree\\link\\", L"tree\\link\\kept.txt"});
+}
+
+TEST_CASE("a file that breaks off while it is read is an error") {
+  const ScratchFolder disk;
+  disk.writeFile(L"a.txt", "whole");
+  const ImportPatch broken(nullptr, "kernel32.dll", "ReadFile", refuseToRead);
+  CHECK(numberOf([&] { author::readFile(disk / L"a.txt", 100); }) == errors::deviceIoError);
+}
+
+TEST_CASE("what is not there takes no other file's place") {
+  const ScratchFolder disk;
+  disk.writeFile(L"a.txt", "whole");
+  CHECK(numberOf([&] { author::replaceFile(disk / L"gone", disk / L"a.txt"); }) ==
+        errors::fileNotFound);
+  CHECK(disk.readFile(L"a.txt") == "whole");
 }

@@ -2,6 +2,7 @@
 #include "author/program.h"
 #include "author/command_line.h"
 #include "common/version.h"
+#include "tests/author/Catalogue.h"
 #include "tests/author/RecordedConsole.h"
 #include "tests/author/TemplateOnDisk.h"
 #include "tests/author/Tool.h"
@@ -117,6 +118,23 @@ TEST_CASE("findings are told as JSON") {
         "  ],\n"
         "  \"fine\": false\n"
         "}\n");
+}
+
+TEST_CASE("a template's picture and a theme are told in words and as JSON") {
+  Catalogue catalogue;
+  const std::vector<std::wstring> folders = {catalogue.quay.folder, catalogue.quay.disk / L"glass"};
+  RecordedConsole& console = catalogue.console;
+  CHECK(author::runProgram({L"check", folders[0], folders[1]}, console) == author::fine);
+  CHECK(holds(toUtf8(console.printed), "  preview      previewquay.gif, a picture of 201 x 100\n"));
+  CHECK(holds(toUtf8(console.printed), "  theme        glass, with the flags 1011\n"));
+  console.printed.clear();
+  CHECK(author::runProgram({L"check", L"--json", folders[0], folders[1]}, console) == author::fine);
+  const std::string told = toUtf8(console.printed);
+  CHECK(holds(
+      told,
+      "          \"theme\": {\n            \"name\": \"glass\",\n            \"flags\": 4113\n"
+      "          },\n"));
+  CHECK(holds(told, "\"name\": \"glass\",\n      \"title\": \"Sea Glass\"\n    }\n  ],\n"));
 }
 
 TEST_CASE("a folder that is not there ends the program with 1 and a sentence") {

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "author/DescriptionLines.h"
+#include "tests/author/OddFolders.h"
 #include "tests/author/TemplateOnDisk.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/MadeUpFolder.h"
@@ -46,33 +48,6 @@ class LostAttribute {
   ImportPatch firstA_{nullptr, "kernel32.dll", "FindFirstFileA", firstA};
   ImportPatch firstW_{nullptr, "kernel32.dll", "FindFirstFileW", firstW};
   ImportPatch nextW_{nullptr, "kernel32.dll", "FindNextFileW", nextW};
-};
-
-// "locked" refuses to be read, and "link" says that it leads to another place.
-class OddFolders {
- public:
-  OddFolders() { current_ = this; }
-  ~OddFolders() { current_ = nullptr; }
-  OddFolders(const OddFolders&) = delete;
-  OddFolders& operator=(const OddFolders&) = delete;
-
- private:
-  static HANDLE WINAPI first(LPCWSTR pattern, LPWIN32_FIND_DATAW data) {
-    if (std::wstring_view(pattern).find(L"\\locked\\") != std::wstring_view::npos) {
-      SetLastError(ERROR_ACCESS_DENIED);
-      return INVALID_HANDLE_VALUE;
-    }
-    return current_->first_.original<decltype(first)>()(pattern, data);
-  }
-  static BOOL WINAPI next(HANDLE search, LPWIN32_FIND_DATAW data) {
-    const BOOL found = current_->next_.original<decltype(next)>()(search, data);
-    if (found && std::wstring_view(data->cFileName) == L"link")
-      data->dwFileAttributes |= FILE_ATTRIBUTE_REPARSE_POINT;
-    return found;
-  }
-  static inline OddFolders* current_ = nullptr;
-  ImportPatch first_{nullptr, "kernel32.dll", "FindFirstFileW", first};
-  ImportPatch next_{nullptr, "kernel32.dll", "FindNextFileW", next};
 };
 
 // "loop" and every folder in it holds a folder "loop".
@@ -281,6 +256,55 @@ TEST_CASE("a description file in another encoding is told") {
   REQUIRE(!findings.empty());
   CHECK(findings[0].rule == L"description-encoding");
   CHECK(findings[0].line == 1);
+  quay.write(L"quillet.ini", "\xFF\xFE[");
+  CHECK(quay.told()[0] ==
+        L"Quay\\quillet.ini:1: description-encoding: The file is in UTF-16. | Older systems read "
+        L"nothing of it. | Save it in the code page of its readers (\"ANSI\").");
+}
+
+TEST_CASE("a value with a NUL character is told with its line") {
+  const TemplateOnDisk quay;
+  quay.describe(std::string("Title=a\0b\r\n", 11));
+  CHECK(quay.told() == Told{L"Quay\\quillet.ini:2: value-nul: The value of \"Title\" holds a NUL "
+                            L"character. | It is cut there. | Take the character out."});
+}
+
+TEST_CASE("a description file that is too large to be read is told") {
+  const TemplateOnDisk quay;
+  quay.write(L"quillet.ini", std::string(256u << 10, ';') + "\n");
+  const Told told = quay.told();
+  REQUIRE(told.size() == 1);
+  CHECK(told[0].starts_with(L"Quay\\quillet.ini:0: unreadable: "));
+  CHECK(
+      told[0].ends_with(L" | The browser knows nothing of the templates but their names. | See "
+                        L"that the file can be read and is of a usual size."));
+}
+
+TEST_CASE("a line of the description file that is not there has the number nought") {
+  const DescriptionLines lines = readDescription(L"[quay]\nTitle=a");
+  CHECK(lines.lineOf(L"QUAY", L"title") == 2);
+  CHECK(lines.lineOf(L"quay", L"Preview") == 0);
+  CHECK(lines.lineOf(L"pier", L"Title") == 0);
+}
+
+TEST_CASE("a template that the browser's search does not come by is told not to be listed") {
+  const TemplateOnDisk quay;
+  const MadeUpFolder<AnsiSearch> nothing("Quay", 0, 0);
+  const Told told = quay.told();
+  REQUIRE(!told.empty());
+  CHECK(told[0] ==
+        L"Quay\\quay.dwt:0: not-listed: The search for templates does not find the "
+        L"file. | The browser does not list it. | Look whether the path is too long or "
+        L"the file cannot be read.");
+}
+
+TEST_CASE("a folder's templates are told in the order of their names") {
+  const TemplateOnDisk quay;
+  quay.write(L"pier.dwt", quayPage);
+  const FolderReport report = quay.check();
+  REQUIRE(report.templates.size() == 2);
+  CHECK(report.templates[0].title == L"pier");
+  CHECK(report.templates[1].title == L"The Quay");
 }
 
 TEST_CASE("a template without its archive attribute is told not to be listed") {
@@ -412,6 +436,12 @@ TEST_CASE("links to files that are not in the folder are told by line") {
           L"Quay\\quay.dwt:10: link-missing: The address \"quillet.ini\" leads to a file that is "
           L"not copied. | Pages of the template show a gap or a broken link there. | Put the file "
           L"where the address says, or take the link out."});
+}
+
+TEST_CASE("two links of one line to the same missing file are told once") {
+  const TemplateOnDisk quay;
+  quay.fill("<!-- #BeginEditable \"b\" --><img src=x.gif><img src=x.gif><!-- #EndEditable -->");
+  CHECK(rulesOf(quay.findings()) == Told{L"link-missing"});
 }
 
 TEST_CASE("a link in other letters than the file's name is told") {
