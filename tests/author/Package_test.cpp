@@ -2,10 +2,12 @@
 #include "author/Package.h"
 #include "author/Sha256.h"
 #include "author/program.h"
+#include "common/errors.h"
 #include "tests/author/FullDisk.h"
 #include "tests/author/TemplateOnDisk.h"
 #include "tests/online/archive/UnpackingBoxes.h"
 #include "tests/online/archive/ZipMaker.h"
+#include "tests/support/error_number.h"
 
 using namespace author;
 
@@ -161,6 +163,16 @@ TEST_CASE("findings that keep a folder from being packed are told as JSON") {
   CHECK(packing.console.printed.find(L"  \"findings\": [\n    {\n      \"rule\": \"unlinked\"") !=
         std::wstring::npos);
   CHECK(packing.console.printed.ends_with(L"  ],\n  \"fine\": false\n}\n"));
+}
+
+TEST_CASE("a folder of which not all was listed is not packed") {
+  Packing packing;
+  FolderTree tree = listTree(packing.quay.folder, packing.console);
+  tree.isWhole = false;
+  CHECK(numberOf([&] {
+          packFolder(packing.quay.folder, tree, packing.archive, packing.console);
+        }) == errors::overflow);
+  CHECK(packing.out.tree() == Told{});
 }
 
 TEST_CASE("what our unpacking would refuse is not made") {

@@ -1,6 +1,7 @@
 // Catalogues that are read over HTTP.
 #include "author/published_catalogue.h"
 
+#include "author/PageSource.h"
 #include "author/disk.h"
 #include "common/errors.h"
 #include "tests/author/Catalogue.h"
@@ -142,6 +143,15 @@ TEST_CASE("an archive without a length is told to be read as nothing") {
   CHECK(shop.told() == Told{L"2 archive-without-length: The server does not tell the length of the "
                             L"archive " +
                             shop.url(L"/a.zip") + L", or it is empty."});
+}
+
+TEST_CASE("a page of more than 4 MB is told") {
+  Shop shop;
+  shop.publish("/index.htm", std::string(PageSource::largestPage + 1, ' '));
+  CHECK(TemplateOnDisk::told(shop.check().findings) ==
+        Told{shop.url(L"/index.htm") +
+             L":0: page-too-large: The page is larger than 4 MB, or ends early. | It is shown "
+             L"after a long time, or not at all. | Make several pages of it."});
 }
 
 TEST_CASE("an archive that ends early is told") {

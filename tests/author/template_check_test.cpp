@@ -228,21 +228,20 @@ TEST_CASE("lines of the description file that nobody reads are told") {
              "[harbour]\r\n[QUAY]\r\n");
   CHECK(
       quay.told() ==
-      Told{L"Quay\\quillet.ini:1: description-line: The line belongs to no section, or is no "
-           L"\"key=value\". | It is passed over. | Take it away, or put a \";\" in front of it.",
-           L"Quay\\quillet.ini:5: description-repeated: The key \"title\" stands in the section "
-           L"before. | Only the first one is read. | Keep one of the two.",
-           L"Quay\\quillet.ini:6: description-key: The key \"Author\" is not known. | The line is "
-           L"passed over. | The keys are Title, Description, Preview, Readme and Theme.",
-           L"Quay\\quillet.ini:7: description-line: The line belongs to no section, or is no "
-           L"\"key=value\". | It is passed over. | Take it away, or put a \";\" in front of it.",
-           L"Quay\\quillet.ini:8: description-section: No template of the folder is named like the "
-           L"section [harbour]. | The section is passed over. | Name the section like the "
-           L"template's "
-           L"file, without \".dwt\".",
-           L"Quay\\quillet.ini:9: description-repeated: The section [QUAY] stands in the file "
-           L"before. | Only the first one is read. | Put all lines of a template into one "
-           L"section."});
+      Told{(L"Quay\\quillet.ini:1: description-line: The line belongs to no section, or is no "
+            L"\"key=value\". | It is passed over. | Take it away, or put a \";\" in front of it."),
+           (L"Quay\\quillet.ini:5: description-repeated: The key \"title\" stands in the section "
+            L"before. | Only the first one is read. | Keep one of the two."),
+           (L"Quay\\quillet.ini:6: description-key: The key \"Author\" is not known. | The line is "
+            L"passed over. | The keys are Title, Description, Preview, Readme and Theme."),
+           (L"Quay\\quillet.ini:7: description-line: The line belongs to no section, or is no "
+            L"\"key=value\". | It is passed over. | Take it away, or put a \";\" in front of it."),
+           (L"Quay\\quillet.ini:8: description-section: No template of the folder is named like "
+            L"the section [harbour]. | The section is passed over. | Name the section like the "
+            L"template's file, without \".dwt\"."),
+           (L"Quay\\quillet.ini:9: description-repeated: The section [QUAY] stands in the file "
+            L"before. | Only the first one is read. | Put all lines of a template into one "
+            L"section.")});
 }
 
 TEST_CASE("a description file in another encoding is told") {
@@ -260,6 +259,15 @@ TEST_CASE("a description file in another encoding is told") {
   CHECK(quay.told()[0] ==
         L"Quay\\quillet.ini:1: description-encoding: The file is in UTF-16. | Older systems read "
         L"nothing of it. | Save it in the code page of its readers (\"ANSI\").");
+}
+
+TEST_CASE("what the system reads in a file in UTF-16 is told without lines, the preview first") {
+  const TemplateOnDisk quay;
+  const std::wstring_view lines = L"\uFEFF[quay]\r\nReadme=gone.htm\r\nPreview=gone.gif\r\n";
+  quay.write(L"quillet.ini", {reinterpret_cast<const char*>(lines.data()), 2 * lines.size()});
+  const Told told = rulesOf(quay.findings());
+  REQUIRE(told.size() > 2);
+  CHECK(Told(told.begin(), told.begin() + 2) == Told{L"preview-missing", L"notes-missing"});
 }
 
 TEST_CASE("a value with a NUL character is told with its line") {
@@ -397,22 +405,20 @@ TEST_CASE("editable regions that do not fit together are told by line") {
       "<!-- #BeginEditable \"A\" -->");
   CHECK(
       quay.told() ==
-      Told{
-          L"Quay\\quay.dwt:7: region-unbalanced: The editable region \"b\" begins before the one "
-          L"of "
-          L"line 6 has ended. | The host does not attach pages to such a template. | End the first "
-          L"one before: <!-- #EndEditable -->",
-          L"Quay\\quay.dwt:9: region-unbalanced: An editable region ends that has not begun. | The "
-          L"host does not attach pages to such a template. | Take the mark away, or begin the "
-          L"region before it.",
-          L"Quay\\quay.dwt:10: region-unnamed: The editable region has no name. | The host cannot "
-          L"tell which part of a page belongs into it. | Name it: <!-- #BeginEditable \"body\" -->",
-          L"Quay\\quay.dwt:12: region-repeated: The editable region \"A\" begins in line 6 "
-          L"already. "
-          L"| Pages lose what stands in one of the two when the template changes. | Give each "
-          L"region a name of its own.",
-          L"Quay\\quay.dwt:12: region-unbalanced: The editable region \"A\" does not end. | The "
-          L"host does not attach pages to such a template. | End it: <!-- #EndEditable -->"});
+      Told{(L"Quay\\quay.dwt:7: region-unbalanced: The editable region \"b\" begins before the one "
+            L"of line 6 has ended. | The host does not attach pages to such a template. | End the "
+            L"first one before: <!-- #EndEditable -->"),
+           (L"Quay\\quay.dwt:9: region-unbalanced: An editable region ends that has not begun. | "
+            L"The host does not attach pages to such a template. | Take the mark away, or begin "
+            L"the region before it."),
+           (L"Quay\\quay.dwt:10: region-unnamed: The editable region has no name. | The host "
+            L"cannot tell which part of a page belongs into it. | Name it: <!-- #BeginEditable "
+            L"\"body\" -->"),
+           (L"Quay\\quay.dwt:12: region-repeated: The editable region \"A\" begins in line 6 "
+            L"already. | Pages lose what stands in one of the two when the template changes. | "
+            L"Give each region a name of its own."),
+           (L"Quay\\quay.dwt:12: region-unbalanced: The editable region \"A\" does not end. | The "
+            L"host does not attach pages to such a template. | End it: <!-- #EndEditable -->")});
 }
 
 TEST_CASE("links to files that are not in the folder are told by line") {
