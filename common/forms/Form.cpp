@@ -357,9 +357,9 @@ void Form::unload() noexcept {
 }
 
 void Form::leaveScreen() noexcept {
-  if (!window_ || !modal_) return;
+  if (!modal_) return;
   modal_->release();
-  if (!IsWindowVisible(window_)) return;
+  if (!window_ || !IsWindowVisible(window_)) return;
   const bool wasActive = GetActiveWindow() == window_;
   ShowWindow(window_, SW_HIDE);
   if (wasActive) modal_->activateFormer();

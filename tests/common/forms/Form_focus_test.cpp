@@ -1,4 +1,5 @@
 // Keys and the focus where a control has been hidden or disabled.
+#include "common/errors.h"
 #include "common/forms/Form.h"
 #include "common/forms/PictureBox.h"
 #include "common/forms/Splitter.h"
@@ -7,6 +8,7 @@
 #include "common/forms/resource.h"
 #include "tests/support/DialogResource.h"
 #include "tests/support/Frame.h"
+#include "tests/support/ImportPatch.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/Watchdog.h"
 #include "tests/support/text_output.h"
@@ -63,6 +65,8 @@ class AnyForm : public forms::Form {
   const forms::WindowClass splitters_{forms::Splitter::className, DefWindowProcW};
   std::function<void(AnyForm&)> script_;
 };
+
+HWND WINAPI makeNoDialog(HINSTANCE, LPCDLGTEMPLATEW, HWND, DLGPROC, LPARAM) { return nullptr; }
 
 void hide(HWND window, bool away) { ShowWindow(window, away ? SW_HIDE : SW_SHOWNA); }
 void disable(HWND window, bool away) { EnableWindow(window, !away); }
@@ -296,4 +300,13 @@ TEST_CASE("what had the focus in another window has it again after a form") {
   REQUIRE(GetFocus() == inner.get());
   AboutForm([](AboutForm&) {});
   CHECK(GetFocus() == inner.get());
+}
+
+TEST_CASE("a window that had the focus itself has it again after a form that got no window") {
+  const Frame frame;
+  SetFocus(frame.get());
+  REQUIRE(GetFocus() == frame.get());
+  const ImportPatch patch(nullptr, "user32.dll", "CreateDialogIndirectParamW", makeNoDialog);
+  CHECK_THROWS_AS(AboutForm([](AboutForm&) {}), Error);
+  CHECK(GetFocus() == frame.get());
 }
