@@ -15,7 +15,7 @@ constexpr wchar_t systemSettings[] = L"Software\\Microsoft\\Windows\\CurrentVers
 constexpr wchar_t userText[] = L"what the user has copied";
 constexpr wchar_t web[] = L"webs\\my site";
 
-void writeTemplates(const ScratchFolder& disk) {
+void writeUsersFiles(const ScratchFolder& disk) {
   const char page[] = "<html><head><title>A page</title></head><body>text</body></html>";
   disk.writeFile(L"templates\\Harbour\\harbour.dwt", page);
   disk.writeFile(L"templates\\Harbour\\quillet.ini", "[harbour]\r\nTitle=Harbour Light\r\n");
@@ -26,6 +26,7 @@ void writeTemplates(const ScratchFolder& disk) {
   disk.writeFile(L"templates\\Night Ferry\\images\\deck plan.gif", "GIF89a");
   disk.writeFile(L"themes\\nightferry\\nightferry.inf", "[info]\r\ntitle=Night Ferry\r\n");
   disk.writeFile(L"themes\\nightferry\\nightferry.elm", "elements");
+  disk.writeFile(L"downloads\\mine.txt", "the user's own file");
 }
 
 void writeWeb(const ScratchFolder& disk) {
@@ -141,8 +142,7 @@ void World::layOut() {
   removeTree(disk / L"data");
   writeWeb(disk);
   removeTree(disk / L"templates");
-  writeTemplates(disk);
-  disk.writeFile(L"downloads\\mine.txt", "the user's own file");
+  writeUsersFiles(disk);
   setUpRegistry();
   users_ = files();
 }
@@ -216,10 +216,11 @@ void World::closeHelp() {
 void World::loseTemplates() {
   removeTree(disk / L"templates\\Night Ferry");
   removeTree(disk / L"downloads");
-  std::erase_if(users_, [](const auto& file) {
-    return file.first.starts_with(L"templates\\Night Ferry") ||
-           file.first.starts_with(L"downloads");
-  });
+  templatesAreLost_ = true;
+}
+
+void World::putTemplatesBack() {
+  if (std::exchange(templatesAreLost_, false)) writeUsersFiles(disk);
 }
 
 void World::clickBoth() {

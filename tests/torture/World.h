@@ -73,6 +73,8 @@ class World {
   void play(unsigned seed, int actions);
   // The template that the user wants, and what has been downloaded, are gone.
   void loseTemplates();
+  // They are there again, if they were lost.
+  void putTemplatesBack();
   // Both entries one after the other, as an impatient user does.
   void clickBoth();
 
@@ -111,6 +113,7 @@ class World {
   SystemCalls calls_{module_.handle()};
   HostFrame frame_;
   Files users_;  // what the user has on the disk
+  bool templatesAreLost_ = false;
   std::unique_ptr<standin::Host> host_;
   User* user_ = nullptr;  // during a look
   ComPtr<IDTExtensibility2> addIn_;
