@@ -108,7 +108,6 @@ const HostWeb& CopyRun::web() const {
 }
 
 void CopyRun::EH_CopyDWTToWeb() {
-  failure_ = L"An error was encountered while copying the DWT's.";
   try {
     runSteps();
   } catch (...) {

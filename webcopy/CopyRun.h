@@ -114,6 +114,7 @@ class CopyRun {
   short FileCount_ = 0;
   short FolderCount_ = 0;
   bool ContinueFlag_ = true;
-  std::wstring failure_;  // what the user is told of an error
+  // What the user is told of an error; there before the run, so that its first step can fail.
+  std::wstring failure_ = L"An error was encountered while copying the DWT's.";
   std::vector<HostFile> ImportedTemplates_;
 };

@@ -7,6 +7,9 @@ namespace {
 
 constexpr wchar_t libraryName[] = L"wininet.dll";
 
+// Found before there is a handle that has to be closed.
+decltype(&InternetCloseHandle) close = nullptr;
+
 HMODULE library() {
   if (const HMODULE loaded = GetModuleHandleW(libraryName)) return loaded;
   const HMODULE loaded = LoadLibraryW(libraryName);
@@ -25,6 +28,7 @@ void find(Function& function, HMODULE module, const char* name) {
 
 Functions::Functions() {
   const HMODULE module = library();
+  find(close, module, "InternetCloseHandle");
   find(open, module, "InternetOpenA");
   find(queryOption, module, "InternetQueryOptionA");
   find(setOption, module, "InternetSetOptionA");
@@ -37,12 +41,6 @@ Functions::Functions() {
   find(crackUrl, module, "InternetCrackUrlA");
 }
 
-void closeHandle(HINTERNET handle) noexcept {
-  // Whoever holds a handle has loaded the library.
-  using Close = decltype(&InternetCloseHandle);
-  const HMODULE module = GetModuleHandleW(libraryName);
-  if (const auto address = reinterpret_cast<void*>(GetProcAddress(module, "InternetCloseHandle")))
-    reinterpret_cast<Close>(address)(handle);
-}
+void closeHandle(HINTERNET handle) noexcept { close(handle); }
 
 }  // namespace wininet

@@ -37,6 +37,25 @@ void checkSome(const char* name, std::size_t tries, bool (*belongs)(const System
   }
 }
 
+// The number of the first allocation while that window is up.
+int firstAllocationUnder(torture::World& world, const wchar_t* caption) {
+  int first = 0;
+  world.begin();
+  world.connect();
+  world.look([&] {
+    world.system().watch(Kind::memory,
+                         [&](const torture::SystemCall& call) -> const torture::SystemFailure* {
+                           const HWND window = first ? nullptr : FindWindowW(L"#32770", caption);
+                           if (window && IsWindowVisible(window)) first = call.number;
+                           return nullptr;
+                         });
+    world.copy();
+    world.system().unwatch();
+  });
+  world.end();
+  return first;
+}
+
 }  // namespace
 
 // An entry is made with the first 60 allocations of a connection or so.
@@ -47,6 +66,17 @@ TEST_CASE("An entry for which there is no memory is given up and the host goes o
   for (const SystemWay& way : torture::systemWays())
     if (way.kind == Kind::memory)
       for (int number = 34; number < 41; ++number) check(trial, way, number);
+}
+
+TEST_CASE("A copy that gets no memory when it begins takes its window away") {
+  const Watchdog watchdog(patience);
+  torture::World world;
+  torture::Trial trial(world, torture::journeyOf("copy"));
+  const int first = firstAllocationUnder(world, L"Copying Files To Web...");
+  REQUIRE(first > 0);
+  for (const SystemWay& way : torture::systemWays())
+    if (way.kind == Kind::memory)
+      for (int number = first; number < first + 2; ++number) check(trial, way, number);
 }
 
 TEST_CASE("A copy stands a cancel wherever it lets messages through") {

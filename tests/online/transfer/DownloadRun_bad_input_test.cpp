@@ -362,6 +362,17 @@ TEST_CASE("a system without the internet functions is an error that is logged") 
       L"Error 53 (File not found) in procedure Form_Load of Form frmDownloadProgress"));
 }
 
+TEST_CASE("without the function that closes what was opened nothing is opened") {
+  const HttpServer server({{"/d.zip", HttpServer::ok(page("a page"))}});
+  InternetPatch internet;
+  internet.missing("InternetCloseHandle");
+  Download download;
+  CHECK_FALSE(download.run(L"?dwt1=" + server.url(L"/d.zip")));
+  CHECK(download.output.has(
+      L"Error 53 (File not found) in procedure Form_Load of Form frmDownloadProgress"));
+  CHECK(internet.optionsOfSession().empty());
+}
+
 TEST_CASE("without a session there is no FTP connection and nothing is logged") {
   Download download;
   InternetSession session;
