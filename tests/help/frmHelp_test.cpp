@@ -117,7 +117,8 @@ TEST_CASE("the keys of the help window go back and forward and to the search and
   std::vector<std::wstring> shown;
   help.show(L"", [&](HWND dialog) {
     const HWND tree = GetDlgItem(dialog, IDC_HELP_CONTENTS);
-    TreeView_SelectItem(tree, TreeView_GetChild(tree, TreeView_GetRoot(tree)));
+    // Not the next one: the tree goes there by an arrow of its own.
+    TreeView_SelectItem(tree, TreeView_GetNextSibling(tree, TreeView_GetRoot(tree)));
     const auto type = [&](UINT message, WPARAM key) {
       PostMessageW(tree, message, key, 0);
       forms::yieldToMessages();
@@ -131,7 +132,7 @@ TEST_CASE("the keys of the help window go back and forward and to the search and
     CHECK(GetFocus() == GetDlgItem(dialog, IDC_HELP_TXTSEARCH));
     type(WM_KEYDOWN, 'P');
   });
-  CHECK(shown == std::vector<std::wstring>{L"The start", L"A part"});
+  CHECK(shown == std::vector<std::wstring>{L"The start", L"The end"});
   REQUIRE(help.driver.boxes().size() == 1);
   CHECK(help.driver.boxes()[0].text == L"There is no printer to print on.");
 }

@@ -5,6 +5,7 @@
 #include "common/handles.h"
 #include "tests/support/Frame.h"
 #include "tests/support/HeldKeys.h"
+#include "tests/support/HeldThumb.h"
 #include "tests/support/pictures.h"
 #include "tests/support/text_output.h"
 
@@ -133,6 +134,16 @@ TEST_CASE("the arrows and the shaft of the scroll bar move the page within its b
   CHECK(view.position() == 200);
   view.send(WM_VSCROLL, SB_PAGEUP);
   CHECK(view.position() == 0);
+}
+
+TEST_CASE("the page goes along with the thumb of the scroll bar") {
+  const View view(highPage);
+  {
+    const HeldThumb thumb(300);
+    // Not what comes along with the message: that has room for half of the number.
+    view.send(WM_VSCROLL, MAKEWPARAM(SB_THUMBTRACK, 16));
+  }
+  CHECK(view.position() == 300);
 }
 
 TEST_CASE("the keys move the page") {

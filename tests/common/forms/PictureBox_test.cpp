@@ -5,6 +5,7 @@
 
 #include "catalogue/resource.h"
 #include "common/forms/WebBrowser.h"
+#include "tests/support/HeldThumb.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"
@@ -407,8 +408,12 @@ TEST_CASE("the keys and the scroll bars move a picture by lines, by pages and to
     standsAfter(WM_VSCROLL, SB_LINEDOWN, 0, client.bottom + 16);
     standsAfter(WM_KEYDOWN, VK_PRIOR, 0, 16);
     standsAfter(WM_KEYDOWN, 'A', 0, 16);
-    // The bar's own record says where its thumb is: only the user's mouse moves that.
-    standsAfter(WM_VSCROLL, MAKEWPARAM(SB_THUMBTRACK, 16), 0, 16);
+    // Not what comes along with the message: that has room for half of the number.
+    {
+      const HeldThumb thumb(700);
+      standsAfter(WM_VSCROLL, MAKEWPARAM(SB_THUMBTRACK, 16), 0, 700);
+      standsAfter(WM_HSCROLL, MAKEWPARAM(SB_THUMBPOSITION, 16), 700, 700);
+    }
   });
 }
 
@@ -671,14 +676,24 @@ TEST_CASE("a decoder may do with a picture's bytes what it may do with every str
       ULARGE_INTEGER size = {};
       size.QuadPart = 3;
       CHECK(stream.CopyTo(copy.get(), size, nullptr, nullptr) == S_OK);
+      for (const char* written : {"FIG", "GIF"}) {
+        CHECK(stream.Seek({}, STREAM_SEEK_SET, nullptr) == S_OK);
+        CHECK(stream.Write(written, 3, nullptr) == S_OK);
+        CHECK(stream.Seek({}, STREAM_SEEK_SET, nullptr) == S_OK);
+        CHECK(stream.Read(begin, sizeof begin, nullptr) == S_OK);
+        CHECK(std::string(begin, sizeof begin) == written);
+      }
       CHECK(stream.Seek({}, STREAM_SEEK_SET, nullptr) == S_OK);
-      CHECK(stream.Write("GIF", 3, nullptr) == S_OK);
-      CHECK(stream.Seek({}, STREAM_SEEK_SET, nullptr) == S_OK);
-      STATSTG state = {};
-      CHECK(copy->Stat(&state, STATFLAG_NONAME) == S_OK);
-      CHECK(state.cbSize.QuadPart == 3);
-      CHECK(stream.Stat(&state, STATFLAG_NONAME) == S_OK);
-      CHECK(stream.SetSize(state.cbSize) == S_OK);
+      const auto sizeOf = [](IStream& each) {
+        STATSTG state = {};
+        CHECK(each.Stat(&state, STATFLAG_NONAME) == S_OK);
+        return state.cbSize;
+      };
+      CHECK(sizeOf(*copy.get()).QuadPart == 3);
+      ULARGE_INTEGER larger = sizeOf(stream);
+      ++larger.QuadPart;
+      CHECK(stream.SetSize(larger) == S_OK);
+      CHECK(sizeOf(stream).QuadPart == larger.QuadPart);
       CHECK(stream.Commit(STGC_DEFAULT) == S_OK);
       CHECK(stream.Revert() == S_OK);
       CHECK(stream.LockRegion({}, size, LOCK_WRITE) == copy->LockRegion({}, size, LOCK_WRITE));
