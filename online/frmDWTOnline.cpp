@@ -433,7 +433,13 @@ void frmDWTOnline::runDownload(const std::wstring& address, const std::wstring& 
   handle(L"wbDWTOnline_BeforeNavigate2",
          [&] { settings::SaveSetting(settings::general, settings::downloadFolder, folder); });
   // The owner may have gone, and this window with it, under the download's last message.
-  if (!isUnloaded()) finish(extraInformation);
+  if (isUnloaded()) return;
+  try {
+    finish(extraInformation);
+  } catch (...) {
+    switchOn();  // no page comes that would do it
+    throw;
+  }
 }
 
 void frmDWTOnline::finish(const std::wstring& extraInformation) {

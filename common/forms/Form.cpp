@@ -76,8 +76,8 @@ bool isWithin(HWND outer, HWND window) noexcept {
 class ModalScope {
  public:
   explicit ModalScope(Form& form) : form_(form), active_(GetActiveWindow()), focus_(GetFocus()) {
+    showing().forms.push_back(&form);  // may fail, and nothing would be enabled again
     EnumThreadWindows(GetCurrentThreadId(), disable, reinterpret_cast<LPARAM>(this));
-    showing().forms.push_back(&form);
   }
 
   ~ModalScope() {

@@ -1,4 +1,5 @@
 // Some of what ./dev torture tries in full, so that it is seen at once when something gives way.
+#include <functional>
 #include <random>
 
 #include "tests/support/Watchdog.h"
@@ -37,23 +38,48 @@ void checkSome(const char* name, std::size_t tries, bool (*belongs)(const System
   }
 }
 
-// The number of the first allocation while that window is up.
-int firstAllocationUnder(torture::World& world, const wchar_t* caption) {
+bool isCopying() {
+  const HWND window = FindWindowW(L"#32770", L"Copying Files To Web...");
+  return window && IsWindowVisible(window);
+}
+
+// The dialog of a download has come and gone, and its window waits for a page.
+class AfterDownload {
+ public:
+  bool operator()() {
+    const auto dialogs = torture::ownDialogs();
+    wasShown_ = wasShown_ || dialogs.size() > 1;
+    return wasShown_ && dialogs.size() == 1 && !IsWindowEnabled(dialogs.front());
+  }
+
+ private:
+  bool wasShown_ = false;
+};
+
+// The number of the first allocation of the course while that is so.
+int firstAllocation(torture::World& world, void (torture::World::*course)(),
+                    const std::function<bool()>& isSo) {
   int first = 0;
   world.begin();
   world.connect();
   world.look([&] {
     world.system().watch(Kind::memory,
                          [&](const torture::SystemCall& call) -> const torture::SystemFailure* {
-                           const HWND window = first ? nullptr : FindWindowW(L"#32770", caption);
-                           if (window && IsWindowVisible(window)) first = call.number;
+                           if (first == 0 && isSo()) first = call.number;
                            return nullptr;
                          });
-    world.copy();
+    (world.*course)();
     world.system().unwatch();
   });
   world.end();
   return first;
+}
+
+void checkWithoutMemory(torture::Trial& trial, int first, int last, int step = 1) {
+  REQUIRE(first > 0);
+  for (const SystemWay& way : torture::systemWays())
+    if (way.kind == Kind::memory)
+      for (int number = first; number <= last; number += step) check(trial, way, number);
 }
 
 }  // namespace
@@ -63,20 +89,23 @@ TEST_CASE("An entry for which there is no memory is given up and the host goes o
   const Watchdog watchdog(patience);
   torture::World world;
   torture::Trial trial(world, torture::journeyOf("connection"));
-  for (const SystemWay& way : torture::systemWays())
-    if (way.kind == Kind::memory)
-      for (int number = 34; number < 41; ++number) check(trial, way, number);
+  checkWithoutMemory(trial, 34, 40);
 }
 
 TEST_CASE("A copy that gets no memory when it begins takes its window away") {
   const Watchdog watchdog(patience);
   torture::World world;
   torture::Trial trial(world, torture::journeyOf("copy"));
-  const int first = firstAllocationUnder(world, L"Copying Files To Web...");
-  REQUIRE(first > 0);
-  for (const SystemWay& way : torture::systemWays())
-    if (way.kind == Kind::memory)
-      for (int number = first; number < first + 2; ++number) check(trial, way, number);
+  const int first = firstAllocation(world, &torture::World::copy, isCopying);
+  checkWithoutMemory(trial, first, first + 1);
+}
+
+TEST_CASE("A download that gets no memory for its last page switches its window on again") {
+  const Watchdog watchdog(patience);
+  torture::World world;
+  torture::Trial trial(world, torture::journeyOf("download"));
+  const int first = firstAllocation(world, &torture::World::download, AfterDownload());
+  checkWithoutMemory(trial, first, first + 18, 3);
 }
 
 TEST_CASE("A copy stands a cancel wherever it lets messages through") {
