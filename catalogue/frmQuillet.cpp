@@ -440,7 +440,13 @@ void frmQuillet::showDescription(const std::wstring& description) {
 // A scroll bar where there is more than the three lines that there is room for.
 void frmQuillet::fitDescription() noexcept {
   const HWND box = lblDWTDesc.hwnd();
+  // A bar takes room from the lines: whether one is needed is seen without it, and nobody sees
+  // that.
+  SendMessageW(box, WM_SETREDRAW, FALSE, 0);
+  ShowScrollBar(box, SB_VERT, FALSE);
   ShowScrollBar(box, SB_VERT, SendMessageW(box, EM_GETLINECOUNT, 0, 0) > 3);
+  SendMessageW(box, WM_SETREDRAW, TRUE, 0);
+  RedrawWindow(box, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME);
 }
 
 void frmQuillet::showTemplate(const TemplateEntry& entry) {

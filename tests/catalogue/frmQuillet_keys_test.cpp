@@ -226,6 +226,37 @@ TEST_CASE("the whole description can be focused and scrolled and copied") {
   });
 }
 
+TEST_CASE("a description of three lines has no scroll bar and one of four has one") {
+  BrowserWindow browser;
+  constexpr int most = 50;
+  std::string text;
+  for (int words = 10; words <= most; ++words) {
+    text += text.empty() ? "word word word word word word word word word word" : " word";
+    const std::wstring name = L"t" + std::to_wstring(words);
+    browser.addTemplate(
+        name, "[" + std::string(name.begin(), name.end()) + "]\r\nDescription=" + text + "\r\n");
+  }
+  browser.show([&] {
+    const HWND box = browser.control(IDC_QUILLET_DESC);
+    const auto hasBar = [&] { return (GetWindowLongW(box, GWL_STYLE) & WS_VSCROLL) != 0; };
+    int ofThree = 0;
+    int ofFour = 0;
+    for (int row = 0; row <= most - 10; ++row) {
+      browser.selectRow(row);
+      const auto lines = SendMessageW(box, EM_GETLINECOUNT, 0, 0);
+      CAPTURE(row);
+      CHECK(hasBar() == (lines > 3));
+      if (lines == 3) ofThree = row;
+      if (lines == 4) ofFour = row;
+    }
+    REQUIRE(ofThree > 0);
+    REQUIRE(ofFour > ofThree);
+    // The longer one's bar took room away.
+    browser.selectRow(ofThree);
+    CHECK_FALSE(hasBar());
+  });
+}
+
 TEST_CASE("Enter and Escape in the description are the window's") {
   for (const WPARAM key : {VK_RETURN, VK_ESCAPE}) {
     CAPTURE(key);
