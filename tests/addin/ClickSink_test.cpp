@@ -207,6 +207,40 @@ TEST_CASE("A connection that ends during a click hears nothing of it any more") 
   CHECK(heard.clicks == 0);
 }
 
+namespace {
+
+// Says that it has events, and has none when it is asked for them.
+class EventsInName final : public IDispatch, public IConnectionPointContainer {
+ public:
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+    *object = nullptr;
+    if (iid == IID_IConnectionPointContainer)
+      *object = static_cast<IConnectionPointContainer*>(this);
+    return *object ? S_OK : E_NOINTERFACE;
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
+  STDMETHODIMP_(ULONG) Release() override { return 1; }
+  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                      UINT*) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP EnumConnectionPoints(IEnumConnectionPoints**) override { return E_NOTIMPL; }
+  STDMETHODIMP FindConnectionPoint(REFIID, IConnectionPoint** point) override {
+    *point = nullptr;
+    return S_OK;
+  }
+};
+
+}  // namespace
+
+TEST_CASE("A success without a connection point gives no connection") {
+  EventsInName button;
+  CHECK_FALSE(ButtonEvents(&button, [](IDispatch*, VARIANT_BOOL*) {}));
+}
+
 TEST_CASE("An object without events gives no connection") {
   const standin::Host host;
   CHECK_FALSE(ButtonEvents(host.application(), [](IDispatch*, VARIANT_BOOL*) {}));

@@ -435,6 +435,7 @@ TEST_CASE("An enhanced metafile survives") {
 TEST_CASE("Formats of other programs that are plain memory survive") {
   Owner owner;
   const UINT html = RegisterClipboardFormatW(L"HTML Format");
+  const UINT one = RegisterClipboardFormatW(L"One byte of another program");
   DROPFILES files = {};
   files.pFiles = sizeof files;
   const std::string dropped = std::string(reinterpret_cast<const char*>(&files), sizeof files) +
@@ -442,10 +443,12 @@ TEST_CASE("Formats of other programs that are plain memory survive") {
   owner.put([&] {
     putBytes(html, "Version:0.9");
     putBytes(CF_HDROP, dropped);
+    putBytes(one, "x");
   });
   CHECK(createEntries());
   CHECK(bytes(html, 11) == "Version:0.9");
   CHECK(bytes(CF_HDROP, dropped.size()) == dropped);
+  CHECK(bytes(one, 1) == "x");
 }
 
 TEST_CASE("An empty clipboard is empty afterwards") {

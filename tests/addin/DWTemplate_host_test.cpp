@@ -299,6 +299,14 @@ TEST_CASE("Entries whose host lost their tags are removed and nothing else is") 
   CHECK(all() == expected);
 }
 
+TEST_CASE("At shutdown of a host of version 6 an entry that lost its tag stays too") {
+  Connected connected(withVersion(L"6.0"));
+  for (const wchar_t* entry : {copyToWeb, dwtOnline}) connected.host.button(entry)->tag.clear();
+  connected.disconnect(hostShutdown);
+  CHECK(connected.host.button(copyToWeb));
+  CHECK(connected.host.button(dwtOnline));
+}
+
 TEST_CASE("A menu bar that is not of type 1 gets no entries and no message") {
   for (const long type : {0L, 2L}) {
     standin::HostOptions options;
