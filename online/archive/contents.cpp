@@ -92,7 +92,6 @@ class ContentCheck {
 
   void unpack() {
     inflater_->next_in = nullptr;
-    inflater_->avail_in = 0;
     const int state = inflateBack(inflater_.get(), supply, this, accept, this);
     if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
     const bool isWhole =

@@ -35,7 +35,7 @@ bool isCharacter(std::uint32_t code, const Lead& lead) {
 
 void append(std::wstring& text, std::uint32_t code) {
   if constexpr (sizeof(wchar_t) == 2) {
-    if (code >= 0x10000) {  // Not run by tests: no name has such a letter.
+    if (code >= 0x10000) {
       text += static_cast<wchar_t>(0xD7C0 + (code >> 10));
       text += static_cast<wchar_t>(0xDC00 + (code & 0x3FF));
       return;

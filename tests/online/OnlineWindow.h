@@ -163,18 +163,31 @@ inline std::wstring downloadPage(const std::wstring& query) {
 // The window's unload timer, which ticks when the test wants it to.
 class UnloadTimer {
  public:
-  UnloadTimer() { intervals_.clear(); }
+  UnloadTimer() {
+    intervals_.clear();
+    isRunning_ = false;
+    realStop_ = stopPatch_.original<std::remove_pointer_t<decltype(realStop_)>>();
+  }
   // In milliseconds, of every timer that was started.
   static const std::vector<UINT>& intervals() { return intervals_; }
+  static bool isRunning() { return isRunning_; }
   static void tick(HWND window) { SendMessageW(window, WM_TIMER, 1, 0); }
 
  private:
-  static UINT_PTR WINAPI start(HWND, UINT_PTR id, UINT interval, TIMERPROC) {
+  static UINT_PTR WINAPI start(HWND window, UINT_PTR id, UINT interval, TIMERPROC) {
     intervals_.push_back(interval);
+    if (window && id == 1) isRunning_ = true;
     return id;
+  }
+  static BOOL WINAPI stop(HWND window, UINT_PTR id) {
+    if (window && id == 1) isRunning_ = false;
+    return realStop_(window, id);
   }
 
   static inline std::vector<UINT> intervals_;
+  static inline bool isRunning_ = false;
+  static inline decltype(&KillTimer) realStop_ = nullptr;
+  ImportPatch stopPatch_{nullptr, "user32.dll", "KillTimer", stop};
   ImportPatch patch_{nullptr, "user32.dll", "SetTimer", start};
 };
 

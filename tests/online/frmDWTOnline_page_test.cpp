@@ -159,7 +159,9 @@ TEST_CASE("the unload timer of an earlier download does not close the window wit
   OnlineWindow online;
   online.show([&] {
     online.page.follow(downloadPage(L"?dwt1=" + server.url(L"/d.zip")));
+    CHECK(timer.isRunning());
     online.page.follow(pageWithSuccess(server, done));
+    CHECK_FALSE(timer.isRunning());
     online.page.settle();
     for (int i = 0; i < 3; ++i) timer.tick(online.dialog);
     CHECK(online.open());

@@ -74,6 +74,16 @@ TEST_CASE("a button of the window lets a page ask again after a refused download
   CHECK(online.driver.boxes().size() == 2);
 }
 
+TEST_CASE("a button lets a page ask again that is there before the button's work is done") {
+  OnlineWindow online;
+  online.page.onRefresh = [&] { online.page.follow(nothing); };
+  online.show([&] {
+    online.page.follow(nothing);
+    online.click(refresh);
+  });
+  CHECK(online.driver.boxes().size() == 2);
+}
+
 TEST_CASE("a moving mouse or a key that is kept down is no act of the user") {
   constexpr LPARAM wasDown = 1 << 30;
   OnlineWindow online;

@@ -124,6 +124,7 @@ class FakeBrowserObject final : public BareBrowser {
   }
   STDMETHODIMP Refresh() noexcept override {
     if (strict_ && !fake_.address_.empty()) go(fake_.address_);
+    fake_.onRefresh();
     return note(L"Refresh");
   }
   STDMETHODIMP ExecWB(OLECMDID command, OLECMDEXECOPT option, VARIANT*,

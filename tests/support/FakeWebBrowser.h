@@ -33,7 +33,9 @@ class FakeWebBrowser {
   bool hasDocument = true;  // false: no page ever arrives, as without a rendering engine
   bool isSlow = false;      // pages arrive no sooner than the test lets them
   bool isBusy = false;      // what they say when they are asked
-  int stops = 2;            // in a page, for the Tab key
+  // What a page does that is there again before the call returns.
+  std::function<void()> onRefresh = [] {};
+  int stops = 2;  // in a page, for the Tab key
   // Navigations to these addresses, as they were asked for, fire NavigateError with status 404.
   std::function<bool(const std::wstring&)> unreachable = [](const std::wstring&) { return false; };
 

@@ -299,6 +299,10 @@ TEST_CASE("one of several parts is not unpacked") {
     bytes[bytes.size() - behind] = 2;
     checkRefused(bytes, L"It is one of several parts.");
   }
+  // Its own part of the directory has fewer entries than the whole.
+  bytes = onePage().bytes();
+  --bytes[bytes.size() - 14];
+  checkRefused(bytes, L"It is one of several parts.");
 }
 
 // Contents

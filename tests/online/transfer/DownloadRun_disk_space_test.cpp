@@ -115,6 +115,7 @@ TEST_CASE("files that do not fit into the free space together are not begun") {
   const FreeSpace space(5999);
   CHECK_FALSE(download.run(L"?dwt1=" + server.url(L"/a.zip") + L"&dwt2=" + server.url(L"/b.zip")));
   CHECK(download.failures() == Texts{noRoom(download)});
+  CHECK_FALSE(download.output.has(L"File opened for binary input.  File Name : a.zip"));
   CHECK_FALSE(download.isStaged(L"a.zip"));
 }
 

@@ -23,6 +23,7 @@ struct Changes {
   bool noOptions = false;
   std::string missing;
   HINTERNET session = nullptr;
+  unsigned long flags = 0;
   InternetPatch::Options ofSession;
   InternetPatch::Options elsewhere;
   int staleCloses = 0;
@@ -44,6 +45,7 @@ HINTERNET WINAPI openSession(LPCSTR agent, DWORD access, LPCSTR proxy, LPCSTR by
     SetLastError(*changes.noSession);
     return nullptr;
   }
+  changes.flags = flags;
   changes.session = real(static_cast<decltype(&InternetOpenA)>(nullptr), "InternetOpenA")(
       agent, access, proxy, bypass, flags);
   return changes.session;
@@ -162,6 +164,8 @@ void InternetPatch::noUrl(unsigned long code) { changes.noUrl = code; }
 void InternetPatch::noRead(unsigned long code) { changes.noRead = code; }
 void InternetPatch::noFtpFile(unsigned long code) { changes.noFtpFile = code; }
 void InternetPatch::noOptions() { changes.noOptions = true; }
+unsigned long InternetPatch::flagsOfSession() { return changes.flags; }
+
 const InternetPatch::Options& InternetPatch::optionsOfSession() { return changes.ofSession; }
 const InternetPatch::Options& InternetPatch::optionsElsewhere() { return changes.elsewhere; }
 void InternetPatch::missing(const char* function) { changes.missing = function; }

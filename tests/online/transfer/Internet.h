@@ -34,6 +34,8 @@ class InternetPatch {
   // The system has no such function.
   void missing(const char* function);
 
+  // What the session that was opened last was opened with.
+  static unsigned long flagsOfSession();
   // The options that were set to numbers: of the session that was opened last, and of anything
   // else, such as the process.
   using Options = std::vector<std::pair<unsigned long, unsigned long>>;

@@ -17,6 +17,13 @@ TEST_CASE("a session has limits of 30 seconds for connecting and for answers") {
   CHECK(internet.optionsElsewhere() == Options{});
 }
 
+TEST_CASE("a session's functions answer when they are done and not before") {
+  const InternetPatch internet;
+  InternetSession session;
+  REQUIRE(session.open());
+  CHECK(internet.flagsOfSession() == 0);
+}
+
 TEST_CASE("a system that takes no limits downloads all the same") {
   const HttpServer server({{"/d.zip", HttpServer::ok(page("a page"))}});
   InternetPatch internet;

@@ -29,6 +29,15 @@ TEST_CASE("a large transfer touches bar and label only when what they show chang
     REQUIRE(view.currentSizes[i] != view.currentSizes[i - 1]);
 }
 
+TEST_CASE("a size is shown as soon as another digit of it can differ") {
+  RecordingView view;
+  TransferProgress progress(20480, view);
+  progress.show(10234);
+  CHECK(view.currentSizes.back() == L"9.99 KB of 20.0 KB");
+  progress.show(10243);  // a thousandth more
+  CHECK(view.currentSizes.back() == L"10.0 KB of 20.0 KB");
+}
+
 TEST_CASE("more than was announced does not pass the end of the bar") {
   RecordingView view;
   TransferProgress progress(100, view);

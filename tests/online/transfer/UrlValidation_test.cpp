@@ -47,6 +47,24 @@ TEST_CASE("the sizes that were found are counted and added up") {
   CHECK(files.view.failures.empty());
 }
 
+TEST_CASE("the pass over the files writes its log in order") {
+  const HttpServer server({{"/a.zip", HttpServer::ok(std::string(100, 'a'))}});
+  const std::wstring address = server.url(L"/a.zip");
+  Validation files(L"?dwt1=" + address);
+  CHECK(files.run());
+  CHECK(files.machine.output.messages() == Texts{L"ENTERING ValidateURLs().", L"URL = " + address,
+                                                 L"Locating file....", L"File size = 100 bytes",
+                                                 L"EXITING GetTotalDownloadSize() successfully."});
+}
+
+TEST_CASE("a cancel when the last file's step has been shown ends the pass") {
+  const HttpServer server({{"/a.zip", HttpServer::ok("a")}});
+  Validation files(L"?dwt1=" + server.url(L"/a.zip"));
+  files.view.cancelWhen = [&] { return files.view.overallValue == 1; };
+  CHECK_FALSE(files.run());
+  CHECK(files.view.overallValue == 1);
+}
+
 TEST_CASE("a file that cannot be reached has size 0 and has moved its bar once") {
   std::wstring refused;
   {
