@@ -450,6 +450,26 @@ TEST_CASE("a run can be cancelled at each of its checks") {
   }
 }
 
+TEST_CASE("a cancel is looked for at every entry and once more before it is copied") {
+  const auto checksWith = [](const std::function<void(CopyFixture&)>& fill) {
+    CopyFixture fixture;
+    fixture.disk.makeFolder(L"templates\\Blue");
+    fill(fixture);
+    RecordingView view;
+    CHECK(runCopy(fixture, view).copied);
+    return view.checks;
+  };
+  const int empty = checksWith([](CopyFixture&) {});
+  const int withFile =
+      checksWith([](CopyFixture& fixture) { fixture.disk.writeFile(L"templates\\Blue\\a.txt"); });
+  const int withFolder =
+      checksWith([](CopyFixture& fixture) { fixture.disk.makeFolder(L"templates\\Blue\\a"); });
+  // One of them in the count.
+  CHECK(withFile == empty + 3);
+  // Its own "." and ".." are entries, too.
+  CHECK(withFolder == empty + 3 + 4);
+}
+
 TEST_CASE("the cancel line stands where the log stood and then its indentation goes") {
   CopyFixture fixture;
   fixture.makeBlue();
@@ -522,8 +542,8 @@ TEST_CASE("a refused import leaves the walk without a message and the run comes 
                                       L"      Copying file : home.dwt",
                                       L"    Creating folder : " + fixture.url(L"/dwts/Blue/images"),
                                       L"      Copying file : logo.gif",
-                                      L"      ERROR in procedure CopyFolderTree of Form "
-                                      L"frmCopyToWeb. Error : No room.",
+                                      (L"      ERROR in procedure CopyFolderTree of Form "
+                                       L"frmCopyToWeb. Error : No room."),
                                       L"  DWT copied successfully",
                                       L"  Cleaning uploaded folder...",
                                       L"  Folder cleaned.",
