@@ -59,6 +59,7 @@ ScratchFolder::ScratchFolder() {
   GetTempPathW(MAX_PATH, temp);
   path_ = std::wstring(temp) + L"Quillet test " + std::to_wstring(GetCurrentProcessId()) + L" " +
           std::to_wstring(++serial);
+  removeTree(path_);  // of an earlier process with this number that was ended by force
   makeFolders(path_);
 }
 
