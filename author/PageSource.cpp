@@ -35,6 +35,9 @@ PageSource::Page PageSource::read(const std::wstring& address) {
     page.isWhole = false;
     break;
   }
+  // A connection that the server ends too early is no error of the system's.
+  if (page.isThere() && page.bytes.size() < session_.contentLength(file).value_or(0))
+    page.isWhole = false;
   return page;
 }
 
