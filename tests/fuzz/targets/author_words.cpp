@@ -12,10 +12,16 @@ using fuzz::promise;
 
 namespace {
 
+// Many titles that are all the same would take most of the time.
+constexpr std::size_t mostTitles = 16;
+
 void checkSlugs(const std::vector<std::wstring>& titles) {
   text::NameSet taken;
   std::vector<std::wstring> slugs;
-  for (const std::wstring& title : titles) slugs.push_back(author::freeSlug(title, taken));
+  for (const std::wstring& title : titles) {
+    if (slugs.size() == mostTitles) break;
+    slugs.push_back(author::freeSlug(title, taken));
+  }
   text::NameSet seen;
   for (const std::wstring& slug : slugs) {
     promise(!slug.empty() && slug.size() <= 80, "a name is not too long");
