@@ -137,7 +137,7 @@ def ends_what_hangs(archive, version):
 def takes_the_machine_it_is_given(archive):
     assert archive.run('/all', 'support-tests')[0] == 0
     assert '\nRun as:      run.cmd /all\n' in archive.report()
-    assert archive.report().endswith(' tests: 2 passed, 0 failed, 0 skipped\n')
+    assert re.search(r'\n([1-9]\d*) tests: \1 passed, 0 failed, 0 skipped\n$', archive.report())
 
 
 def refuses(archive):
