@@ -25,11 +25,13 @@ count_what_runs() {
   local failed=0 strip=${PWD//[^\/]/}//
   preset=coverage
   export GCOV_PREFIX="Z:$coverage_counts" GCOV_PREFIX_STRIP=${#strip}
+  # Those of the programs that the build asks for their tests do not count; those of an earlier build
+  # would be complained of among the names of the tests.
+  rm -rf "$coverage_counts"
   build
-  # Those of the programs that the build asks for their tests do not count.
   rm -rf "$coverage_counts"
   test_what_is_built || failed=1
-  unset GCOV_PREFIX
+  unset GCOV_PREFIX GCOV_PREFIX_STRIP # the tools take them for their own
   stage merge merge_counts
   return "$failed"
 }
