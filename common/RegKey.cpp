@@ -155,9 +155,8 @@ std::wstring RegKey::GetErrorDescription() const {
       return L"Internal error: Registry operation without opening a key.";
     case none:
       return errors::systemMessage(system_);
-    // Not run by tests: there is no other number.
     default:
-      return {};
+      return {};  // Not run by tests: there is no other number.
   }
 }
 

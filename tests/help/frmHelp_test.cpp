@@ -137,6 +137,20 @@ TEST_CASE("the keys of the help window go back and forward and to the search and
   CHECK(help.driver.boxes()[0].text == L"There is no printer to print on.");
 }
 
+TEST_CASE("a key that is none of the help window's goes to what has the focus") {
+  HelpWindow help;
+  std::wstring shown;
+  help.show(L"", [&](HWND dialog) {
+    const HWND tree = GetDlgItem(dialog, IDC_HELP_CONTENTS);
+    SetFocus(tree);
+    TreeView_SelectItem(tree, TreeView_GetRoot(tree));
+    PostMessageW(tree, WM_KEYDOWN, VK_DOWN, 0);
+    forms::yieldToMessages();
+    shown = shownIn(dialog);
+  });
+  CHECK(shown == L"A part");
+}
+
 TEST_CASE("a link in a help topic is followed") {
   HelpWindow help;
   std::wstring shown, selected;
