@@ -155,9 +155,8 @@ std::wstring RegKey::GetErrorDescription() const {
       return L"Internal error: Registry operation without opening a key.";
     case none:
       return errors::systemMessage(system_);
-    default:
-      return {};  // Not run by tests: there is no other number.
   }
+  return {};  // Not run by tests: there is no other number.
 }
 
 bool RegKey::take(Opener opener, HKEY root, std::wstring_view subkey) {
