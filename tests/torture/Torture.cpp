@@ -277,6 +277,11 @@ void Trial::letMonkeyPlay(unsigned seed, int actions, Lines& complaints) {
   world_.frame().open();
   const Desk before = world_.desk();
   world_.look([&] { world_.play(seed, actions); });
+  // A viewer that comes up late is in front for a moment, and nothing is while it comes or goes.
+  pumpUntil([&] {
+    return world_.isElsewhere() ||
+           (GetActiveWindow() == before.active && GetFocus() == before.focus);
+  });
   compareDesks(before, world_.desk(), world_.isElsewhere(), complaints);
   for (const auto& file : world_.lostFiles()) complaints.push_back(L"lost: " + file);
   world_.end();
