@@ -4,6 +4,7 @@
 #include <tuple>
 
 #include "tests/catalogue/frmQuillet_support.h"
+#include "tests/support/activation_context.h"
 #include "tests/support/machine.h"
 
 namespace {
@@ -39,14 +40,6 @@ void checkUsable(const BrowserWindow& browser) {
   CHECK(IsWindowEnabled(browser.dialog));
   CHECK(browser.enabled(IDC_QUILLET_SELECT));
   CHECK(browser.driver.dialogs().back() == foldersCaption);
-}
-
-// The context that this thread makes windows and loads modules in; null is the process's own.
-HANDLE activeContext() {
-  HANDLE context = nullptr;
-  GetCurrentActCtx(&context);
-  if (context) ReleaseActCtx(context);
-  return context;
 }
 
 }  // namespace

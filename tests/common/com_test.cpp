@@ -1,13 +1,14 @@
 #include "common/com.h"
 
 #include "common/errors.h"
+#include "tests/support/MemberlessDispatch.h"
 #include "tests/support/error_number.h"
 #include "tests/support/text_output.h"
 
 namespace {
 
 // Counts its references; never gone.
-class Counted : public IDispatch {
+class Counted : public MemberlessDispatch {
  public:
   long references = 0;
   STDMETHODIMP QueryInterface(REFIID id, void** object) override {
@@ -19,13 +20,6 @@ class Counted : public IDispatch {
   }
   STDMETHODIMP_(ULONG) AddRef() override { return static_cast<ULONG>(++references); }
   STDMETHODIMP_(ULONG) Release() override { return static_cast<ULONG>(--references); }
-  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                      UINT*) override {
-    return E_NOTIMPL;
-  }
 };
 
 }  // namespace

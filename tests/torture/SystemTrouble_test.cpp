@@ -105,6 +105,7 @@ TEST_CASE("A download that gets no memory for its last page switches its window 
   torture::World world;
   torture::Trial trial(world, torture::journeyOf("download"));
   const int first = firstAllocation(world, &torture::World::download, AfterDownload());
+  // What is allocated for the last page is allocated in threes.
   checkWithoutMemory(trial, first, first + 18, 3);
 }
 
