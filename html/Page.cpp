@@ -266,6 +266,7 @@ class Parser {
     closeCell();
     const std::shared_ptr<Table> table = flows_.back().table;
     if (!table) return;
+    endBlock();
     if (table->rows.empty()) table->rows.emplace_back();
     table->rows.back().emplace_back();
     Cell& added = table->rows.back().back();

@@ -109,6 +109,13 @@ TEST_CASE("an entry between a table and its cells keeps its mark to itself") {
   CHECK_FALSE(page.body.blocks[0].table->rows[0][0].blocks[0].bullet);
 }
 
+TEST_CASE("a paragraph between a table and its cells keeps its distance to itself") {
+  const Page page = parsePage(L"<table><p>one<td>two</table>");
+  REQUIRE(page.body.blocks.size() == 2);
+  CHECK(page.body.blocks[1].above == 14);
+  CHECK(page.body.blocks[0].table->rows[0][0].blocks[0].above == 0);
+}
+
 TEST_CASE("a paragraph that a table ends in ends with the next one") {
   const Page page = parsePage(L"<p align=right><table><tr><td>a</table><p>b");
   REQUIRE(page.body.blocks.size() == 2);
