@@ -122,7 +122,8 @@ void Reader::readPage(std::size_t number) {
   ++report_.pages;
   if (!page.isWhole)
     add(L"page-too-large", {address, 0}, L"The page is larger than 4 MB, or ends early.",
-        L"It is shown after a long time, or not at all.", L"Make several pages of it.");
+        L"It is shown after a long time, or not at all.",
+        L"Make several pages of it, or see why the server breaks it off.");
   const std::wstring html = html::decodePage(page.bytes);
   const LineNumbers lines(html);
   for (const Link& link : linksOfPage(html))

@@ -30,12 +30,6 @@ handles::Internet DownloadSteps::openUrl(const std::wstring& address) {
   return file;
 }
 
-void DownloadSteps::connectToFtp(const modWINInetURL::CrackedUrl& parts) {
-  if (session_.GetInternetConnectHandle(parts.host, parts.user, parts.password)) return;
-  check();
-  failToConnect();
-}
-
 handles::Internet DownloadSteps::openFtpFile(const std::wstring& path) {
   handles::Internet file = session_.openFtpFile(path);
   if (!file) check();

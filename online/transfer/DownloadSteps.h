@@ -34,7 +34,6 @@ class DownloadSteps {
   // Opens a file by its address, or by its path on its FTP server. What keeps it from being opened
   // is shown and raised.
   handles::Internet openUrl(const std::wstring& address);
-  void connectToFtp(const modWINInetURL::CrackedUrl& parts);
   handles::Internet openFtpFile(const std::wstring& path);
   // A file that the server does not have is closed, shown and raised.
   void refuseMissing(handles::Internet& file);

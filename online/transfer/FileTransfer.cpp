@@ -78,8 +78,10 @@ handles::Internet FileTransfer::locate(const Place& place, const CrackedUrl& par
   WriteLog(L"Locating file...");
   handles::Internet file;
   if (parts.scheme == modWINInetURL::schemeFtp && session_.access() == InternetSession::direct) {
-    connectToFtp(parts);
+    const bool connected =
+        session_.GetInternetConnectHandle(parts.host, parts.user, parts.password);
     check();
+    if (!connected) failToConnect();
     file = openFtpFile(text::replaceAll(parts.path, L"%20", L" "));
   } else {
     file =

@@ -105,9 +105,10 @@ void UrlValidation::measureFtp(std::size_t column, Row kind, const std::wstring&
 }
 
 void UrlValidation::measureDirectFtp(std::size_t column, Row kind, const CrackedUrl& parts) {
+  const bool connected = session_.GetInternetConnectHandle(parts.host, parts.user, parts.password);
   WriteLog({L"Opening an FTP Session handle for FTP Server named : ", parts.host});
-  connectToFtp(parts);
   check();
+  if (!connected) failToConnect();
   WriteLog(L"FTP Session handle opened successfully");
   const handles::Internet file = openFtpFile(parts.path);
   check();

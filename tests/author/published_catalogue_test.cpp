@@ -151,7 +151,8 @@ TEST_CASE("a page of more than 4 MB is told") {
   CHECK(TemplateOnDisk::told(shop.check().findings) ==
         Told{shop.url(L"/index.htm") +
              L":0: page-too-large: The page is larger than 4 MB, or ends early. | It is shown "
-             L"after a long time, or not at all. | Make several pages of it."});
+             L"after a long time, or not at all. | Make several pages of it, or see why the server "
+             L"breaks it off."});
 }
 
 TEST_CASE("an archive that ends early is told") {
