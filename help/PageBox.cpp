@@ -14,23 +14,31 @@ namespace {
 // A print job that is given up unless it comes to its end.
 class PrintJob {
  public:
-  PrintJob(HDC printer, const std::wstring& name) : printer_(printer) {
-    DOCINFOW document = {};
-    document.cbSize = sizeof document;
-    document.lpszDocName = name.c_str();
-    if (StartDocW(printer_, &document) <= 0) throw errors::fromLastError();
-  }
+  PrintJob() = default;
   ~PrintJob() {
     if (printer_) AbortDoc(printer_);
   }
   PrintJob(const PrintJob&) = delete;
   PrintJob& operator=(const PrintJob&) = delete;
 
+  // False when the user cancels a dialog of the printer's own, such as one for a file.
+  bool begin(HDC printer, const std::wstring& name) {
+    DOCINFOW document = {};
+    document.cbSize = sizeof document;
+    document.lpszDocName = name.c_str();
+    if (StartDocW(printer, &document) <= 0) {
+      const DWORD code = GetLastError();
+      if (code == ERROR_CANCELLED || code == ERROR_PRINT_CANCELLED) return false;
+      throw errors::fromSystemCode(code);
+    }
+    printer_ = printer;
+    return true;
+  }
   bool leaf(bool begins) { return (begins ? StartPage(printer_) : EndPage(printer_)) > 0; }
   void end() { EndDoc(std::exchange(printer_, nullptr)); }
 
  private:
-  HDC printer_;
+  HDC printer_ = nullptr;
 };
 
 }  // namespace
@@ -71,7 +79,8 @@ void PageBox::print() {
   const handles::Global mode(dialog.hDevMode);
   const handles::Global names(dialog.hDevNames);
   const handles::DeviceContext printer(dialog.hDC);
-  PrintJob job(printer.get(), title());
+  PrintJob job;
+  if (!job.begin(printer.get(), title())) return;
   bool whole = true;
   view_.print(printer.get(), [&](bool begins) { return whole = job.leaf(begins); });
   if (!whole) throw errors::fromLastError();

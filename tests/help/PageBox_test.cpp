@@ -40,6 +40,8 @@ class Printer {
 
   static constexpr DWORD paperIsOut = ERROR_OUT_OF_PAPER;
 
+  DWORD reason = paperIsOut;
+
   bool isCancelled = false;
   HWND owner = nullptr;
   Lines calls;
@@ -47,7 +49,7 @@ class Printer {
  private:
   int call(const std::wstring& name, const std::wstring& said = {}) {
     calls.push_back(said.empty() ? name : name + L" " + said);
-    SetLastError(paperIsOut);
+    SetLastError(reason);
     return name == failing_ ? 0 : 1;
   }
 
@@ -107,6 +109,21 @@ TEST_CASE("a user who cancels the dialog for printers prints nothing") {
     CHECK(numberOf([&] { form.page.print(); }) == 0);
     CHECK(printer.owner == form.hwnd());
     CHECK(printer.calls.empty());
+  });
+}
+
+TEST_CASE("a user who cancels a printer's own dialog prints nothing") {
+  const ScratchFolder disk;
+  const auto file = disk.writeFile(L"a.htm", "<title>Tides</title>one");
+  PageForm([&](PageForm& form) {
+    form.page.show(file);
+    for (const DWORD reason : {ERROR_CANCELLED, ERROR_PRINT_CANCELLED}) {
+      CAPTURE(reason);
+      Printer printer(L"StartDoc");
+      printer.reason = reason;
+      CHECK(numberOf([&] { form.page.print(); }) == 0);
+      CHECK(printer.calls == Lines{L"StartDoc Tides"});
+    }
   });
 }
 
