@@ -79,6 +79,7 @@ void TemplateScan::ScanFolder(std::wstring_view folder) {
   }
   do scanEntry(path, search.entry());
   while (search.next());
+  if (search.endError()) reportUnreadable(path, search.endError());
 }
 
 void TemplateScan::scanEntry(const std::wstring& folder, const FileEntry& entry) {
@@ -118,6 +119,7 @@ void TemplateScan::listFiles(std::wstring_view folder) {
     const Waiting waiting(*this);
     listFile(folder, search.entry());
   } while (search.next());
+  if (search.endError()) logUnopened(path);
 }
 
 void TemplateScan::listFile(std::wstring_view folder, const FileEntry& entry) {

@@ -42,10 +42,16 @@ struct OtherFileSystem {
     }
     const HANDLE search = current->first.original<decltype(findFirst)>()(pattern, data);
     if (search != INVALID_HANDLE_VALUE) current->change(*data);
+    if (!current->breakingOff.empty() && std::string_view(pattern).ends_with(current->breakingOff))
+      current->broken = search;
     return search;
   }
 
   static BOOL WINAPI findNext(HANDLE search, LPWIN32_FIND_DATAA data) {
+    if (search == current->broken) {
+      SetLastError(ERROR_NETNAME_DELETED);
+      return FALSE;
+    }
     const BOOL found = current->next.original<decltype(findNext)>()(search, data);
     if (found) current->change(*data);
     return found;
@@ -58,6 +64,8 @@ struct OtherFileSystem {
   ImportPatch first{nullptr, "kernel32.dll", "FindFirstFileA", findFirst};
   ImportPatch next{nullptr, "kernel32.dll", "FindNextFileA", findNext};
   std::string notReady;
+  std::string breakingOff;  // how the patterns end whose searches do so behind the first entry
+  HANDLE broken = nullptr;
   std::string otherAttributesOf;
   DWORD attributes = 0;
   UINT modeDuringSearch = 0;
@@ -296,6 +304,32 @@ TEST_CASE("a listed folder that does not exist is logged and the scan goes on") 
   CHECK(list.folders == Lines{L"C:\\no such folder", folder.path()});
   CHECK(list.messages.empty());
   CHECK(list.titles() == Lines{L"one"});
+}
+
+TEST_CASE("a listed folder that breaks off in the middle is told of like one that cannot be read") {
+  ScannedFolder folder;
+  folder.listed.writeFile(L"T\\one.dwt");
+  OtherFileSystem disk;
+  disk.breakingOff = "\\*.*";
+  const LoggingOn logging;
+  const DebugOutput output;
+  folder.scan.ScanFolder(folder.listed.path());
+  const std::wstring unopened = L"Could not open \" " + folder.listed.path() + L"\\ \"";
+  CHECK(output.messages() == Lines{L"Scanning folder: " + folder.listed.path(), unopened});
+  CHECK(folder.list.unopened == Lines{unopened});
+}
+
+TEST_CASE("a template's folder that breaks off in the middle is logged behind what it had") {
+  ScannedFolder folder;
+  folder.listed.writeFile(L"T\\one.dwt");
+  folder.listed.writeFile(L"T\\two.dwt");
+  OtherFileSystem disk;
+  disk.breakingOff = "\\T\\*.dwt";
+  const LoggingOn logging;
+  const DebugOutput output;
+  folder.scan.ScanFolder(folder.listed.path());
+  CHECK(folder.list.titles().size() == 1);
+  CHECK(output.has(L"Could not open \" " + (folder / L"T") + L"\\ \""));
 }
 
 TEST_CASE("a listed file is logged as a folder that could not be opened") {
