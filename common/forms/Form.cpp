@@ -611,6 +611,7 @@ void Form::setSplit(LONG wanted) noexcept {
   split_ = wanted;
   split_ = split();
   layOut();
+  Form_Resize();
 }
 
 // The designed size, or what the screen has room for where large letters make that less.

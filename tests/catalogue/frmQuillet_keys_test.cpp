@@ -254,6 +254,12 @@ TEST_CASE("a description of three lines has no scroll bar and one of four has on
     // The longer one's bar took room away.
     browser.selectRow(ofThree);
     CHECK_FALSE(hasBar());
+    // So does a wider list.
+    SendMessageW(browser.control(IDC_QUILLET_SPLITTER), WM_KEYDOWN, VK_END, 1);
+    CHECK(SendMessageW(box, EM_GETLINECOUNT, 0, 0) > 3);
+    CHECK(hasBar());
+    SendMessageW(browser.control(IDC_QUILLET_SPLITTER), WM_KEYDOWN, VK_HOME, 1);
+    CHECK_FALSE(hasBar());
   });
 }
 
