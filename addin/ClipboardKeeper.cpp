@@ -23,6 +23,9 @@ using MetafilePicture = handles::Unique<MetafilePictureTraits>;
 using EnhancedMetafile = handles::Unique<EnhancedMetafileTraits>;
 
 constexpr DWORD pause = 10;  // milliseconds
+// Where a host's own run-time puts rich text and link text, beside the registered formats.
+constexpr UINT hostRichText = 0xBF01;
+constexpr UINT hostLinkText = 0xBF00;
 constexpr int attemptsToTake = 20;
 // The user's data is at stake then.
 constexpr int attemptsToGiveBack = 200;
@@ -146,7 +149,9 @@ ClipboardKeeper::~ClipboardKeeper() {
                         CF_BITMAP,
                         CF_METAFILEPICT,
                         CF_TEXT,
+                        clipboard::hostRichText,
                         RegisterClipboardFormatW(L"Rich Text Format"),
+                        clipboard::hostLinkText,
                         RegisterClipboardFormatW(L"Link")};
   for (const UINT format : order) putBack(format);
   for (auto& item : saved_) clipboard::give(item);
