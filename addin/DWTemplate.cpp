@@ -44,6 +44,17 @@ void quietly(std::wstring_view procedure, Body&& body) noexcept {
   }
 }
 
+class Asking {
+ public:
+  explicit Asking(bool& flag) noexcept : flag_(flag) { flag_ = true; }
+  ~Asking() { flag_ = false; }
+  Asking(const Asking&) = delete;
+  Asking& operator=(const Asking&) = delete;
+
+ private:
+  bool& flag_;
+};
+
 // Its grey is the button face's, for a host that takes nothing but the bitmap.
 handles::Gdi loadFace(int resource) {
   return handles::Gdi(LoadImageW(module::instance(), MAKEINTRESOURCEW(resource), IMAGE_BITMAP, 0, 0,
@@ -277,10 +288,15 @@ bool DWTemplate::RemoveAddInCommandBarButton(long RemoveMode,
   return handled;
 }
 
+bool DWTemplate::isWebOpen() {
+  const Asking asking(asking_);
+  return hostApplication().activeWeb().has_value();
+}
+
 void DWTemplate::m_btnCopyToWeb_Click(IDispatch*, VARIANT_BOOL*) noexcept {
   quietly(L"m_btnCopyToWeb_Click", [&] {
-    if (commands::bringOpenWindowToFront()) return;
-    if (hostApplication().activeWeb())
+    if (commands::bringOpenWindowToFront() || asking_) return;
+    if (isWebOpen())
       commands::browseTemplates(hostApplication(), ownerOfWindows());
     else
       tellNoWebIsOpen();
@@ -289,8 +305,8 @@ void DWTemplate::m_btnCopyToWeb_Click(IDispatch*, VARIANT_BOOL*) noexcept {
 
 void DWTemplate::m_btnDWTOnline_Click(IDispatch*, VARIANT_BOOL* CancelDefault) noexcept {
   quietly(L"m_btnDWTOnline_Click", [&] {
-    if (commands::bringOpenWindowToFront()) return;
-    if (!hostApplication().activeWeb()) {
+    if (commands::bringOpenWindowToFront() || asking_) return;
+    if (!isWebOpen()) {
       tellNoWebIsOpen();
       return;
     }

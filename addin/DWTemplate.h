@@ -63,6 +63,8 @@ class DWTemplate final : public ConnectionObject {
   void m_btnCopyToWeb_Click(IDispatch* Ctrl, VARIANT_BOOL* CancelDefault) noexcept;
   void m_btnDWTOnline_Click(IDispatch* Ctrl, VARIANT_BOOL* CancelDefault) noexcept;
 
+  bool isWebOpen();
+
   using Click = void (DWTemplate::*)(IDispatch*, VARIANT_BOOL*) noexcept;
   MenuButton menuButton(const std::optional<HostCommandBar>& bar, long anchor,
                         const std::wstring& caption, int picture, Click click);
@@ -72,5 +74,6 @@ class DWTemplate final : public ConnectionObject {
 
   MenuButton m_btnCopyToWeb;
   MenuButton m_btnDWTOnline;
+  bool asking_ = false;                   // the host for its web, which may let a click through
   ClipboardKeeper* clipboard_ = nullptr;  // while the entries get their faces
 };

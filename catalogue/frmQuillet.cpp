@@ -591,7 +591,9 @@ void frmQuillet::cmdDestFolder_Click() {
 }
 
 void frmQuillet::offerDefaultFolder(const HostWeb& web) {
-  if (destination_ != defaultDestination(web.url()) || web.locateFolder(destination_)) return;
+  if (destination_ != defaultDestination(web.url()) || web.locateFolder(destination_) ||
+      isUnloaded())
+    return;
   if (showMessage(hwnd(), createDefaultQuestion, MB_ICONQUESTION | MB_YESNO) == IDYES)
     web.createFolder(defaultWebFolder);
   else
@@ -603,7 +605,7 @@ void frmQuillet::offerDefaultFolder(const HostWeb& web) {
 void frmQuillet::cmdCopytoWeb_Click() {
   handle(L"cmdCopytoWeb_Click", [this] {
     const auto web = host_.activeWeb();
-    if (!web) return;
+    if (!web || isUnloaded()) return;
     const auto entry = selectedTemplate();
     if (entry &&
         isSamePlace(entry->folder, destination_)) {  // Not run by tests: no web lies there.
@@ -623,16 +625,21 @@ void frmQuillet::cmdCopytoWeb_Click() {
 
 bool frmQuillet::askForDefault(const HostWeb& web) {
   const std::wstring url = web.url();
-  if (message(copyToDefaultQuestion(url), MB_ICONQUESTION | MB_YESNO) != IDYES) return false;
+  if (isUnloaded() || message(copyToDefaultQuestion(url), MB_ICONQUESTION | MB_YESNO) != IDYES)
+    return false;
   destination_ = defaultDestination(url);
   return true;
 }
 
+// A window that was closed while the host answered copies nothing.
 void frmQuillet::copyTo(const HostWeb& web, const TemplateEntry& entry) {
   const auto located = web.locateFolder(destination_);
+  if (isUnloaded()) return;
   const HostFolder folder = located ? *located : web.createFolder(destination_).folder;
   WriteLog({L"Copying folder to the following path : ", destination_});
-  if (!frmCopyToWeb().CopyTemplateFolder(folder.url(), {entry.title, entry.folder}, hwnd())) return;
+  const std::wstring url = folder.url();
+  if (isUnloaded()) return;
+  if (!frmCopyToWeb().CopyTemplateFolder(url, {entry.title, entry.folder}, hwnd())) return;
   if (lvDWTs.count() == 0) {  // Not run by tests: no list is emptied by a copy.
     cmdCopytoWeb.setEnabled(false);
     cmdDestFolder.setEnabled(false);

@@ -42,7 +42,9 @@ void frmNewFolder::Form_Load() {
 void frmNewFolder::btnOK_Click() {
   handle(L"btnOK_Click", [this] {
     const std::wstring name = txtFolderName.text();
-    switch (webfolder::checkNewName(*parent_, name)) {
+    const auto check = webfolder::checkNewName(*parent_, name);
+    if (isUnloaded()) return;  // while the host answered
+    switch (check) {
       case webfolder::NameCheck::invalid:
         return refuse(L"Invalid folder name specified.");
       case webfolder::NameCheck::exists:

@@ -155,6 +155,7 @@ void frmSelectWebFolder::btnNewFolder_Click() {
     if (!node) return;
     tvFolders.expand(node);
     const auto parent = folderOf(node);
+    if (isUnloaded()) return;  // while the host answered
     std::wstring name;
     if (parent && AskNewFolderName(*parent, name, hwnd())) createFolder(node, *parent, name);
     tvFolders.focus();

@@ -182,7 +182,8 @@ void yieldToMessages() {
 
 bool bringToFront() noexcept {
   if (showing().forms.empty()) return false;
-  if (const HWND window = showing().forms.back()->hwnd()) {
+  const HWND window = showing().forms.back()->hwnd();
+  if (IsWindowVisible(window)) {
     if (IsIconic(window)) ShowWindow(window, SW_RESTORE);
     SetForegroundWindow(GetLastActivePopup(window));
   }

@@ -2,6 +2,7 @@
 #include <windows.h>
 #include <commctrl.h>
 
+#include "catalogue/resource.h"
 #include "common/Dispatch.h"
 #include "host/model/Host.h"
 #include "online/resource.h"
@@ -524,6 +525,26 @@ TEST_CASE("With an open web the browse entry opens the browser over the active w
   CHECK_FALSE(cancelled);
 }
 
+TEST_CASE("A second click while the host is asked for its web opens no second window") {
+  for (const wchar_t* entry : {copyToWeb, dwtOnline}) {
+    const ScratchFolder web;
+    Connected connected({}, web.path());
+    const InstalledCatalogue catalogue(connected);
+    const wchar_t* caption = entry == copyToWeb ? browserCaption : onlineCaption;
+    for (int i = 0; i < 3; ++i) connected.modal.onDialog(caption, closeWindow);
+    bool again = false;
+    connected.host.faults().before(L"Application.ActiveWeb", [&] {
+      if (!std::exchange(again, true)) connected.host.click(entry);
+    });
+    connected.host.click(entry);
+    CHECK(connected.modal.dialogs().size() == 1);
+
+    // Afterwards the entry opens its window again.
+    connected.host.click(entry);
+    CHECK(connected.modal.dialogs().size() == 2);
+  }
+}
+
 TEST_CASE("A click on either entry while a window is open brings that window to the front") {
   for (const wchar_t* first : {copyToWeb, dwtOnline})
     for (const wchar_t* second : {copyToWeb, dwtOnline}) {
@@ -571,6 +592,27 @@ TEST_CASE("A click while the online catalogue is an icon restores it") {
   });
   connected.host.click(dwtOnline);
   CHECK(connected.modal.dialogs().size() == 1);
+}
+
+TEST_CASE("A click while a window that was closed waits for the host leaves the host in front") {
+  const ScratchFolder web;
+  Connected connected({}, web.path());
+  bool seen = false;
+  connected.modal.onDialog(browserCaption, [&](HWND dialog) {
+    connected.host.faults().before(L"Application.Version", [&] {
+      seen = true;
+      SendMessageW(dialog, WM_CLOSE, 0, 0);
+      const Frame other;
+      SetForegroundWindow(other.get());
+      connected.host.click(copyToWeb);
+      CHECK(GetForegroundWindow() == other.get());
+    });
+    press(dialog, IDC_QUILLET_SELECT);
+    connected.host.faults().clear();
+  });
+  connected.host.click(copyToWeb);
+  CHECK(seen);
+  CHECK(connected.modal.dialogs() == std::vector<std::wstring>{browserCaption});
 }
 
 TEST_CASE("A click while a box stands over the window brings the box to the front") {

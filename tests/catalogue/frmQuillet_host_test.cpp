@@ -6,6 +6,7 @@
 #include "tests/catalogue/frmQuillet_support.h"
 #include "tests/support/activation_context.h"
 #include "tests/support/machine.h"
+#include "webcopy/resource.h"
 
 namespace {
 
@@ -124,6 +125,52 @@ TEST_CASE("a window that is closed while the host answers opens none of the othe
       CHECK_FALSE(IsWindowVisible(browser.dialog));
     });
     CHECK(browser.driver.dialogs() == Lines{browserCaption});
+  }
+}
+
+TEST_CASE("a window that is closed while the host answers copies nothing") {
+  const std::pair<const wchar_t*, int> closedIn[] = {
+      {L"Application.ActiveWeb", 0},
+      {L"Web.Url", 0},
+      {L"Web.LocateFolder", 1},
+      {L"WebFolder.Url", 1},
+  };
+  for (const auto& [member, boxes] : closedIn) {
+    CAPTURE(std::wstring(member));
+    BrowserWindow browser;
+    browser.addTemplate(L"home");
+    browser.web.writeFile(L"index.htm", "a page");
+    browser.show([&] {
+      browser.host.faults().before(member, [&] { SendMessageW(browser.dialog, WM_CLOSE, 0, 0); });
+      browser.driver.answer(IDYES);
+      press(browser.dialog, IDOK);
+      CHECK_FALSE(IsWindowVisible(browser.dialog));
+    });
+    CHECK(browser.driver.dialogs() == Lines{browserCaption});
+    CHECK(browser.driver.boxes().size() == static_cast<std::size_t>(boxes));
+    CHECK_FALSE(browser.web.exists(L"dwts\\home\\home.dwt"));
+  }
+}
+
+TEST_CASE(
+    "a window that is closed while the host looks for the folder for templates asks nothing") {
+  for (const wchar_t* member : {L"Application.ActiveWeb", L"Web.Url", L"Web.LocateFolder"}) {
+    CAPTURE(std::wstring(member));
+    BrowserWindow browser;
+    browser.addTemplate(L"home");
+    browser.web.makeFolder(L"dwts");
+    browser.driver.onDialog(pickerCaption, [](HWND dialog) {
+      const HWND tree = GetDlgItem(dialog, IDC_SELECTWEBFOLDER_TVFOLDERS);
+      TreeView_SelectItem(tree, TreeView_GetChild(tree, TreeView_GetRoot(tree)));
+      press(dialog, IDOK);
+    });
+    browser.show([&] {
+      press(browser.dialog, IDC_QUILLET_DESTFOLDER);
+      RemoveDirectoryW((browser.web / L"dwts").c_str());
+      browser.host.faults().before(member, [&] { SendMessageW(browser.dialog, WM_CLOSE, 0, 0); });
+      press(browser.dialog, IDC_QUILLET_DESTFOLDER);
+    });
+    CHECK(browser.driver.boxes().empty());
   }
 }
 

@@ -184,6 +184,23 @@ TEST_CASE("cancelling the new-folder dialog leaves the name as it was") {
   CHECK(session.driver.boxes().empty());
 }
 
+TEST_CASE("cancelling the new-folder dialog while the host looks at the name takes OK back") {
+  for (const wchar_t* name : {L"pages", L"taken"}) {
+    CAPTURE(std::wstring(name));
+    NewFolderSession session;
+    session.fixture.disk.makeFolder(L"webs\\site\\taken");
+    CHECK_FALSE(session.ask(L"", [&](HWND dialog) {
+      type(dialog, name);
+      session.fixture.host.faults().before(L"WebFolder.Folders",
+                                           [dialog] { press(dialog, IDCANCEL); });
+      press(dialog, IDOK);
+      session.fixture.host.faults().clear();
+    }));
+    CHECK(session.name == L"untouched");
+    CHECK(session.driver.boxes().empty());
+  }
+}
+
 TEST_CASE("Enter in the name box confirms and Escape cancels") {
   NewFolderSession session;
   const auto key = [](WPARAM code) {

@@ -144,6 +144,21 @@ TEST_CASE("a folder made below one that still cannot be read shows when that is 
   CHECK(session.existsInWeb(L"dwts\\beta"));
 }
 
+TEST_CASE("a picker that is left while the host reads a folder makes no new one") {
+  for (const wchar_t* member : {L"WebFolder.Folders", L"Web.LocateFolder"}) {
+    CAPTURE(std::wstring(member));
+    PickerSession session;
+    session.makeFolders({L"dwts\\blue"});
+    session.path = L"/dwts";
+    session.pick([&](HWND dialog) {
+      session.fixture.host.faults().before(member, [dialog] { press(dialog, IDCANCEL); });
+      makeFolder(session, dialog, confirming(L"beta"));
+    });
+    CHECK(session.driver.dialogs() == Lines{pickerCaption});
+    CHECK_FALSE(session.existsInWeb(L"dwts\\beta"));
+  }
+}
+
 TEST_CASE("the tree has the focus again after a new folder") {
   PickerSession session;
   session.pick([&](HWND dialog) {
