@@ -221,7 +221,7 @@ int run(const unzip::Library& library, const Options& options, const LibraryPath
 }
 
 // A name that the code page cannot hold is given by its short form, where there is one.
-std::wstring ansiPath(const std::wstring& path) {  // Not run by tests: where it does not fit.
+std::wstring ansiPath(const std::wstring& path) {
   if (text::fitsAnsi(path)) return path;
   const NoSystemBoxes quiet;
   wchar_t shortPath[MAX_PATH];
@@ -288,7 +288,7 @@ long unpack(const unzip::Library& library, const Options& options, const archive
     lastMessage = std::move(*damage);
     return unzip::notAnArchive;
   }
-  if (!text::fitsAnsi(folder)) {  // Not run by tests: as above.
+  if (!text::fitsAnsi(folder)) {
     lastMessage = errors::descriptionOf(errors::badFileName);
     return unzip::cannotCreate;
   }

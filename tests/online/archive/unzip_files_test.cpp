@@ -460,3 +460,98 @@ TEST_CASE("the library is loaded only while an archive is unpacked") {
   CHECK(unpacking.run());
   CHECK(GetModuleHandleW(L"unzip32.dll") == nullptr);
 }
+
+namespace {
+
+// Of which the tests' code page has no letter.
+constexpr wchar_t beyondCodePage[] = L"\u0416\u0443\u043A";
+
+// While it lives no file has a short name: some volumes then give the long one for it, others
+// nothing.
+class NoShortNames {
+ public:
+  enum class Answer { longName, none, tooLong };
+  explicit NoShortNames(Answer answer) : patch_(nullptr, "KERNEL32.dll", "GetShortPathNameW", of) {
+    answer_ = answer;
+  }
+
+ private:
+  static DWORD WINAPI of(LPCWSTR path, LPWSTR buffer, DWORD length) {
+    if (answer_ == Answer::tooLong) return length + 1;
+    if (answer_ == Answer::none) {
+      SetLastError(ERROR_INVALID_PARAMETER);
+      return 0;
+    }
+    lstrcpynW(buffer, path, static_cast<int>(length));
+    return static_cast<DWORD>(lstrlenW(buffer));
+  }
+
+  static inline Answer answer_ = Answer::none;
+  ImportPatch patch_;
+};
+
+// Unpacks into a folder that the library cannot be told of.
+void checkUntold(NoShortNames::Answer answer) {
+  const Logging logging;
+  DebugOutput output;
+  ModalDriver driver;
+  const Unpacking unpacking(onePage());
+  const std::wstring folder = unpacking.scratch.makeFolder(beyondCodePage);
+  const NoShortNames none(answer);
+  CHECK_FALSE(unzipFiles(unpacking.archive, folder));
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text ==
+        folder + L"\r\nInvalid file path or you do not have write permission to this location.");
+  CHECK(driver.boxes()[0].icon == MB_ICONHAND);
+  CHECK(output.messages() == Tree{L"BAD FILE NAME OR NUMBER"});
+  CHECK(unpacking.scratch.tree() == Tree{L"inside\\", L"staging\\", L"staging\\theme.zip",
+                                         std::wstring(beyondCodePage) + L"\\"});
+}
+
+}  // namespace
+
+TEST_CASE("a folder outside the code page is unpacked into by its short name") {
+  ModalDriver driver;
+  const Unpacking unpacking(onePage());
+  REQUIRE_FALSE(text::fitsAnsi(beyondCodePage));
+  CHECK(unzipFiles(unpacking.archive, unpacking.scratch.makeFolder(beyondCodePage)));
+  CHECK(unpacking.scratch.readFile(std::wstring(beyondCodePage) + L"\\page.htm") == "new page");
+  CHECK(driver.boxes().empty());
+}
+
+TEST_CASE("an archive outside the code page is found by its short name") {
+  ModalDriver driver;
+  const Unpacking unpacking(onePage());
+  const std::wstring archive = unpacking.scratch.writeFile(
+      std::wstring(beyondCodePage) + L"\\" + beyondCodePage + L".zip", onePage().bytes());
+  CHECK(unzipFiles(archive, unpacking.folder));
+  CHECK(unpacking.read(L"page.htm") == "new page");
+  CHECK(driver.boxes().empty());
+}
+
+TEST_CASE("a folder outside the code page on a volume without short names is named in a message") {
+  checkUntold(NoShortNames::Answer::longName);
+}
+
+TEST_CASE("a folder outside the code page whose short name is refused is named in a message") {
+  checkUntold(NoShortNames::Answer::none);
+}
+
+TEST_CASE("a folder outside the code page whose short name is too long is named in a message") {
+  checkUntold(NoShortNames::Answer::tooLong);
+}
+
+TEST_CASE("an archive outside the code page without a short name is an error and stays") {
+  const Logging logging;
+  DebugOutput output;
+  ModalDriver driver;
+  const Unpacking unpacking(onePage());
+  const std::wstring name = std::wstring(beyondCodePage) + L".zip";
+  const std::wstring archive = unpacking.scratch.writeFile(name, onePage().bytes());
+  const NoShortNames none(NoShortNames::Answer::longName);
+  CHECK_FALSE(unzipFiles(archive, unpacking.folder));
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text == L"Bad file name or number");
+  CHECK(unpacking.scratch.exists(name));
+  CHECK(unpacking.scratch.tree().size() == 4);
+}
