@@ -246,6 +246,14 @@ std::string archivePath(const std::wstring& path) {
   return text::toAnsi(asPattern(ansi));
 }
 
+// The library goes by bytes. Where those of the last letter end with that of a backslash, it would
+// take it for the path's own and unpack beside the folder.
+std::string folderPath(const std::wstring& path) {
+  std::string ansi = text::toAnsi(path);
+  if (ansi.ends_with('\\') && !path.ends_with(L'\\')) ansi += '/';
+  return ansi;
+}
+
 // A system that could not make the file may name it all the same.
 bool canMakeFileIn(const std::wstring& folder) {
   const NoSystemBoxes quiet;
@@ -275,7 +283,7 @@ long runChecked(const unzip::Library& library, const Options& options, const Lib
 long unpack(const unzip::Library& library, const Options& options, const archive::Passage& passage,
             std::wstring& lastMessage, UnpackingQuestions& questions) {
   const std::wstring folder = ansiPath(options.ExtractDir);
-  const LibraryPaths paths = {archivePath(options.ZipFileName), text::toAnsi(folder)};
+  const LibraryPaths paths = {archivePath(options.ZipFileName), folderPath(folder)};
   std::optional<archive::ArchiveFile> file;
   std::optional<std::wstring> damage;
   try {

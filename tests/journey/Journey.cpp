@@ -27,10 +27,10 @@ void makeTemplates(const ScratchFolder& disk) {
 }
 
 std::wstring rowText(HWND list, int row) {
-  wchar_t text[256] = {};
+  wchar_t text[512] = {};
   LVITEMW item = {};
   item.pszText = text;
-  item.cchTextMax = 256;
+  item.cchTextMax = 512;
   SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
   return text;
 }
