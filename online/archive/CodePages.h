@@ -11,6 +11,7 @@ class CodePages {
   // In the code page that Windows programs use, and in the one of the console.
   virtual std::wstring fromAnsi(std::string_view bytes) const = 0;
   virtual std::wstring fromOem(std::string_view bytes) const = 0;
+  virtual std::string toAnsi(std::wstring_view text) const = 0;
   // True when the former has all of it.
   virtual bool fitsAnsi(std::wstring_view text) const = 0;
   // As the file system compares names.

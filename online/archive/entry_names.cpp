@@ -126,7 +126,7 @@ class NameCheck {
     const Place place = placeOf(*name, entry);
     entry.isFolder = place.isFolder;
     if (names::faultOf(place.path) != names::Fault::none) return Fault::unsafeName;
-    if (place.path.size() > longestPath_) return Fault::longName;
+    if (pages_.toAnsi(place.path).size() > longestPath_) return Fault::longName;
     if (place.path.empty()) return place.isFolder ? Fault::none : Fault::noName;
     std::wstring key = pages_.upper(place.path);
     std::replace(key.begin(), key.end(), L'/', below);

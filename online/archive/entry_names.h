@@ -29,7 +29,7 @@ struct Place {
 Place placeOf(std::wstring_view name, const Entry& entry);
 
 // The first entry whose name is not to be unpacked; which ones are folders is noted. `longestPath`
-// is how long the path below the folder may be. `Fault::stopped` when `run` does not go on.
+// is how many bytes the path below the folder may have. `Fault::stopped` when `run` does not go on.
 Finding checkNames(Directory& directory, const CodePages& pages, std::size_t longestPath,
                    KeepGoing& run);
 

@@ -31,6 +31,7 @@ class SystemPages final : public CodePages {
     result.resize(static_cast<std::size_t>(length));
     return result;
   }
+  std::string toAnsi(std::wstring_view text) const override { return text::toAnsi(text); }
   bool fitsAnsi(std::wstring_view text) const override { return text::fitsAnsi(text); }
   std::wstring upper(std::wstring_view text) const override { return text::toUpper(text); }
 };
@@ -112,10 +113,10 @@ Error refusal(const Passage& passage, long number, const std::wstring& why) {
           text::join({L"The archive \" ", passage.archive, L" \" was not unpacked. ", why})};
 }
 
-// A path below the folder can be so long.
+// A path below the folder can be so long, in bytes: the library would cut the name of a longer one.
 std::size_t longestPath(const std::wstring& folder) {
   constexpr std::size_t longest = MAX_PATH - 1;
-  const std::size_t used = folder.size() + 1;
+  const std::size_t used = text::toAnsi(folder).size() + 1;
   return used < longest ? longest - used : longest;
 }
 

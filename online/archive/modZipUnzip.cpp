@@ -296,7 +296,7 @@ long unpack(const unzip::Library& library, const Options& options, const archive
     lastMessage = std::move(*damage);
     return unzip::notAnArchive;
   }
-  if (!text::fitsAnsi(folder)) {
+  if (!text::fitsAnsi(folder) || paths.folder.size() >= MAX_PATH) {
     lastMessage = errors::descriptionOf(errors::badFileName);
     return unzip::cannotCreate;
   }

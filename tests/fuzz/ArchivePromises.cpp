@@ -24,6 +24,7 @@ class Pages final : public archive::CodePages {
                             letters.data(), static_cast<int>(letters.size()))));
     return letters;
   }
+  std::string toAnsi(std::wstring_view text) const override { return text::toAnsi(text); }
   bool fitsAnsi(std::wstring_view text) const override { return text::fitsAnsi(text); }
   std::wstring upper(std::wstring_view text) const override { return text::toUpper(text); }
 };
@@ -92,7 +93,7 @@ void checkNamesStayInside(const archive::Directory& directory, std::size_t longe
     if (!name) continue;
     const archive::Place place = archive::placeOf(*name, entry);
     promise(place.isFolder == entry.isFolder, "it is known what is a folder");
-    promise(place.path.size() <= longestPath, "a path is not too long");
+    promise(codePages().toAnsi(place.path).size() <= longestPath, "a path is not too long");
     promise(codePages().fitsAnsi(place.path), "the library can be told the path");
     if (place.path.empty()) {
       promise(place.isFolder, "only a folder may be the one that is unpacked into");

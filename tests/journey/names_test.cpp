@@ -585,3 +585,23 @@ TEST_CASE("A file is unpacked to a path of 259 characters") {
 TEST_CASE("An archive with a file for a path of 260 characters stays packed") {
   checkRefused(downloadToPath(260));
 }
+
+// The library's own limit is one of bytes.
+TEST_CASE("A file whose path has fewer than 260 letters and more bytes stays packed") {
+  Journey journey;
+  const std::wstring folder = L"downloads " + std::wstring(120, L'd');
+  const std::wstring name = std::wstring(65, L'\u6E2F') + L".htm";
+  REQUIRE((journey.disk / folder).size() + 1 + name.size() < 260);
+  ZipMaker::Extras utf8;
+  utf8.flags = 0x0800;
+  const Downloaded downloaded =
+      downloadIn(journey, ZipMaker().add(toUtf8(name), "content", utf8), name, folder);
+  checkRefused(downloaded);
+}
+
+TEST_CASE("A folder whose path has fewer than 260 letters and more bytes is told of") {
+  Journey journey;
+  const std::wstring folder =
+      L"downloads " + std::wstring(55, L'\u6E2F') + L"\\" + std::wstring(55, L'\u6E2F');
+  checkRefused(downloadIn(journey, ZipMaker().add("page.htm", "content"), L"page.htm", folder));
+}
