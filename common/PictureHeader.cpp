@@ -60,8 +60,10 @@ std::optional<PictureHeader> readJpeg(std::string_view file) {
     while (marker == 0xFF) marker = reader.byte();
     if (standsAlone(marker)) continue;
     const long length = reader.bigEndian();
-    // The picture itself or its end before its size.
-    if (reader.ended() || length < 2 || marker == 0xDA || marker == 0xD9) return {};
+    // The picture itself, its end or another beginning before its size; or no marker at all, behind
+    // which decoders look for the next one.
+    if (reader.ended() || length < 2 || marker == 0 || (marker >= 0xD8 && marker <= 0xDA))
+      return {};
     if (!isFrame(marker)) {
       reader.skip(static_cast<std::size_t>(length) - 2);
       continue;

@@ -65,6 +65,15 @@ TEST_CASE("a JPEG file whose picture begins or ends before its size has none") {
                                 segment(0xC0, frame(3, 4))));
 }
 
+// Some decoders look for the next marker right behind these, others behind a length.
+TEST_CASE("a JPEG file in which decoders may find another size has none") {
+  for (const int marker : {0x00, 0xD8}) {
+    CAPTURE(marker);
+    CHECK_FALSE(readPictureHeader("\xFF\xD8" + segment(marker, segment(0xC0, frame(20000, 20000))) +
+                                  segment(0xC0, frame(10, 10))));
+  }
+}
+
 TEST_CASE("no beginning of a picture file has a size before it is told") {
   const std::string jpeg = "\xFF\xD8" + segment(0xE0, "abc") + segment(0xC2, frame(3, 4));
   for (std::size_t length = 0; length < jpeg.size() - 4; ++length)

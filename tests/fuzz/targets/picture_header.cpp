@@ -1,11 +1,36 @@
 // What a GIF or JPEG file says of itself before a decoder is trusted with it.
 #include "common/PictureHeader.h"
 
+#include <utility>
+
 #include "tests/fuzz/Target.h"
 
 using fuzz::promise;
 
 namespace {
+
+int byteAt(std::string_view file, std::size_t place) {
+  return place < file.size() ? static_cast<unsigned char>(file[place]) : 0;
+}
+int wordAt(std::string_view file, std::size_t place) {
+  return byteAt(file, place) << 8 | byteAt(file, place + 1);
+}
+
+// What a patient decoder finds: it passes over all that is no marker, and over those that mean
+// nothing before the picture.
+std::pair<int, int> sizeOfJpeg(std::string_view file) {
+  std::size_t at = 2;
+  while (at < file.size()) {
+    if (byteAt(file, at++) != 0xFF) continue;
+    while (byteAt(file, at) == 0xFF) ++at;
+    const int marker = byteAt(file, at++);
+    if (marker <= 0x01 || (marker >= 0xD0 && marker <= 0xD8)) continue;
+    const bool isTable = marker == 0xC4 || marker == 0xC8 || marker == 0xCC;
+    if ((marker & 0xF0) == 0xC0 && !isTable) return {wordAt(file, at + 5), wordAt(file, at + 3)};
+    at += static_cast<std::size_t>(wordAt(file, at));
+  }
+  return {};
+}
 
 const fuzz::Target target("picture_header", [](fuzz::Input input) {
   const std::string_view file = input.rest();
@@ -17,6 +42,8 @@ const fuzz::Target target("picture_header", [](fuzz::Input input) {
                                 static_cast<std::uint64_t>(header->height),
           "no more is decoded than is said");
   promise(header->isGif || file.starts_with("\xFF\xD8"), "a picture is of a known kind");
+  promise(header->isGif || sizeOfJpeg(file) == std::pair<int, int>(header->width, header->height),
+          "a decoder finds the same size");
   promise(header->length <= file.size(), "the part that shows is in the file");
   const auto again = readPictureHeader(file.substr(0, header->length));
   promise(again && again->pixels == header->pixels, "the part that shows is a picture");
