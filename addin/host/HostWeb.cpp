@@ -19,13 +19,29 @@ std::vector<Item> itemsOf(const com::Dispatch& collection) {
   return items;
 }
 
+// Null when the host lists none of that name.
+com::Dispatch itemNamed(const com::Dispatch& collection, std::wstring_view name) {
+  const long count = collection.value(L"Count").number();
+  for (long index = 0; index < count; ++index) {
+    com::Dispatch item = collection.object(L"Item", {index});
+    if (text::equalIgnoringCase(item.value(L"Name").text(), name)) return item;
+  }
+  return {};
+}
+
 // What Add gave back or, where the host made the item but gave nothing back, the item of that name.
+com::Dispatch added(const com::Dispatch& collection, const Variant& answer,
+                    std::wstring_view name) {
+  com::Dispatch item(answer.object());
+  if (!item) item = itemNamed(collection, name);
+  if (!item) throw Error(errors::objectNotSet);
+  return item;
+}
+
 template <class Item>
-Item added(const com::Dispatch& collection, const Variant& answer, std::wstring_view name) {
-  if (com::Dispatch object(answer.object()); object) return Item(object);
-  for (auto& item : itemsOf<Item>(collection))
-    if (text::equalIgnoringCase(item.name(), name)) return item;
-  throw Error(errors::objectNotSet);
+std::optional<Item> ifThere(com::Dispatch object) {
+  if (!object) return std::nullopt;
+  return Item(std::move(object));
 }
 
 }  // namespace
@@ -60,22 +76,19 @@ bool HostFolder::hasFolders() const {
 }
 
 std::optional<HostFolder> HostFolder::folderNamed(const std::wstring& name) const {
-  const com::Dispatch folders = object_.lookUp(L"Folders");
-  const com::Dispatch folder = folders.lookUp(L"Item", {name});
-  if (!folder) return std::nullopt;
-  return HostFolder(folder);
+  return ifThere<HostFolder>(itemNamed(object_.object(L"Folders"), name));
 }
 
 HostFolder HostFolder::addFolder(const std::wstring& name) const {
   const com::Dispatch folders = object_.object(L"Folders");
-  return added<HostFolder>(folders, folders.call(L"Add", {name}), name);
+  return HostFolder(added(folders, folders.call(L"Add", {name}), name));
 }
 
 HostFiles HostFolder::files() const { return HostFiles(object_.object(L"Files")); }
 
 HostFile HostFiles::import(const std::wstring& localPath) const {
   const Variant answer = object_.call(L"Add", {localPath, /*overwrite=*/false});
-  return added<HostFile>(object_, answer, text::afterLast(localPath, L'\\'));
+  return HostFile(added(object_, answer, text::afterLast(localPath, L'\\')));
 }
 
 long HostFiles::count() const { return object_.value(L"Count").number(); }
@@ -96,9 +109,7 @@ std::optional<HostFolder> HostWeb::locateFolder(std::wstring_view path) const {
 
 std::optional<HostFolder> HostWeb::folderAt(const std::wstring& place) const {
   if (place.empty()) return rootFolder();
-  const com::Dispatch folder = object_.lookUp(L"LocateFolder", {place});
-  if (!folder) return std::nullopt;
-  return HostFolder(folder);
+  return ifThere<HostFolder>(itemAt(place, L"LocateFolder", L"Folders"));
 }
 
 std::optional<HostFile> HostWeb::locateFile(std::wstring_view path) const {
@@ -109,9 +120,18 @@ std::optional<HostFile> HostWeb::locateFile(std::wstring_view path) const {
 
 std::optional<HostFile> HostWeb::fileAt(const std::wstring& place) const {
   if (place.empty()) return std::nullopt;
-  const com::Dispatch file = object_.lookUp(L"LocateFile", {place});
-  if (!file) return std::nullopt;
-  return HostFile(file);
+  return ifThere<HostFile>(itemAt(place, L"LocateFile", L"Files"));
+}
+
+// Whether a host takes what it is to locate as it stands, or for an address with escapes in it and
+// an end at "#", is its own affair. A path that is not the same either way could mean a file of the
+// user's with another name: its last level is looked for in the list of its folder.
+com::Dispatch HostWeb::itemAt(const std::wstring& place, std::wstring_view lookUp,
+                              std::wstring_view list) const {
+  if (place.find_first_of(L"%#") == place.npos) return object_.lookUp(lookUp, {place});
+  const auto name = text::afterLast(place, L'/');
+  const auto parent = folderAt(webpath::normal(place.substr(0, place.size() - name.size())));
+  return parent ? itemNamed(parent->object_.object(list), name) : com::Dispatch();
 }
 
 MadeFolder HostWeb::createFolder(std::wstring_view path) const {

@@ -53,13 +53,15 @@ class HostFolder {
   std::vector<HostFolder> folders() const;
   // Asked without reading them.
   bool hasFolders() const;
-  // The immediate sub-folder of that name; nothing when the host does not give one.
+  // The immediate sub-folder that the host lists under that name.
   std::optional<HostFolder> folderNamed(const std::wstring& name) const;
   // A new immediate sub-folder of that plain name. The host's refusal is raised as it is.
   HostFolder addFolder(const std::wstring& name) const;
   HostFiles files() const;
 
  private:
+  friend class HostWeb;
+
   com::Dispatch object_;
 };
 
@@ -97,6 +99,8 @@ class HostWeb {
   Reading read(std::wstring_view path) const;
   std::optional<HostFolder> folderAt(const std::wstring& place) const;
   std::optional<HostFile> fileAt(const std::wstring& place) const;
+  com::Dispatch itemAt(const std::wstring& place, std::wstring_view lookUp,
+                       std::wstring_view list) const;
 
   com::Dispatch object_;
 };

@@ -27,6 +27,8 @@ const Row rows[] = {
     {L"makeAbsFromServer", &HostOptions::makeAbsFromServer},
     {L"webUrlEscaped", &HostOptions::webUrlEscaped},
     {L"itemUrlsEscaped", &HostOptions::itemUrlsEscaped},
+    {L"locateUnescapes", &HostOptions::locateUnescapes},
+    {L"addUnescapes", &HostOptions::addUnescapes},
     {L"listedUnsorted", &HostOptions::listedUnsorted},
     {L"rootIsWeb", &HostOptions::rootIsWeb},
     {L"vtiFoldersListed", &HostOptions::vtiFoldersListed},

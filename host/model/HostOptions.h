@@ -45,6 +45,11 @@ struct HostOptions {
   bool webUrlEscaped = false;
   bool itemUrlsEscaped = false;
 
+  // The arguments of LocateFolder and LocateFile, and the name for Folders.Add, are what they are
+  // (false), or addresses in a page (true): escapes stand for letters, "#" ends them.
+  bool locateUnescapes = false;
+  bool addUnescapes = false;
+
   // Folders and Files list their items in the order of their names (false) or in another (true).
   bool listedUnsorted = false;
 

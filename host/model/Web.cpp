@@ -160,7 +160,7 @@ com::Variant Web::getRootFolder(const Arguments&) {
 
 com::Variant Web::locateFolder(const Arguments& arguments) {
   requireOpen();
-  const auto path = relativePath(*session(), arguments.text(0));
+  const auto path = locatedPath(*session(), arguments.text(0));
   if (path && disk::isFolder(diskPathOf(*session(), *path)))
     return objectValue(make<WebFolder>(session(), *path));
   if (session()->options.absentFolderIsError)
@@ -171,7 +171,7 @@ com::Variant Web::locateFolder(const Arguments& arguments) {
 
 com::Variant Web::locateFile(const Arguments& arguments) {
   requireOpen();
-  const auto path = relativePath(*session(), arguments.text(0));
+  const auto path = locatedPath(*session(), arguments.text(0));
   if (path && disk::isFile(diskPathOf(*session(), *path)))
     return objectValue(make<WebFile>(session(), *path));
   if (session()->options.absentFileIsError)
@@ -266,7 +266,9 @@ com::Variant WebFolders::getItem(const Arguments& arguments) {
 }
 
 // A name or path counts from this folder, an absolute URL from the web.
-std::wstring WebFolders::wantedPath(const std::wstring& address) const {
+std::wstring WebFolders::wantedPath(const std::wstring& argument) const {
+  const std::wstring address =
+      session()->options.addUnescapes ? unescapedAddress(argument) : argument;
   const auto inWeb = relativePath(*session(), address);
   if (isAbsoluteUrl(address)) {
     if (inWeb && session()->options.addTakesUrl) return *inWeb;

@@ -77,7 +77,7 @@ class WebFolders : public WebObject {
 
  private:
   std::vector<std::wstring> paths() const;
-  std::wstring wantedPath(const std::wstring& address) const;
+  std::wstring wantedPath(const std::wstring& argument) const;
 
   std::wstring relative_;
   bool all_;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "common/escapes.h"
 #include "common/text.h"
 #include "host/model/AutomationObject.h"
 #include "host/model/disk.h"
@@ -54,6 +55,41 @@ std::wstring escaped(std::wstring_view url) {
   return result;
 }
 
+// "a/b" of "a/c/../b".
+std::wstring withoutDots(std::wstring_view address) {
+  std::vector<std::wstring> kept;
+  for (auto& level : text::split(address, L'/')) {
+    if (level == L".." && !kept.empty())
+      kept.pop_back();
+    else if (level != L"." && level != L"..")
+      kept.push_back(std::move(level));
+  }
+  std::wstring result;
+  for (std::size_t i = 0; i < kept.size(); ++i) result += (i > 0 ? L"/" : L"") + kept[i];
+  return result;
+}
+
+std::optional<std::wstring> pathBelow(const Session& session, std::wstring_view web,
+                                      std::wstring_view address) {
+  if (isAbsoluteUrl(address)) {
+    if (!startsWith(address, web)) return std::nullopt;
+    address.remove_prefix(web.size());
+    if (!address.empty() && address.front() != L'/') return std::nullopt;
+    if (!address.empty()) address.remove_prefix(1);
+  } else if (!address.empty() && address.front() == L'/') {
+    if (!session.options.leadingSlashTaken) return std::nullopt;
+    address.remove_prefix(1);
+  }
+  if (!address.empty() && address.back() == L'/') {
+    if (!session.options.trailingSlashTaken) return std::nullopt;
+    address.remove_suffix(1);
+  }
+  if (address.empty()) return std::wstring();
+  for (const std::wstring& level : text::split(address, L'/'))
+    if (!disk::isValidName(level)) return std::nullopt;
+  return std::wstring(address);
+}
+
 }  // namespace
 
 std::wstring fileUrl(std::wstring_view path) {
@@ -88,24 +124,18 @@ std::wstring diskPathOf(const Session& session, const std::wstring& relative) {
 }
 
 std::optional<std::wstring> relativePath(const Session& session, std::wstring_view address) {
-  if (isAbsoluteUrl(address)) {
-    const std::wstring web = webUrl(session);
-    if (!startsWith(address, web)) return std::nullopt;
-    address.remove_prefix(web.size());
-    if (!address.empty() && address.front() != L'/') return std::nullopt;
-    if (!address.empty()) address.remove_prefix(1);
-  } else if (!address.empty() && address.front() == L'/') {
-    if (!session.options.leadingSlashTaken) return std::nullopt;
-    address.remove_prefix(1);
-  }
-  if (!address.empty() && address.back() == L'/') {
-    if (!session.options.trailingSlashTaken) return std::nullopt;
-    address.remove_suffix(1);
-  }
-  if (address.empty()) return std::wstring();
-  for (const std::wstring& level : text::split(address, L'/'))
-    if (!disk::isValidName(level)) return std::nullopt;
-  return std::wstring(address);
+  return pathBelow(session, webUrl(session), address);
+}
+
+std::wstring unescapedAddress(std::wstring_view address) {
+  address = address.substr(0, address.find(L'#'));
+  return text::unescaped(address, CP_UTF8).value_or(std::wstring(address));
+}
+
+std::optional<std::wstring> locatedPath(const Session& session, std::wstring_view address) {
+  if (!session.options.locateUnescapes) return relativePath(session, address);
+  return pathBelow(session, unescapedAddress(webUrl(session)),
+                   withoutDots(unescapedAddress(address)));
 }
 
 std::wstring absoluteUrl(const Session& session, std::wstring_view base, std::wstring_view url) {

@@ -27,6 +27,12 @@ std::wstring joined(const std::wstring& folder, const std::wstring& name);
 // does not take it or it lies outside.
 std::optional<std::wstring> relativePath(const Session& session, std::wstring_view address);
 
+// An address as a page would mean it: up to "#", with what its escapes stand for.
+std::wstring unescapedAddress(std::wstring_view address);
+
+// The same as `relativePath` for what is to be located.
+std::optional<std::wstring> locatedPath(const Session& session, std::wstring_view address);
+
 // `url` seen from `base`; an absolute one stays as it is.
 std::wstring absoluteUrl(const Session& session, std::wstring_view base, std::wstring_view url);
 

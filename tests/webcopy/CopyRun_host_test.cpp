@@ -63,13 +63,51 @@ struct OddNames {
 };
 
 std::vector<standin::HostOptions> spellings() {
-  std::vector<standin::HostOptions> all(4);
-  for (unsigned bits = 0; bits < 4; ++bits) {
+  std::vector<standin::HostOptions> all(8);
+  for (unsigned bits = 0; bits < 8; ++bits) {
     all[bits].webUrlEscaped = (bits & 1) != 0;
     all[bits].itemUrlsEscaped = (bits & 2) != 0;
+    all[bits].locateUnescapes = (bits & 4) != 0;
   }
   return all;
 }
+
+// A file of a template, and one of the user's that its path would mean in an address.
+struct Misread {
+  const wchar_t* own;
+  const wchar_t* users;
+};
+
+constexpr Misread misread[] = {
+    {L"logo%20x.gif", L"dwts\\Blue\\logo x.gif"},
+    {L"page.htm#x.htm", L"dwts\\Blue\\page.htm"},
+    {L"50%20off\\a.gif", L"dwts\\Blue\\50 off\\a.gif"},
+    {L"%2e%2e\\index.htm", L"dwts\\index.htm"},
+    {L"a#\\..gif", L"dwts\\Blue\\a"},
+};
+
+// The template of one such file, and a web of the user's with the other.
+struct MisreadCopy {
+  MisreadCopy(const Misread& names, standin::HostOptions options)
+      : fixture(std::move(options)), names_(names) {
+    fixture.disk.writeFile(std::wstring(L"templates\\Blue\\") + names.own, "own");
+    fixture.disk.writeFile(std::wstring(L"webs\\site\\") + names.users, "user's");
+  }
+  std::string own() const {
+    const std::wstring path = std::wstring(L"webs\\site\\dwts\\Blue\\") + names_.own;
+    return fixture.disk.exists(path) ? fixture.disk.readFile(path) : "";
+  }
+  std::string users() const {
+    return fixture.disk.readFile(std::wstring(L"webs\\site\\") + names_.users);
+  }
+  bool copy() { return runCopy(fixture, view).copied; }
+
+  CopyFixture fixture;
+  RecordingView view;
+
+ private:
+  Misread names_;
+};
 
 }  // namespace
 
@@ -215,6 +253,7 @@ TEST_CASE("a template arrives whole however a host spells its addresses") {
   for (const auto& options : spellings()) {
     CAPTURE(options.webUrlEscaped);
     CAPTURE(options.itemUrlsEscaped);
+    CAPTURE(options.locateUnescapes);
     OddNames odd(options);
     CHECK(odd.copy(L"/my dwts"));
     odd.checkArrived(L"my dwts");
@@ -230,6 +269,7 @@ TEST_CASE("a template arrives in the folder whose address it is given however th
     for (const wchar_t* folder : {L"my dwts", L"50% off", L"50%20off"}) {
       CAPTURE(options.webUrlEscaped);
       CAPTURE(options.itemUrlsEscaped);
+      CAPTURE(options.locateUnescapes);
       CAPTURE(std::wstring(folder));
       OddNames odd(options);
       odd.fixture.disk.writeFile(
@@ -254,6 +294,71 @@ TEST_CASE("a folder whose address is escaped is found below a web whose address 
       odd.fixture.disk.makeFolder(std::wstring(L"webs\\my web\\") + folder);
       CHECK(odd.copy(odd.addressOf(folder)));
       odd.checkArrived(folder);
+    }
+  }
+}
+
+TEST_CASE("a name that an address would read as another one costs the user no file") {
+  for (const Misread& names : misread) {
+    for (const bool locateUnescapes : {false, true}) {
+      CAPTURE(std::wstring(names.own));
+      CAPTURE(locateUnescapes);
+      standin::HostOptions options;
+      options.locateUnescapes = locateUnescapes;
+      MisreadCopy odd(names, options);
+      CHECK(odd.copy());
+      CHECK(odd.users() == "user's");
+      CHECK(odd.own() == "own");
+      odd.fixture.disk.writeFile(std::wstring(L"templates\\Blue\\") + names.own, "new");
+      CHECK(odd.copy());
+      CHECK(odd.users() == "user's");
+      CHECK(odd.own() == "new");
+    }
+  }
+}
+
+TEST_CASE("a host that adds folders under what their names stand for costs the user no file") {
+  for (const Misread& names : misread) {
+    for (const bool addGives : {false, true}) {
+      CAPTURE(std::wstring(names.own));
+      CAPTURE(addGives);
+      standin::HostOptions options;
+      options.locateUnescapes = options.addUnescapes = true;
+      options.addExistingFolderGivesIt = addGives;
+      MisreadCopy odd(names, options);
+      const bool copied = odd.copy();
+      CHECK(odd.users() == "user's");
+      CHECK(copied == (odd.own() == "own"));
+      const Lines lines = odd.fixture.log.messages();
+      const bool told = std::any_of(lines.begin(), lines.end(), [](const auto& line) {
+        return line.find(L"ERROR in procedure CopyFolderTree of Form") != line.npos;
+      });
+      CHECK(told == !copied);
+    }
+  }
+}
+
+TEST_CASE("a template whose own name an address would read as another one has its own folder") {
+  for (const bool locateUnescapes : {false, true}) {
+    for (const wchar_t* name : {L"%2e%2e", L"Blue%20sky", L"Blue#sky"}) {
+      CAPTURE(locateUnescapes);
+      CAPTURE(std::wstring(name));
+      standin::HostOptions options;
+      options.locateUnescapes = locateUnescapes;
+      CopyFixture fixture(options);
+      fixture.disk.writeFile(std::wstring(L"templates\\") + name + L"\\index.htm", "own");
+      for (const wchar_t* users : {L"", L"dwts\\", L"dwts\\Blue sky\\", L"dwts\\Blue\\"})
+        fixture.disk.writeFile(std::wstring(L"webs\\site\\") + users + L"index.htm", "user's");
+      RecordingView view;
+      CHECK(runCopy(fixture, view, L"/dwts", fixture.templateFolder(name)).copied);
+      CHECK(view.of(L"ask: ").empty());
+      for (const wchar_t* users : {L"", L"dwts\\", L"dwts\\Blue sky\\", L"dwts\\Blue\\"})
+        CHECK(fixture.disk.readFile(std::wstring(L"webs\\site\\") + users + L"index.htm") ==
+              "user's");
+      CHECK(fixture.disk.readFile(std::wstring(L"webs\\site\\dwts\\") + name + L"\\index.htm") ==
+            "own");
+      CHECK(runCopy(fixture, view, L"/dwts", fixture.templateFolder(name)).copied);
+      CHECK(view.of(L"ask: ").size() == 1);
     }
   }
 }

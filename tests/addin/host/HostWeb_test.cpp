@@ -217,6 +217,26 @@ TEST_CASE("An address that may be escaped means what is there and else what it s
   CHECK(web.locateFile(address + L"/page.htm")->url() == address + L"/page.htm");
 }
 
+TEST_CASE("A path is what it says although the host would read it as an address") {
+  for (const bool locateUnescapes : {false, true}) {
+    CAPTURE(locateUnescapes);
+    standin::HostOptions options;
+    options.locateUnescapes = locateUnescapes;
+    const OpenWeb open(options);
+    for (const wchar_t* file : {L"a b\\c d.htm", L"page.htm"}) open.folder.writeFile(file);
+    for (const wchar_t* file : {L"a%20b", L"%2e/page.htm", L"a%20b/c d.htm", L"a b/c%20d.htm",
+                                L"page.htm#x", L"%2e%2e/page.htm", L"page%2ehtm"})
+      CHECK_FALSE(open.web().locateFile(file));
+    for (const wchar_t* folder : {L"a%20b", L"%2e", L"a b/%2e%2e", L"a b#", L"#"})
+      CHECK_FALSE(open.web().locateFolder(folder));
+    CHECK(open.web().createFolder(L"a%20b/%2e%2e/c#").isNew);
+    open.folder.writeFile(L"a%20b\\%2e%2e\\PAGE.htm#x");
+    CHECK(open.web().locateFolder(L"/A%20B/%2E%2e")->name() == L"%2e%2e");
+    CHECK(open.web().locateFile(L"a%20b/%2e%2e/page.htm#X")->name() == L"PAGE.htm#x");
+    CHECK_FALSE(open.web().createFolder(L"a%20b/%2e%2e/c#").isNew);
+  }
+}
+
 TEST_CASE("An address is read as the web's own tells that it is spelled") {
   for (const bool webEscaped : {false, true}) {
     CAPTURE(webEscaped);

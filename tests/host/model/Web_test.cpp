@@ -181,6 +181,31 @@ TEST_CASE("the addresses of the web and of what is in it are escaped where the s
   CHECK(item() == L"http://server/my web/50% \u00e4");
 }
 
+TEST_CASE("what is to be located is its name or an address where the switch says so") {
+  OpenWeb open;
+  for (const wchar_t* name : {L"index.htm", L"a b\\50% x.htm", L"a%20b\\50%25 x.htm"})
+    open.folder.writeFile(name);
+  const auto file = [&](const std::wstring& path) { return open.locateFile(path).text(L"Url"); };
+  CHECK(file(L"a%20b/50%25 x.htm") == open.url() + L"/a%20b/50%25 x.htm");
+  CHECK(open.locateFolder(L"a%20b").text(L"Name") == L"a%20b");
+  CHECK_FALSE(open.locateFile(L"index.htm#top"));
+  open.host.options().locateUnescapes = true;
+  CHECK(file(L"a%20b/50%25 x.htm") == open.url() + L"/a b/50% x.htm");
+  CHECK(open.locateFolder(L"a%20b").text(L"Name") == L"a b");
+  CHECK(file(L"index.htm#top") == open.url() + L"/index.htm");
+  CHECK(file(L"a b/%2e%2E/./index.htm") == open.url() + L"/index.htm");
+  open.host.options().webUrl = L"http://server/my%20web";
+  CHECK(file(L"http://server/my web/a%20b/50%25 x.htm") == L"http://server/my%20web/a b/50% x.htm");
+}
+
+TEST_CASE("a folder is added under its name or under what that stands for") {
+  OpenWeb open;
+  CHECK(LateBound(open.folders().call(L"Add", {L"a%20b"})).text(L"Name") == L"a%20b");
+  open.host.options().addUnescapes = true;
+  CHECK(LateBound(open.folders().call(L"Add", {L"a%20b#c"})).text(L"Name") == L"a b");
+  CHECK(open.folders().call(L"Add", {L"%2e%2e"}).result == DISP_E_EXCEPTION);
+}
+
 TEST_CASE("all folders and files of the web are listed flat and sub-webs are not entered") {
   const OpenWeb open;
   open.folder.writeFile(L"index.htm");
