@@ -1,6 +1,7 @@
 // Makes the journeys with everything that can go wrong going wrong, one thing after another.
 //
-//   quillet-torture list KIND                      JOURNEY, WAY and number of runs, one a line
+//   quillet-torture list KIND                      JOURNEY, WAY and number of runs, one a line, and
+//                                                  "listed" at the end
 //   quillet-torture KIND JOURNEY WAY FROM TO       makes these runs, one row for each
 //
 // A row has the word "row", the kind, the journey, what goes wrong, the number of the run, the
@@ -146,6 +147,7 @@ int list(const std::string& kind) {
     listSystem(kind);
   else
     return 2;
+  std::printf("listed\n");
   return 0;
 }
 
