@@ -25,6 +25,10 @@ void connect(World& world) { world.connect(); }
 void disconnect(World& world) { world.disconnect(); }
 void copy(World& world) { world.copy(); }
 void download(World& world) { world.download(); }
+void connectOverTemplate(World& world) {
+  world.refuseToOverwrite();
+  world.connect();
+}
 
 // What `course` has and `usual` has not; lines may come more than once.
 Lines beyond(Lines course, const Lines& usual) {
@@ -55,6 +59,13 @@ void compareDesks(const Desk& before, const Desk& after, bool ownerGone, Lines& 
     complaints.push_back(L"a window is left: " + window);
 }
 
+// What the module must not keep beyond a host's end, not even on purpose.
+void complainOfRest(const World& world, Lines& complaints) {
+  if (const long left = world.objectsLeft(); left != 0)
+    complaints.push_back(L"not given back: objects of the host, " + std::to_wstring(left));
+  if (!world.canUnload()) complaints.push_back(L"the module cannot be unloaded");
+}
+
 // The folder that a download went to, which the user saw, is where the next one goes.
 std::wstring placeOfSecond(const std::wstring& path, const Files& first) {
   const std::wstring usual = L"downloads\\lighthouse\\";
@@ -69,6 +80,8 @@ const std::vector<Journey>& journeys() {
   static const std::vector<Journey> all = {
       {"connection", nothingMore, connect, disconnect, L"webs\\my site\\index.htm"},
       {"copy", connect, copy, nothingMore, L"webs\\my site\\dwts\\Night Ferry\\ferry.dwt"},
+      {"refusal", connectOverTemplate, copy, nothingMore,
+       L"webs\\my site\\dwts\\Night Ferry\\ferry.dwt"},
       {"download", connect, download, nothingMore, L"downloads\\lighthouse\\images\\tower.gif"},
       {"windows", connect, openEverything, nothingMore, L"webs\\my site\\index.htm"},
       {"disconnection", connect, disconnect, nothingMore, L"webs\\my site\\index.htm"},
@@ -117,6 +130,12 @@ bool isToldOf(std::wstring_view text, const Lines& said) {
       said, [&](const std::wstring& each) { return each.find(text) != each.npos; });
 }
 
+// Nothing went wrong where the call never came.
+Verdict tried(Verdict verdict) {
+  if (verdict.where.empty()) verdict.outcome = "never came";
+  return verdict;
+}
+
 // The first times make what stays: window classes, cached strings, the log's switch.
 Trial::Trial(World& world, const Journey& journey) : world_(world), journey_(journey) {
   world_.begin();
@@ -132,6 +151,8 @@ Trial::Trial(World& world, const Journey& journey) : world_(world), journey_(jou
   usual_ =
       run([&] { hostCalls_ = countHostCalls(world_, [&] { journey_.body(world_); }); }, complaints);
   if (!usual_.first.files.contains(journey_.makes)) complaints.push_back(L"it makes nothing");
+  if (usual_.second.files != usual_.first.files)
+    complaints.push_back(L"it makes other files the second time");
   if (!complaints.empty()) {
     std::string what = "the undisturbed journey goes wrong:";
     for (const auto& each : complaints) what += " " + std::string(each.begin(), each.end()) + ";";
@@ -149,16 +170,19 @@ Trial::Course Trial::run(const std::function<void()>& body, Lines& complaints) {
   const bool ownerGone = !IsWindow(world_.frame().get());
   compareDesks(before, world_.desk(), ownerGone, complaints);
   journey_.after(world_);
+  for (const auto& file : world_.lostFiles()) complaints.push_back(L"lost: " + file);
   world_.putTemplatesBack();
+  world_.spoilWhatIsNew();
   course.second = world_.look([&] {
     journey_.before(world_);
     journey_.body(world_);
   });
   journey_.after(world_);
-  for (const auto& file : world_.lostFiles()) complaints.push_back(L"lost: " + file);
+  for (const auto& file : world_.lostFiles())
+    complaints.push_back(L"lost the second time: " + file);
   world_.end();
-  course.held = world_.held();
-  if (!world_.canUnload()) complaints.push_back(L"the module cannot be unloaded");
+  course.held = SystemCalls::held();
+  complainOfRest(world_, complaints);
   return course;
 }
 
@@ -182,6 +206,17 @@ void Trial::compare(const Course& course, bool hostWasGone, Verdict& verdict) co
     if (const auto found = course.second.files.find(placeOfSecond(path, course.first.files));
         found == course.second.files.end() || found->second != bytes)
       verdict.complaints.push_back(L"the second time does not make " + path);
+  // Where the first was given up the second goes as a first one does.
+  for (const auto& box :
+       beyond(beyond(course.second.boxes, usual_.second.boxes), usual_.first.boxes))
+    verdict.complaints.push_back(L"the second time shows: " + box);
+  for (const auto& line :
+       beyond(beyond(course.second.lines, usual_.second.lines), usual_.first.lines))
+    verdict.complaints.push_back(L"the second time logs: " + line);
+  for (const auto& dialog : beyond(course.second.dialogs, usual_.second.dialogs))
+    verdict.complaints.push_back(L"the second time opens " + dialog);
+  for (const auto& dialog : beyond(usual_.second.dialogs, course.second.dialogs))
+    verdict.complaints.push_back(L"the second time does not open " + dialog);
   // What a host that was gone has kept in its menu meanwhile is its own affair.
   if (!hostWasGone && course.second.menu != usual_.second.menu)
     verdict.complaints.push_back(L"the second time leaves another menu");
@@ -215,7 +250,7 @@ Verdict Trial::withHostTrouble(HostWay way, int number) {
   const Course course = runUntilSteady(body, verdict.complaints);
   verdict = judge(course, way == HostWay::goneForGood, std::move(verdict));
   if (isFailure(way)) demandWord(way, verdict);
-  return verdict;
+  return tried(std::move(verdict));
 }
 
 int Trial::systemCalls(Kind kind) {
@@ -233,7 +268,7 @@ Verdict Trial::withSystemTrouble(const SystemWay& way, int number) {
     verdict.where = trouble.function();
   };
   const Course course = runUntilSteady(body, verdict.complaints);
-  return judge(course, false, std::move(verdict));
+  return tried(judge(course, false, std::move(verdict)));
 }
 
 Verdict Trial::again() {
@@ -259,7 +294,7 @@ Verdict Trial::withMonkey(unsigned seed, int actions) {
   letMonkeyPlay(seed, actions, verdict.complaints);
   if (takesMore()) {
     letMonkeyPlay(seed, actions, verdict.complaints);
-    for (const auto& [thing, count] : world_.held())
+    for (const auto& [thing, count] : SystemCalls::held())
       if (count > most_[thing])
         verdict.complaints.push_back(L"not given back: " + wide(thing) + L", " +
                                      std::to_wstring(count - most_[thing]));
@@ -285,13 +320,13 @@ void Trial::letMonkeyPlay(unsigned seed, int actions, Lines& complaints) {
   compareDesks(before, world_.desk(), world_.isElsewhere(), complaints);
   for (const auto& file : world_.lostFiles()) complaints.push_back(L"lost: " + file);
   world_.end();
-  if (!world_.canUnload()) complaints.push_back(L"the module cannot be unloaded");
+  complainOfRest(world_, complaints);
 }
 
 // Than any monkey before; it is the most from now on.
 bool Trial::takesMore() {
   bool more = false;
-  for (const auto& [thing, count] : world_.held()) {
+  for (const auto& [thing, count] : SystemCalls::held()) {
     long& most = most_[thing];
     more = more || count > most;
     most = std::max(most, count);

@@ -25,7 +25,7 @@ const Journey& journeyOf(std::string_view name);
 // What came of one thing that went wrong.
 struct Verdict {
   std::wstring where;   // the call that it befell
-  std::string outcome;  // "as always", "a line", "a message", "given up quietly"
+  std::string outcome;  // "as always", "a line", "a message", "given up quietly", "never came"
   Lines said;           // what the user was told besides, or the log
   Lines complaints;
 };

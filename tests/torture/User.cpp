@@ -31,18 +31,20 @@ void selectRow(HWND list, const std::wstring& title) {
   }
 }
 
-// Agrees where that is asked, and else takes what is there.
-int agree(const ShownBox& box) {
+// Agrees where that is asked, unless the user `refuses` that, and else takes what is there.
+int answer(const ShownBox& box, bool refuses) {
+  if (refuses && box.text.find(L"overwrite") != box.text.npos) return IDNO;
   return std::ranges::find(box.buttons, L"Yes") != box.buttons.end() ? IDYES : IDOK;
 }
 
 }  // namespace
 
-User::User(FakeWebBrowser& page, std::wstring download)
-    : page_(page), download_(std::move(download)) {
+User::User(FakeWebBrowser& page, std::wstring download, bool refuses)
+    : page_(page), download_(std::move(download)), refuses_(refuses) {
   current = this;
-  modal_.answerOthers(
-      [this](const ShownBox& box) { return monkey_ ? monkey_->choose(box) : agree(box); });
+  modal_.answerOthers([this](const ShownBox& box) {
+    return monkey_ ? monkey_->choose(box) : answer(box, refuses_);
+  });
   for (int visit = 0; visit < visitsOfEach; ++visit) {
     expect(templatesCaption, false);
     expect(onlineCaption, true);

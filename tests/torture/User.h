@@ -17,8 +17,9 @@ class Monkey;
 // While it lives, on the thread of the windows.
 class User {
  public:
-  // `download` is the link that is followed in the catalogue.
-  User(FakeWebBrowser& page, std::wstring download);
+  // `download` is the link that is followed in the catalogue; what is there already is kept when
+  // the user `refuses` to have it overwritten.
+  User(FakeWebBrowser& page, std::wstring download, bool refuses);
   ~User();
   User(const User&) = delete;
   User& operator=(const User&) = delete;
@@ -54,6 +55,7 @@ class User {
   ModalDriver modal_;
   std::vector<Visited> visited_;
   UINT_PTR timer_ = 0;
+  bool refuses_;
   bool looks_ = false;
   Monkey* monkey_ = nullptr;
   std::set<HWND> met_;

@@ -14,6 +14,11 @@ constexpr wchar_t ownSettings[] = L"Software\\VB and VBA Program Settings\\Quill
 constexpr wchar_t systemSettings[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\";
 constexpr wchar_t userText[] = L"what the user has copied";
 constexpr wchar_t web[] = L"webs\\my site";
+constexpr const wchar_t* losable[] = {L"templates\\Night Ferry", L"downloads"};
+
+bool isLosable(const std::wstring& path) {
+  return std::ranges::any_of(losable, [&](const wchar_t* each) { return path.starts_with(each); });
+}
 
 void writeUsersFiles(const ScratchFolder& disk) {
   const char page[] = "<html><head><title>A page</title></head><body>text</body></html>";
@@ -125,15 +130,20 @@ World::World() : server_({{"/d.zip", HttpServer::ok(archive())}}) {}
 World::~World() { end(); }
 
 void World::begin() {
+  refuses_ = false;
   layOut();
   frame_.open();
   setClipboard(frame_.get(), userText);
   host_ = std::make_unique<standin::Host>(standin::HostOptions(), disk / web, disk / L"themes");
 }
 
+// The host's own hold on its objects ends with it, so that what is left is the module's.
 void World::end() {
   disconnect();
+  if (!host_) return;
+  const standin::SharedSession session = host_->sharedSession();
   host_.reset();
+  objectsLeft_ = session->liveObjects;
 }
 
 void World::layOut() {
@@ -214,13 +224,25 @@ void World::closeHelp() {
 }
 
 void World::loseTemplates() {
-  removeTree(disk / L"templates\\Night Ferry");
-  removeTree(disk / L"downloads");
+  for (const auto* folder : losable) removeTree(disk / folder);
   templatesAreLost_ = true;
+}
+
+void World::refuseToOverwrite() {
+  if (std::exchange(refuses_, true)) return;
+  disk.writeFile(L"webs\\my site\\dwts\\Night Ferry\\ferry.dwt", "the user's older template");
+  disk.writeFile(L"webs\\my site\\dwts\\Night Ferry\\css\\ferry.css", "the user's older style");
+  users_ = files();
 }
 
 void World::putTemplatesBack() {
   if (std::exchange(templatesAreLost_, false)) writeUsersFiles(disk);
+}
+
+// Under the names that the first journey gave them, for the second to make anew.
+void World::spoilWhatIsNew() {
+  for (const auto& [path, bytes] : files())
+    if (path.back() != L'\\' && !users_.contains(path)) disk.writeFile(path, "spoiled");
 }
 
 void World::clickBoth() {
@@ -235,13 +257,14 @@ std::wstring World::downloadAddress() const {
 Seen World::look(const std::function<void()>& body) {
   frame_.open();
   log_.clear();
-  User user(page, downloadAddress());
+  User user(page, downloadAddress(), refuses_);
   user_ = &user;
   body();
   settle();
   user_ = nullptr;
   Seen seen;
   seen.boxes = user.boxes();
+  seen.dialogs = user.dialogs();
   // Without the indentation, which an error leaves as it is.
   for (const auto& line : log_.messages()) {
     const auto start = line.find_first_not_of(L' ');
@@ -269,7 +292,7 @@ Lines World::lostFiles() const {
   const Files now = files();
   for (const auto& [path, bytes] : users_)
     if (const auto found = now.find(path); found == now.end() || found->second != bytes)
-      lost.push_back(path);
+      if (!templatesAreLost_ || !isLosable(path)) lost.push_back(path);
   return lost;
 }
 
@@ -278,12 +301,6 @@ Files World::files() const {
   for (const auto& entry : disk.tree())
     found[entry] = entry.back() == L'\\' ? std::string() : disk.readFile(entry);
   return found;
-}
-
-std::map<std::string, long> World::held() const {
-  auto result = SystemCalls::held();
-  result["objects of the host"] = host_ ? host_->liveObjects() : 0;
-  return result;
 }
 
 }  // namespace torture

@@ -30,9 +30,10 @@ using Files = std::map<std::wstring, std::string>;  // by path below the disk's 
 
 // What somebody sees who looks on during a journey, and finds afterwards.
 struct Seen {
-  Lines boxes;  // title and text
-  Lines lines;  // of the log, without their time
-  Lines menu;   // every entry of the host's bars and menus
+  Lines boxes;    // title and text
+  Lines dialogs;  // their captions
+  Lines lines;    // of the log, without their time
+  Lines menu;     // every entry of the host's bars and menus
   Files files;
 };
 
@@ -75,6 +76,10 @@ class World {
   void loseTemplates();
   // They are there again, if they were lost.
   void putTemplatesBack();
+  // Until the next begin(): the web has a template of that name, which the user wants to keep.
+  void refuseToOverwrite();
+  // Every file but the user's has other bytes.
+  void spoilWhatIsNew();
   // Both entries one after the other, as an impatient user does.
   void clickBoth();
 
@@ -84,10 +89,10 @@ class World {
   Desk desk() const;
   // Whether another program's window is in front.
   bool isElsewhere() const;
-  // Files of the user's that are gone or changed.
+  // Files of the user's that are gone or changed, but for those that were lost on purpose.
   Lines lostFiles() const;
-  // What the module holds of the system and of the host; nothing is left of the host after end().
-  std::map<std::string, long> held() const;
+  // How many of the host's objects somebody held when it had ended, the last time.
+  long objectsLeft() const { return objectsLeft_; }
   bool canUnload() const { return module_.canUnload(); }
   HMODULE module() const { return module_.handle(); }
 
@@ -114,6 +119,8 @@ class World {
   HostFrame frame_;
   Files users_;  // what the user has on the disk
   bool templatesAreLost_ = false;
+  bool refuses_ = false;
+  long objectsLeft_ = 0;
   std::unique_ptr<standin::Host> host_;
   User* user_ = nullptr;  // during a look
   ComPtr<IDTExtensibility2> addIn_;
