@@ -35,6 +35,16 @@ torture::Verdict verdictOn(void (*wrong)(World&, int visit)) {
   return trial.again();
 }
 
+// What a journey's body opens.
+Lines windowsOf(World& world, const char* name) {
+  const torture::Journey& journey = torture::journeyOf(name);
+  world.begin();
+  journey.before(world);
+  const Lines opened = world.look([&] { journey.body(world); }).dialogs;
+  world.end();
+  return opened;
+}
+
 bool isFirst(int visit) { return visit % 2 == 1; }
 
 }  // namespace
@@ -130,6 +140,23 @@ TEST_CASE("A template that is overwritten against the user's will is complained 
   CHECK(trial.again().complaints == Lines{L"lost: " + file, L"lost the second time: " + file,
                                           L"the second time does not make " + file,
                                           L"it went otherwise"});
+}
+
+TEST_CASE("A download with a password asks for it and leaves everything as it was") {
+  World world;
+  CHECK(windowsOf(world, "password") == Lines{L"DWT Online", L"Downloading...", L"Quillet Viewer"});
+  torture::Trial trial(world, torture::journeyOf("password"));
+  const auto verdict = trial.again();
+  CHECK(verdict.complaints == Lines());
+}
+
+TEST_CASE("The viewers of help and notes leave everything as it was") {
+  World world;
+  CHECK(windowsOf(world, "viewers") ==
+        Lines{L"Dynamic Web Template Browser", L"a viewer, number 1", L"a viewer, number 2"});
+  torture::Trial trial(world, torture::journeyOf("viewers"));
+  const auto verdict = trial.again();
+  CHECK(verdict.complaints == Lines());
 }
 
 TEST_CASE("A call that never comes is not counted as one that went as always") {

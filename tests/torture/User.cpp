@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "catalogue/resource.h"
+#include "common/forms/resource.h"
 #include "tests/torture/Monkey.h"
 #include "tests/torture/World.h"
 #include "webcopy/resource.h"
@@ -16,6 +17,7 @@ User* current = nullptr;
 constexpr int visitsOfEach = 4;
 constexpr wchar_t templatesCaption[] = L"Dynamic Web Template Browser";
 constexpr wchar_t onlineCaption[] = L"DWT Online";
+constexpr wchar_t passwordCaption[] = L"Quillet Viewer";
 
 bool isUp(HWND window) { return IsWindow(window) && IsWindowVisible(window); }
 
@@ -29,6 +31,24 @@ void selectRow(HWND list, const std::wstring& title) {
     if (title == text)
       ListView_SetItemState(list, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
   }
+}
+
+BOOL CALLBACK noteViewer(HWND window, LPARAM found) {
+  wchar_t name[16] = {};
+  GetClassNameW(window, name, 16);
+  DWORD process = 0;
+  GetWindowThreadProcessId(window, &process);
+  if (name != std::wstring_view(L"#32770") || process == GetCurrentProcessId() || !isUp(window))
+    return TRUE;
+  *reinterpret_cast<HWND*>(found) = window;
+  return FALSE;
+}
+
+// The viewers of help and notes are programs of their own.
+HWND findViewer() {
+  HWND found = nullptr;
+  EnumWindows(noteViewer, reinterpret_cast<LPARAM>(&found));
+  return found;
 }
 
 // Agrees where that is asked, unless the user `refuses` that, and else takes what is there.
@@ -48,6 +68,10 @@ User::User(FakeWebBrowser& page, std::wstring download, bool refuses)
   for (int visit = 0; visit < visitsOfEach; ++visit) {
     expect(templatesCaption, false);
     expect(onlineCaption, true);
+    modal_.onDialog(passwordCaption, [](HWND window) {
+      SetDlgItemTextA(window, IDC_INPUTBOX_TXTINPUT, password);
+      press(window, IDOK);
+    });
   }
   timer_ = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, onTimer);
 }
@@ -63,6 +87,12 @@ std::vector<std::wstring> User::boxes() const {
   return result;
 }
 
+std::vector<std::wstring> User::dialogs() const {
+  auto all = modal_.dialogs();
+  all.insert(all.end(), viewers_.begin(), viewers_.end());
+  return all;
+}
+
 void User::expect(const wchar_t* caption, bool isOnline) {
   modal_.onDialog(caption, [this, isOnline](HWND window) {
     visited_.push_back({window, isOnline});
@@ -76,20 +106,29 @@ void CALLBACK User::onTimer(HWND, UINT, UINT_PTR, DWORD) {
 // What is done in a window may show others, in which the user then acts.
 void User::lookAround() {
   if (monkey_) return monkey_->act();
+  if (awaitsViewer_) return closeViewer();
   std::erase_if(visited_, [](const Visited& each) { return !isUp(each.window); });
+  const bool looks = aim_ == Aim::look;
   if (visited_.empty()) {
-    if (looks_) closeOther();
+    if (looks) closeOther();
     return;
   }
   Visited& top = visited_.back();
   if (!IsWindowEnabled(top.window)) {
-    if (looks_) closeOther();
+    if (looks) closeOther();
     return;
   }
   if (!top.isOnline && !isEnabled(top.window, IDC_QUILLET_SELECT)) return;  // it lists
   const Visited before = top;
   ++top.done;
-  looks_ ? look(before) : act(before);
+  switch (aim_) {
+    case Aim::use:
+      return act(before);
+    case Aim::look:
+      return look(before);
+    case Aim::read:
+      return read(before);
+  }
 }
 
 void User::look(const Visited& visited) {
@@ -98,6 +137,32 @@ void User::look(const Visited& visited) {
     PostMessageW(visited.window, WM_CLOSE, 0, 0);
   else
     press(visited.window, buttons[visited.done]);
+}
+
+void User::read(const Visited& visited) {
+  constexpr int buttons[] = {IDC_QUILLET_HELP, IDC_QUILLET_NOTES};
+  if (visited.done >= std::size(buttons)) {
+    press(visited.window, IDCANCEL);
+    return;
+  }
+  selectRow(GetDlgItem(visited.window, IDC_QUILLET_LIST), wantedTemplate);
+  awaitsViewer_ = true;
+  press(visited.window, buttons[visited.done]);
+}
+
+// Until its program has ended: one that is about to end would take the next start's page.
+void User::closeViewer() {
+  const HWND window = findViewer();
+  if (window && !viewer_) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    viewer_.reset(OpenProcess(SYNCHRONIZE, FALSE, process));
+    viewers_.push_back(L"a viewer, number " + std::to_wstring(viewers_.size() + 1));
+  }
+  if (window) PostMessageW(window, WM_CLOSE, 0, 0);
+  if (!viewer_ || WaitForSingleObject(viewer_.get(), 0) != WAIT_OBJECT_0) return;
+  viewer_.reset();
+  awaitsViewer_ = false;
 }
 
 // A window over those that are visited, or that was over one which has gone: what it opens itself,

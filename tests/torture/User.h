@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "common/handles.h"
 #include "tests/support/FakeWebBrowser.h"
 #include "tests/support/ModalDriver.h"
 
@@ -26,17 +27,23 @@ class User {
 
   // Every box so far: title, a bar, text.
   std::vector<std::wstring> boxes() const;
-  const std::vector<std::wstring>& dialogs() const { return modal_.dialogs(); }
+  // The captions of every window so far, and which viewers.
+  std::vector<std::wstring> dialogs() const;
 
-  // Instead of that, opens every window that there is and closes it again.
-  void lookAtEverything() { looks_ = true; }
+  // Instead of that, opens every window of this process that there is and closes it again.
+  void lookAtEverything() { aim_ = Aim::look; }
+  // Instead of that, reads the help and a template's notes.
+  void readEverything() { aim_ = Aim::read; }
   // Instead of the user; null for the user again.
   void giveWayTo(Monkey* monkey) { monkey_ = monkey; }
 
   // What is chosen in the browser.
   static constexpr wchar_t wantedTemplate[] = L"Night Ferry";
+  // What is typed where a password is asked for.
+  static constexpr char password[] = "lantern";
 
  private:
+  enum class Aim { use, look, read };
   struct Visited {
     HWND window;
     bool isOnline;
@@ -48,6 +55,8 @@ class User {
   void lookAround();
   void act(Visited visited);
   void look(const Visited& visited);
+  void read(const Visited& visited);
+  void closeViewer();
   void closeOther();
 
   FakeWebBrowser& page_;
@@ -56,9 +65,12 @@ class User {
   std::vector<Visited> visited_;
   UINT_PTR timer_ = 0;
   bool refuses_;
-  bool looks_ = false;
+  Aim aim_ = Aim::use;
   Monkey* monkey_ = nullptr;
   std::set<HWND> met_;
+  bool awaitsViewer_ = false;
+  handles::Kernel viewer_;  // the process
+  std::vector<std::wstring> viewers_;
 };
 
 }  // namespace torture

@@ -48,6 +48,12 @@ std::string archive() {
       .bytes();
 }
 
+std::string lockedWith(const char* password) {
+  ZipMaker::Extras extras;
+  extras.password = password;
+  return ZipMaker().add("lighthouse/lighthouse.dwt", "a page", extras).bytes();
+}
+
 void setClipboard(HWND owner, const std::wstring& text) {
   if (!OpenClipboard(owner)) return;
   EmptyClipboard();
@@ -125,12 +131,15 @@ std::vector<HWND> ownDialogs() {
   return dialogs;
 }
 
-World::World() : server_({{"/d.zip", HttpServer::ok(archive())}}) {}
+World::World()
+    : server_({{"/d.zip", HttpServer::ok(archive())},
+               {"/locked.zip", HttpServer::ok(lockedWith(User::password))}}) {}
 
 World::~World() { end(); }
 
 void World::begin() {
   refuses_ = false;
+  wanted_ = openArchive;
   layOut();
   frame_.open();
   setClipboard(frame_.get(), userText);
@@ -201,6 +210,12 @@ void World::openEverything() {
   clickBoth();
 }
 
+void World::readEverything() {
+  user_->readEverything();
+  copy();
+  closeHelp();
+}
+
 void World::play(unsigned seed, int actions) {
   Monkey monkey(seed, actions, page, {downloadAddress(), L"http://127.0.0.1/catalogue/other.htm"},
                 [this](int entry) { entry == 0 ? copy() : download(); });
@@ -228,6 +243,11 @@ void World::loseTemplates() {
   templatesAreLost_ = true;
 }
 
+void World::addNotes() {
+  disk.writeFile(L"templates\\Night Ferry\\readme.htm", "<html><body>notes</body></html>");
+  users_ = files();
+}
+
 void World::refuseToOverwrite() {
   if (std::exchange(refuses_, true)) return;
   disk.writeFile(L"webs\\my site\\dwts\\Night Ferry\\ferry.dwt", "the user's older template");
@@ -251,7 +271,7 @@ void World::clickBoth() {
 }
 
 std::wstring World::downloadAddress() const {
-  return L"http://127.0.0.1/DWTOnlineDownload.htm?dwt1=" + server_.url(L"/d.zip");
+  return L"http://127.0.0.1/DWTOnlineDownload.htm?dwt1=" + server_.url(wanted_);
 }
 
 Seen World::look(const std::function<void()>& body) {

@@ -68,8 +68,10 @@ class World {
   // Clicks and whatever comes of it, until the windows are closed.
   void copy();
   void download();
-  // Every window that there is, one after another.
+  // Every window that there is in this process, one after another.
   void openEverything();
+  // The viewers of help and notes.
+  void readEverything();
   // Anything at all, as `seed` will have it; then the windows are closed.
   void play(unsigned seed, int actions);
   // The template that the user wants, and what has been downloaded, are gone.
@@ -78,6 +80,10 @@ class World {
   void putTemplatesBack();
   // Until the next begin(): the web has a template of that name, which the user wants to keep.
   void refuseToOverwrite();
+  // Until the next begin(): what is downloaded has a password.
+  void wantLocked() { wanted_ = lockedArchive; }
+  // Until the next begin(): the template has notes.
+  void addNotes();
   // Every file but the user's has other bytes.
   void spoilWhatIsNew();
   // Both entries one after the other, as an impatient user does.
@@ -106,6 +112,9 @@ class World {
   FakeWebBrowser page;
 
  private:
+  static constexpr wchar_t openArchive[] = L"/d.zip";
+  static constexpr wchar_t lockedArchive[] = L"/locked.zip";
+
   void closeHelp();
   void layOut();
   void setUpRegistry();
@@ -120,6 +129,7 @@ class World {
   Files users_;  // what the user has on the disk
   bool templatesAreLost_ = false;
   bool refuses_ = false;
+  const wchar_t* wanted_ = openArchive;
   long objectsLeft_ = 0;
   std::unique_ptr<standin::Host> host_;
   User* user_ = nullptr;  // during a look

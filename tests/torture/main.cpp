@@ -105,8 +105,8 @@ struct Stretch {
   const char* journey;
   int runs;  // of two visits each
 };
-constexpr Stretch stretches[] = {
-    {"connection", 500}, {"copy", 50}, {"download", 50}, {"windows", 100}};
+constexpr Stretch stretches[] = {{"connection", 500}, {"copy", 100},     {"download", 100},
+                                 {"windows", 100},    {"password", 100}, {"viewers", 100}};
 
 void listEndurance() {
   for (const Stretch& each : stretches) std::printf("endurance %s 0 %d\n", each.journey, each.runs);
