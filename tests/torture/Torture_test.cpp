@@ -159,6 +159,35 @@ TEST_CASE("The viewers of help and notes leave everything as it was") {
   CHECK(verdict.complaints == Lines());
 }
 
+TEST_CASE("Memory that is lost bit by bit is complained of") {
+  torture::Journey journey = torture::journeyOf("connection");
+  misdeed = nullptr;
+  journey.body = [](World& there) {
+    constexpr SIZE_T bit = 150000;
+    there.connect();
+    if (misdeed) HeapAlloc(GetProcessHeap(), HEAP_ZERO_MEMORY, bit);
+  };
+  World world;
+  torture::Trial trial(world, journey);
+  misdeed = [](World&, int) {};
+  Lines complaints;
+  for (int time = 0; time < 16; ++time) complaints = trial.again().complaints;
+  REQUIRE(complaints.size() == 1);
+  CHECK(complaints.front().starts_with(L"memory has grown by "));
+}
+
+TEST_CASE("What the system loses when the clipboard is read is not counted as the module's") {
+  World world;
+  world.begin();
+  const auto& looks = world.clipboardLooks();
+  const long before = looks.count();
+  world.connect();
+  CHECK(looks.count() > before);
+  const SIZE_T lost = looks.lost();
+  CHECK(lost <= static_cast<SIZE_T>(looks.count()) * 1100);
+  world.end();
+}
+
 TEST_CASE("A call that never comes is not counted as one that went as always") {
   World world;
   torture::Trial trial(world, torture::journeyOf("connection"));

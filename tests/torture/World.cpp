@@ -133,7 +133,11 @@ std::vector<HWND> ownDialogs() {
 
 World::World()
     : server_({{"/d.zip", HttpServer::ok(archive())},
-               {"/locked.zip", HttpServer::ok(lockedWith(User::password))}}) {}
+               {"/locked.zip", HttpServer::ok(lockedWith(User::password))}}) {
+  frame_.open();
+  setClipboard(frame_.get(), userText);
+  clipboardLooks_.measure();
+}
 
 World::~World() { end(); }
 

@@ -19,6 +19,7 @@
 #include "tests/support/ModalDriver.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/ScratchRegistry.h"
+#include "tests/torture/ClipboardLooks.h"
 #include "tests/torture/HostFrame.h"
 #include "tests/torture/SystemCalls.h"
 #include "tests/torture/User.h"
@@ -106,6 +107,7 @@ class World {
   // The host's main window; made anew when it is gone.
   HostFrame& frame() { return frame_; }
   SystemCalls& system() { return calls_; }
+  const ClipboardLooks& clipboardLooks() const { return clipboardLooks_; }
 
   std::optional<ScratchRegistry> registry{std::in_place};  // made anew for each begin()
   ScratchFolder disk;
@@ -125,6 +127,7 @@ class World {
   DebugOutput log_;
   ShippedModule module_;
   SystemCalls calls_{module_.handle()};
+  ClipboardLooks clipboardLooks_{module_.handle()};  // what it replaces is put back first
   HostFrame frame_;
   Files users_;  // what the user has on the disk
   bool templatesAreLost_ = false;
