@@ -35,6 +35,12 @@ class Reasons(unittest.TestCase):
     def test_other_comments_are_no_reason(self):
         self.assertEqual(self.left_of('one();  // Seldom run.\n'), [1])
 
+    def test_reason_that_says_nothing(self):
+        self.assertEqual(self.left_of('one();  // Not run by tests:\n'
+                                      'two();  // Not run by tests: .\n'
+                                      '// Not run by tests:\n'
+                                      'three();\n'), [1, 2, 4])
+
     def test_text_is_no_comment(self):
         self.assertEqual(self.left_of('say("{ // ;");  // Not run by tests: no memory.\n'
                                       'two();\n'), [2])
@@ -109,6 +115,27 @@ class Page(unittest.TestCase):
 
     def test_nothing_counted(self):
         self.assertEqual(self.page_of()[0], 1)
+
+    def test_counts_that_cannot_be_read(self):
+        """Beside others that can."""
+        with tempfile.TemporaryDirectory() as folder:
+            for name in ('good', 'bad'):
+                pathlib.Path(folder, f'{name}.gcno').touch()
+            pathlib.Path(folder, 'good.gcda').write_text(json.dumps(
+                {'current_working_directory': '.', 'files': [{'file': 'common/text.cpp', 'lines': [
+                    {'line_number': 1, 'count': 1, 'function_name': 'f', 'branches': []}]}]}))
+            gcov = pathlib.Path(folder, 'gcov')
+            gcov.write_text('#!/bin/sh\nfor file; do :; done\n'
+                            'case $file in bad*) echo "$file: no version" >&2; exit 3 ;; esac\n'
+                            'cat "$file"\n')
+            gcov.chmod(0o755)
+            target = pathlib.Path(folder, 'index.html')
+            run = subprocess.run([self.program, 'page', folder, target, gcov],
+                                 capture_output=True, text=True, check=False)
+            self.assertEqual(run.returncode, 1)
+            self.assertIn('bad.gcno', run.stderr)
+            self.assertIn('ended with 3. bad.gcno: no version', run.stderr)
+            self.assertFalse(target.exists())
 
     def test_run_by_one_program_of_two(self):
         code, said, shown = self.page_of([('common/text.cpp', 1, 0, [])],
