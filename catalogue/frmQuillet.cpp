@@ -607,8 +607,8 @@ void frmQuillet::cmdCopytoWeb_Click() {
     const auto web = host_.activeWeb();
     if (!web || isUnloaded()) return;
     const auto entry = selectedTemplate();
-    if (entry &&
-        isSamePlace(entry->folder, destination_)) {  // Not run by tests: no web lies there.
+    // Not run by tests: no row's folder ends with the backslash that the comparison asks for.
+    if (entry && isSamePlace(entry->folder, destination_)) {
       showMessage(hwnd(), samePlaceMessage(entry->folder), MB_ICONHAND);
       return;
     }
@@ -640,7 +640,7 @@ void frmQuillet::copyTo(const HostWeb& web, const TemplateEntry& entry) {
   const std::wstring url = folder.url();
   if (isUnloaded()) return;
   if (!frmCopyToWeb().CopyTemplateFolder(url, {entry.title, entry.folder}, hwnd())) return;
-  if (lvDWTs.count() == 0) {  // Not run by tests: no list is emptied by a copy.
+  if (lvDWTs.count() == 0) {  // Not run by tests: a row cannot go meanwhile.
     cmdCopytoWeb.setEnabled(false);
     cmdDestFolder.setEnabled(false);
   }

@@ -36,7 +36,7 @@ std::string readBytes(const std::wstring& file, unsigned long long most) {
   std::string bytes(static_cast<std::size_t>(std::min(modCommon::fileSize(file), most)), '\0');
   DWORD read = 0;
   if (!ReadFile(open.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr))
-    throw errors::fromLastError();  // Not run by tests: no file fails while it is read.
+    throw errors::fromLastError();
   bytes.resize(read);
   return bytes;
 }

@@ -22,7 +22,6 @@ std::size_t ArchiveFile::read(std::uint64_t offset, char* buffer, std::size_t co
   auto high = static_cast<LONG>(offset >> 32);
   SetLastError(NO_ERROR);
   DWORD got = 0;
-  // Not run by tests: no file fails while it is read.
   if ((SetFilePointer(file_.get(), static_cast<LONG>(offset), &high, FILE_BEGIN) ==
            INVALID_SET_FILE_POINTER &&
        GetLastError() != NO_ERROR) ||

@@ -61,8 +61,8 @@ const wchar_t* textOf(Fault fault) {
       return L"A file in it is of a kind that is not supported";
     case Fault::tooMuch:
       return L"A file in it holds more than it claims";
-    case Fault::tooMany:                                       // Not run by tests: the fault alone.
-      return L"It holds more than 65,535 files and folders.";  // Not run by tests: the fault alone.
+    case Fault::tooMany:
+      return L"It holds more than 65,535 files and folders.";
     case Fault::noName:
       return L"A file in it has no name.";
     case Fault::controlName:

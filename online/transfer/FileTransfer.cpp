@@ -126,7 +126,7 @@ void FileTransfer::requireSpace(std::size_t index) const {
 bool FileTransfer::isStaged(const Place& place) const noexcept {
   try {
     return modCommon::fileExists(staged_.freePath(table_.address(place.column, place.kind)));
-  } catch (...) {  // Not run by tests: no test has such a name here.
+  } catch (...) {
     return false;
   }
 }

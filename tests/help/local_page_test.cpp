@@ -1,6 +1,7 @@
 #include "help/local_page.h"
 
 #include "common/handles.h"
+#include "tests/support/ImportPatch.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/text_output.h"
 
@@ -15,6 +16,11 @@ std::wstring textOf(const html::Page& page) {
     text += L"|";
   }
   return text;
+}
+
+BOOL WINAPI refuseToRead(HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) {
+  SetLastError(ERROR_CRC);
+  return FALSE;
 }
 
 }  // namespace
@@ -60,6 +66,16 @@ TEST_CASE("a page that another program keeps to itself says why, and such a pict
   const handles::File pageKept = keep(page);
   const handles::File pictureKept = keep(picture);
   CHECK(textOf(pageOf(page)) == L"This page cannot be read: Permission denied|" + page + L"|");
+  CHECK(pictureBeside(page, L"a.gif").empty());
+}
+
+TEST_CASE("a page whose disk fails while it is read says so, and such a picture is none") {
+  const ScratchFolder disk;
+  const auto page = disk.writeFile(L"a.htm", "<p>one");
+  disk.writeFile(L"a.gif", "GIF89a");
+  CHECK(pictureBeside(page, L"a.gif") == "GIF89a");
+  const ImportPatch broken(nullptr, "kernel32.dll", "ReadFile", refuseToRead);
+  CHECK(textOf(pageOf(page)) == L"This page cannot be read: Device I/O error|" + page + L"|");
   CHECK(pictureBeside(page, L"a.gif").empty());
 }
 

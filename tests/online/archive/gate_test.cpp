@@ -342,6 +342,64 @@ TEST_CASE("an archive that changed on its way replaces no file") {
   CHECK(unpacking.read(L"page.htm") == "my page");
 }
 
+TEST_CASE("more files than a short number counts keep the archive packed") {
+  ZipMaker zip;
+  for (int i = 0; i < 65'536; ++i) zip.add("page" + std::to_string(i) + ".htm", "");
+  checkRefused(zip, L"It holds more than 65,535 files and folders.");
+}
+
+namespace {
+
+// A disk that fails at one reading of a file, and at none when that does not come.
+class FailingDisk {
+ public:
+  explicit FailingDisk(int at) : patch_(nullptr, "kernel32.dll", "ReadFile", read) {
+    left_ = at;
+    original_ = patch_.original<decltype(ReadFile)>();
+  }
+  static bool hasFailed() { return left_ <= 0; }
+
+ private:
+  static BOOL WINAPI read(HANDLE file, void* bytes, DWORD size, DWORD* done, OVERLAPPED* how) {
+    if (--left_ != 0) return original_(file, bytes, size, done, how);
+    SetLastError(ERROR_CRC);
+    return FALSE;
+  }
+
+  static inline int left_ = 0;
+  static inline decltype(ReadFile)* original_ = nullptr;
+  ImportPatch patch_;
+};
+
+// Reads it once for each reading that can fail.
+void checkEachReading(const std::string& bytes) {
+  const Unpacking unpacking(bytes);
+  int failures = 0;
+  for (bool hasFailed = true; hasFailed; ++failures) {
+    ModalDriver driver;
+    const FailingDisk disk(failures + 1);
+    const bool isUnpacked = unpacking.run();
+    hasFailed = FailingDisk::hasFailed();
+    CHECK(isUnpacked != hasFailed);
+    if (!hasFailed) break;
+    REQUIRE(driver.boxes().size() == 1);
+    CHECK(driver.boxes()[0].text == L"Device I/O error");
+    CHECK(unpacking.untouched());
+  }
+  // One for the directory, one for the contents.
+  CHECK(failures >= 2);
+}
+
+}  // namespace
+
+TEST_CASE("an archive whose disk fails while it is read stays packed, wherever that happens") {
+  checkEachReading(onePage().bytes());
+}
+
+TEST_CASE("compressed contents whose disk fails while they are read stay packed") {
+  checkEachReading(ZipMaker().addDeflated("page.htm", std::string(100'000, 'x')).bytes());
+}
+
 TEST_CASE("contents that were never compressed are a damaged archive") {
   ZipMaker::Extras extras;
   extras.method = 8;

@@ -235,13 +235,18 @@ class LoadWatch {
   }
 
   static inline std::wstring path;
+  static inline std::wstring loaded;  // what came of it; empty for nothing
   static inline DWORD flags = 0;
 
  private:
   static HMODULE WINAPI load(LPCWSTR name, HANDLE file, DWORD how) {
     path = name;
     flags = how;
-    return original_(name, file, how);
+    const HMODULE module = original_(name, file, how);
+    wchar_t found[MAX_PATH] = {};
+    if (module) GetModuleFileNameW(module, found, MAX_PATH);
+    loaded = found;
+    return module;
   }
 
   static inline HMODULE(WINAPI* original_)(LPCWSTR, HANDLE, DWORD) = nullptr;
@@ -249,6 +254,67 @@ class LoadWatch {
 };
 
 }  // namespace
+
+namespace {
+
+// Libraries of its name, that would do, in the current folder and first in the path.
+class RivalLibraries {
+ public:
+  RivalLibraries() {
+    GetCurrentDirectoryW(MAX_PATH, current_);
+    path_.resize(GetEnvironmentVariableW(L"PATH", path_.data(), static_cast<DWORD>(path_.size())));
+    for (const wchar_t* folder : {L"current\\unzip32.dll", L"path\\unzip32.dll"})
+      REQUIRE(CopyFileW(realLibrary().c_str(), disk_.writeFile(folder).c_str(), FALSE));
+    SetCurrentDirectoryW((disk_ / L"current").c_str());
+    SetEnvironmentVariableW(L"PATH", ((disk_ / L"path") + L";" + path_).c_str());
+  }
+  ~RivalLibraries() {
+    SetEnvironmentVariableW(L"PATH", path_.c_str());
+    SetCurrentDirectoryW(current_);
+  }
+  RivalLibraries(const RivalLibraries&) = delete;
+  RivalLibraries& operator=(const RivalLibraries&) = delete;
+
+ private:
+  static std::wstring realLibrary() {
+    wchar_t program[MAX_PATH];
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    const std::wstring path = program;
+    return path.substr(0, path.rfind(L'\\') + 1) + L"unzip32.dll";
+  }
+
+  ScratchFolder disk_;
+  wchar_t current_[MAX_PATH] = {};
+  std::wstring path_ = std::wstring(32'767, L'\0');
+};
+
+}  // namespace
+
+TEST_CASE(
+    "another unzip library in the current folder or in the path is not the one that unpacks") {
+  const OwnModule own;
+  own.useStandIn();
+  const RivalLibraries rivals;
+  const LoadWatch watch;
+  const Unpacking unpacking(onePage());
+  CHECK(unpacking.run());
+  CHECK(LoadWatch::loaded == own.folder() / L"unzip32.dll");
+}
+
+TEST_CASE("another unzip library in the current folder or in the path replaces no missing one") {
+  const OwnModule own;
+  const RivalLibraries rivals;
+  const LoadWatch watch;
+  ModalDriver driver;
+  const Unpacking unpacking(onePage());
+  CHECK_FALSE(unpacking.run());
+  REQUIRE(driver.boxes().size() == 1);
+  CHECK(driver.boxes()[0].text == L"The unzip library \" " + (own.folder() / L"unzip32.dll") +
+                                      L" \" could not be loaded. The product may have to be "
+                                      L"reinstalled.");
+  CHECK(LoadWatch::loaded.empty());
+  CHECK(unpacking.untouched());
+}
 
 // With this flag the system looks beside the library first, and not beside the host's program.
 TEST_CASE("what the unzip library imports itself is looked for beside it") {

@@ -119,6 +119,18 @@ TEST_CASE("files that do not fit into the free space together are not begun") {
   CHECK_FALSE(download.isStaged(L"a.zip"));
 }
 
+TEST_CASE("a later file of an impossible name ends the run at its turn and not before") {
+  const HttpServer server(
+      {{"/a.zip", HttpServer::ok(page("a page"))}, {"/nul.zip", HttpServer::ok(page("other"))}});
+  Download download;
+  CHECK_FALSE(
+      download.run(L"?dwt1=" + server.url(L"/a.zip") + L"&dwt2=" + server.url(L"/nul.zip")));
+  CHECK(download.output.has(L"File opened for binary input.  File Name : a.zip"));
+  CHECK(download.failures() ==
+        Texts{L"The disk is not in the drive or the specified path does not exist."});
+  CHECK(download.isStaged(L"a.zip"));
+}
+
 TEST_CASE("a file that is there already needs no free space until it is to be replaced") {
   const std::string old = page("old");
   const HttpServer server(
