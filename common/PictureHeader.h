@@ -14,5 +14,14 @@ struct PictureHeader {
   std::size_t length = 0;    // of the part that shows: of a GIF up to the end of its first frame
 };
 
+// More than that no window of a 32-bit program should ever hold.
+inline constexpr std::uint64_t mostPicturePixels = 32u << 20;  // a decoder may hold them twice
+inline constexpr long longestPictureSide = 0x7FFF;
+
+constexpr bool isWithinBounds(const PictureHeader& header) {
+  return header.pixels <= mostPicturePixels && header.width <= longestPictureSide &&
+         header.height <= longestPictureSide;
+}
+
 // Nothing for a file that is neither, or that ends before it has told.
 std::optional<PictureHeader> readPictureHeader(std::string_view file);

@@ -45,7 +45,7 @@ class PrintJob {
 
 PageBox::PageBox(forms::Form& form, int id)
     : Control(form, id), class_(className, windowProcedure) {
-  view_.onPicture = [this](const std::wstring& address) { return pictureBeside(file_, address); };
+  view_.onPicture = [this](const std::wstring& address) { return pictures_.at(address); };
   view_.onLink = [this](const std::wstring& link) { followLink(link); };
 }
 
@@ -62,6 +62,7 @@ void PageBox::onAttached() {
 
 void PageBox::show(const std::wstring& file) {
   file_ = file;
+  pictures_.begin(file);
   view_.show(pageOf(file));
 }
 

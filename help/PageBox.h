@@ -6,6 +6,7 @@
 
 #include "common/forms/WindowClass.h"
 #include "common/forms/controls.h"
+#include "help/PagePictures.h"
 #include "html/PageView.h"
 
 namespace help {
@@ -36,6 +37,7 @@ class PageBox : public forms::Control {
 
   forms::WindowClass class_;
   std::wstring file_;
+  PagePictures pictures_;
   html::PageView view_;
 };
 

@@ -84,13 +84,16 @@ html::Page pageOf(const std::wstring& file) {
                                      text::replaceAll(name, L"%", L"%25"), L"\">"}));
 }
 
-std::string pictureBeside(const std::wstring& file, const std::wstring& address) {
-  const auto picture = fileBeside(file, address);
-  if (!picture || !isOneOf(endingOf(*picture), pictureEndings)) return {};
+std::optional<std::wstring> pictureBeside(const std::wstring& file, const std::wstring& address) {
+  auto picture = fileBeside(file, address);
+  if (picture && !isOneOf(endingOf(*picture), pictureEndings)) picture.reset();
+  return picture;
+}
+
+std::string readPicture(const std::wstring& path) {
   try {
-    if (!modCommon::fileExists(*picture) || modCommon::fileSize(*picture) > largestPicture)
-      return {};
-    return readBytes(*picture, largestPicture);
+    if (!modCommon::fileExists(path) || modCommon::fileSize(path) > largestPicture) return {};
+    return readBytes(path, largestPicture);
   } catch (const Error&) {
     return {};
   }

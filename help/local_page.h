@@ -2,6 +2,7 @@
 // to is taken only from their own folder. Nothing of them is run, and nothing is fetched for them.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "html/Page.h"
@@ -25,7 +26,10 @@ PageText readPage(const std::wstring& file);
 // and a page that says so for a file that is missing or of another kind.
 html::Page pageOf(const std::wstring& file);
 
-// The bytes of a picture of the page; empty when there is none that may be shown.
-std::string pictureBeside(const std::wstring& file, const std::wstring& address);
+// The path of a picture of the page, by its name; nothing for an address of another kind or place.
+std::optional<std::wstring> pictureBeside(const std::wstring& file, const std::wstring& address);
+
+// The bytes of a picture's file; empty when it cannot be read or is too large.
+std::string readPicture(const std::wstring& path);
 
 }  // namespace help

@@ -132,14 +132,15 @@ LRESULT PageView::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   return DefWindowProcW(window_, message, wParam, lParam);
 }
 
-SIZE PageView::sizeOf(const std::wstring& address) { return picture(address).size(); }
+SIZE PageView::sizeOf(const std::wstring& address) {
+  const Picture* const found = picture(address);
+  return found ? found->size() : SIZE{};
+}
 
-Picture& PageView::picture(const std::wstring& address) {
-  auto& found = pictures_[address];
-  if (!found) {
-    found = std::make_unique<Picture>(onPicture ? onPicture(address) : std::string());
-  }
-  return *found;
+const Picture* PageView::picture(const std::wstring& address) {
+  const auto [known, isNew] = pictures_.try_emplace(address);
+  if (isNew && onPicture) known->second = onPicture(address);
+  return known->second.get();
 }
 
 void PageView::layOutAgain() {
@@ -174,7 +175,10 @@ void PageView::draw(HDC target, const RECT& client) {
 
 void PageView::drawItem(HDC target, const Item& item, RECT place) {
   if (item.kind == Item::Kind::fill) return fillWith(target, place, item.colour);
-  if (item.kind == Item::Kind::picture) return picture(item.text).draw(target, place);
+  if (item.kind == Item::Kind::picture) {
+    if (const Picture* const found = picture(item.text)) found->draw(target, place);
+    return;
+  }
   const HGDIOBJ old = SelectObject(target, fonts_.of(item.style));
   SetTextColor(target, static_cast<COLORREF>(item.colour));
   ExtTextOutW(target, place.left, place.top, 0, nullptr, item.text.c_str(),

@@ -27,8 +27,9 @@ class PageView final : private PictureSizes {
 
   void show(Page page);
 
-  // The bytes of a picture, by its address as it is written in the page; empty when there are none.
-  std::function<std::string(const std::wstring& address)> onPicture;
+  // A picture, by its address as it is written in the page; null when there is none. Asked once for
+  // each address of a page.
+  std::function<std::shared_ptr<const Picture>(const std::wstring& address)> onPicture;
   // A link was clicked; its address, as it is written in the page.
   std::function<void(const std::wstring& link)> onLink;
   // Draws the page on a printer or the like, leaf by leaf: `onLeaf` is called before each with true
@@ -50,7 +51,7 @@ class PageView final : private PictureSizes {
                                     LPARAM lParam) noexcept;
   LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam);
   SIZE sizeOf(const std::wstring& address) override;
-  Picture& picture(const std::wstring& address);
+  const Picture* picture(const std::wstring& address);
 
   void layOutAgain();
   void paint();
@@ -70,7 +71,7 @@ class PageView final : private PictureSizes {
   HWND window_ = nullptr;
   Page page_;
   Fonts fonts_;
-  std::map<std::wstring, std::unique_ptr<Picture>> pictures_;
+  std::map<std::wstring, std::shared_ptr<const Picture>> pictures_;
   Layout layout_;
   int top_ = 0;
   int marked_ = noLink;  // by the tab key

@@ -18,6 +18,9 @@ Picture::Picture(const std::string& bytes) {
   stream->Seek({}, STREAM_SEEK_SET, nullptr);
   OleLoadPicture(stream.get(), static_cast<LONG>(bytes.size()), FALSE, IID_IPicture,
                  reinterpret_cast<void**>(picture_.put()));
+  // A metafile would not be drawn but played.
+  short kind = PICTYPE_NONE;
+  if (picture_ && (FAILED(picture_->get_Type(&kind)) || kind != PICTYPE_BITMAP)) picture_.reset();
 }
 
 SIZE Picture::size() const {

@@ -1,4 +1,4 @@
-// A picture of a page, in any format that the system reads.
+// A picture of a page, in any format of bitmaps that the system reads.
 #pragma once
 
 #include <windows.h>

@@ -12,8 +12,6 @@
 namespace forms {
 namespace {
 
-constexpr std::uint64_t mostPixels = 32u << 20;  // a decoder may hold them twice
-constexpr long longestSide = 0x7FFF;
 constexpr ULONG betweenQuestions = 4096;  // bytes: some decoders read a few at a time
 
 Error notAPicture() { return Error(PictureDecoder::invalidPicture, L"Invalid picture"); }
@@ -284,9 +282,7 @@ PictureDecoder::~PictureDecoder() = default;
 
 PictureHeader PictureDecoder::headerOf(const std::string& file) {
   const auto header = readPictureHeader(file);
-  if (!header || header->pixels > mostPixels || header->width > longestSide ||
-      header->height > longestSide)
-    throw notAPicture();
+  if (!header || !isWithinBounds(*header)) throw notAPicture();
   return *header;
 }
 

@@ -21,8 +21,7 @@ class PictureDecoder {
   PictureDecoder(const PictureDecoder&) = delete;
   PictureDecoder& operator=(const PictureDecoder&) = delete;
 
-  // The header of a file's contents. Raises invalidPicture, also for a picture of more pixels than
-  // a window of a 32-bit program should ever hold.
+  // The header of a file's contents. Raises invalidPicture, also for a picture beyond the bounds.
   static PictureHeader headerOf(const std::string& file);
 
   // Asked all along while a picture is decoded; true ends that.

@@ -28,7 +28,7 @@ class PageBrowser final : public BareBrowser {
     view_.onPicture = [this](const std::wstring& picture) {
       std::string bytes;
       fetch(resolved(address_, picture), bytes);
-      return bytes;
+      return std::make_shared<html::Picture>(bytes);
     };
   }
 

@@ -7,6 +7,8 @@
 #include "tests/support/ImportPatch.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/error_number.h"
+#include "tests/support/metafiles.h"
+#include "tests/support/pictures.h"
 #include "tests/support/text_output.h"
 
 namespace {
@@ -32,6 +34,15 @@ class PageForm : public forms::Form {
   }
   std::function<void(PageForm&)> script_;
 };
+
+// How high the page is that is shown.
+int heightOf(const help::PageBox& page) {
+  SCROLLINFO info = {};
+  info.cbSize = sizeof info;
+  info.fMask = SIF_RANGE;
+  GetScrollInfo(GetWindow(page.hwnd(), GW_CHILD), SB_VERT, &info);
+  return info.nMax + 1;
+}
 
 // The system's dialog for printers and a printer that works up to some call.
 class Printer {
@@ -87,6 +98,21 @@ class Printer {
 };
 
 }  // namespace
+
+TEST_CASE("a picture of notes has its room and one that is refused has none") {
+  const ScratchFolder disk;
+  const auto page = disk.writeFile(L"readme.htm", "<img src=a.gif>");
+  PageForm([&](PageForm& form) {
+    form.page.show(page);
+    const int without = heightOf(form.page);
+    disk.writeFile(L"a.gif", metafiles::enhanced());
+    form.page.show(page);
+    CHECK(heightOf(form.page) == without);
+    disk.writeFile(L"a.gif", pictures::bytes(pictures::blueGif));
+    form.page.show(page);
+    CHECK(heightOf(form.page) == without + 100);
+  });
+}
 
 TEST_CASE("a page is printed under its title on the printer that the user chooses") {
   const ScratchFolder disk;

@@ -22,7 +22,9 @@ struct BluePictures final : PictureSizes {
 // A page in a window of 300 x 200 pixels, whose pictures are blue.
 struct View {
   explicit View(const std::wstring& html) : page(parsePage(html)) {
-    view.onPicture = [](const std::wstring&) { return pictures::bytes(pictures::blueGif); };
+    view.onPicture = [](const std::wstring&) {
+      return std::make_shared<Picture>(pictures::bytes(pictures::blueGif));
+    };
     view.onLink = [this](const std::wstring& link) { followed.push_back(link); };
     REQUIRE(view.create(frame.get(), {0, 0, 300, 200}));
     view.show(page);
@@ -293,14 +295,31 @@ TEST_CASE("what is asked for later comes with the window's messages") {
 }
 
 TEST_CASE("what is no picture takes no room of its own and nothing is drawn of it") {
-  View view(L"<img src=a>");
-  view.view.onPicture = [](const std::wstring&) { return "no picture"; };
-  view.view.show(view.page);
-  CHECK(view.bar().nMax == 19);  // the page's margins
-  const auto empty = view.painted();
-  view.view.show(parsePage(L"<img src=a width=50 height=20>"));
-  CHECK(view.bar().nMax == 39);
-  CHECK(view.painted() == empty);
+  for (const auto& none :
+       {std::shared_ptr<const Picture>(), std::make_shared<const Picture>("no picture")}) {
+    View view(L"<img src=a>");
+    view.view.onPicture = [&](const std::wstring&) { return none; };
+    view.view.show(view.page);
+    CHECK(view.bar().nMax == 19);  // the page's margins
+    const auto empty = view.painted();
+    view.view.show(parsePage(L"<img src=a width=50 height=20>"));
+    CHECK(view.bar().nMax == 39);
+    CHECK(view.painted() == empty);
+  }
+}
+
+TEST_CASE("a picture is asked for once for each address of a page") {
+  View view(L"");
+  Texts asked;
+  view.view.onPicture = [&](const std::wstring& address) {
+    asked.push_back(address);
+    return nullptr;
+  };
+  view.view.show(parsePage(L"<img src=a><img src=b><img src=a>"));
+  view.painted();
+  CHECK(asked == Texts{L"a", L"b"});
+  view.view.show(parsePage(L"<img src=a>"));
+  CHECK(asked == Texts{L"a", L"b", L"a"});
 }
 
 TEST_CASE("an entry of a list has a square before the middle of its first line") {

@@ -9,7 +9,6 @@
 #include "common/FileSearch.h"
 #include "common/forms/PictureDecoder.h"
 #include "common/module.h"
-#include "common/text.h"
 #include "help/local_page.h"
 #include "tests/support/text_output.h"
 
@@ -34,7 +33,7 @@ inline std::vector<std::wstring> filesBelow(const std::wstring& folder) {
 // A picture that the browser's frame shows whole at the size that the window has at first.
 inline void checkPreview(const std::wstring& file) {
   forms::PictureDecoder decoder;
-  const std::string bytes = help::pictureBeside(file, std::wstring(text::afterLast(file, L'\\')));
+  const std::string bytes = help::readPicture(file);
   const PictureHeader header = forms::PictureDecoder::headerOf(bytes);
   CHECK(header.width == 332);
   CHECK(header.height == 234);

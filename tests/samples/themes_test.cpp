@@ -4,6 +4,7 @@
 #include "catalogue/TemplateInfo.h"
 #include "common/ini_file.h"
 #include "common/paths.h"
+#include "common/text.h"
 #include "tests/samples/samples_support.h"
 
 namespace {

@@ -99,4 +99,19 @@ inline std::string blueGifOf(int width, int height) {
   return file + std::string("\0;", 2);
 }
 
+// A blue BMP file of any size, with a bit for each pixel. A height below none: from the top.
+inline std::string blueBmpOf(int width, int height) {
+  const auto number = [](std::size_t value, int size) {
+    std::string bytes;
+    for (; size > 0; --size, value >>= 8) bytes += static_cast<char>(value);
+    return bytes;
+  };
+  const std::size_t rows = static_cast<std::size_t>(height < 0 ? -height : height);
+  const std::string pixels((static_cast<std::size_t>(width) + 31) / 32 * 4 * rows, '\0');
+  return "BM" + number(62 + pixels.size(), 4) + number(0, 4) + number(62, 4) + number(40, 4) +
+         number(static_cast<std::size_t>(width), 4) + number(static_cast<std::size_t>(height), 4) +
+         number(1, 2) + number(1, 2) + number(0, 4) + number(pixels.size(), 4) + number(0, 16) +
+         number(0xFF, 4) + number(0xFF, 4) + pixels;
+}
+
 }  // namespace pictures

@@ -22,6 +22,7 @@ set(FUZZ_RULES
   common/placement_record.cpp
   common/safe_names.cpp
   common/text.cpp
+  help/bitmap_header.cpp
   help/command_line.cpp
   help/references.cpp
   common/handles.cpp

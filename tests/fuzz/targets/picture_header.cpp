@@ -1,8 +1,9 @@
-// What a GIF or JPEG file says of itself before a decoder is trusted with it.
+// What a GIF, JPEG or BMP file says of itself before a decoder is trusted with it.
 #include "common/PictureHeader.h"
 
 #include <utility>
 
+#include "help/bitmap_header.h"
 #include "tests/fuzz/Target.h"
 
 using fuzz::promise;
@@ -32,15 +33,33 @@ std::pair<int, int> sizeOfJpeg(std::string_view file) {
   return {};
 }
 
+// The same for every kind.
+void checkSize(const PictureHeader& header) {
+  promise(header.width >= 1, "a picture has a width");
+  promise(header.height >= 1, "a picture has a height");
+  promise(header.pixels / static_cast<std::uint64_t>(header.width) >=
+              static_cast<std::uint64_t>(header.height),
+          "no more is decoded than is said");
+  if (isWithinBounds(header))
+    promise(header.width <= 0x7FFF && header.height <= 0x7FFF && header.pixels <= 0x2000000,
+            "what is decoded is bounded");
+}
+
+void checkBitmap(std::string_view file) {
+  const auto header = help::readBitmapHeader(file);
+  if (!header) return;
+  checkSize(*header);
+  promise(file.starts_with("BM") && !readPictureHeader(file), "a file is of one kind");
+  promise(!header->isGif && header->length == file.size(), "a bitmap shows as a whole");
+}
+
 const fuzz::Target target("picture_header", [](fuzz::Input input) {
   const std::string_view file = input.rest();
+  checkBitmap(file);
   const auto header = readPictureHeader(file);
   if (!header) return;
-  promise(header->width >= 1 && header->width <= 0xFFFF, "a picture has a width");
-  promise(header->height >= 1 && header->height <= 0xFFFF, "a picture has a height");
-  promise(header->pixels >= static_cast<std::uint64_t>(header->width) *
-                                static_cast<std::uint64_t>(header->height),
-          "no more is decoded than is said");
+  checkSize(*header);
+  promise(header->width <= 0xFFFF && header->height <= 0xFFFF, "sides have two bytes");
   promise(header->isGif || file.starts_with("\xFF\xD8"), "a picture is of a known kind");
   promise(header->isGif || sizeOfJpeg(file) == std::pair<int, int>(header->width, header->height),
           "a decoder finds the same size");
