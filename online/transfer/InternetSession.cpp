@@ -1,5 +1,6 @@
 #include "online/transfer/InternetSession.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "common/ansi.h"
@@ -38,6 +39,7 @@ static_assert(INTERNET_OPTION_CONTROL_RECEIVE_TIMEOUT == INTERNET_OPTION_RECEIVE
 // To be called before anything else can change the system's last error.
 handles::Internet InternetSession::taken(HINTERNET handle) {
   if (!handle) lastError_ = GetLastError();
+  arrived_ = 0;
   return handles::Internet(handle);
 }
 
@@ -131,12 +133,27 @@ std::optional<unsigned long long> InternetSession::ftpFileSize(
   return static_cast<unsigned long long>(high) << 32 | low;
 }
 
+// 0 when nothing came in time. A system that has nothing to tell before it has waited is given one
+// byte to wait for; whatever else keeps it from telling, the read will meet.
+DWORD InternetSession::countToRead(const handles::Internet& file, DWORD size) {
+  if (arrived_ == 0 && !functions_->queryDataAvailable(file.get(), &arrived_, 0, 0)) {
+    const DWORD error = GetLastError();
+    if (error == ERROR_INTERNET_TIMEOUT) return 0;
+    if (error != ERROR_IO_PENDING) return size;
+  }
+  return std::clamp(arrived_, DWORD{1}, size);
+}
+
+// A read comes back when it has all that it wants, and waits anew for every byte: a server that
+// sends one now and then would hold the caller for hours.
 std::optional<DWORD> InternetSession::read(const handles::Internet& file, char* buffer,
                                            DWORD size) {
+  const DWORD wanted = countToRead(file, size);
   DWORD received = 0;
-  if (!functions_->readFile(file.get(), buffer, size, &received)) {
+  if (wanted == 0 || !functions_->readFile(file.get(), buffer, wanted, &received)) {
     lastError_ = GetLastError();
     return std::nullopt;
   }
+  arrived_ -= std::min(arrived_, received);
   return received;
 }

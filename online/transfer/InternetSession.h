@@ -43,17 +43,20 @@ class InternetSession {
   std::optional<unsigned long long> contentLength(const handles::Internet& file) const;
   std::optional<unsigned long long> ftpFileSize(const handles::Internet& file) const;
 
-  // Up to `size` bytes into `buffer`; how many they were, or nothing on a failure.
+  // Up to `size` bytes of the file that was opened last into `buffer`; how many they were, or
+  // nothing on a failure. Waits for one byte, not for all of them.
   std::optional<DWORD> read(const handles::Internet& file, char* buffer, DWORD size);
 
  private:
   handles::Internet taken(HINTERNET handle);
   void limitWaiting() const noexcept;
+  DWORD countToRead(const handles::Internet& file, DWORD size);
   std::optional<std::wstring> query(const handles::Internet& file, DWORD level) const;
 
   std::optional<wininet::Functions> functions_;
   handles::Internet session_;
   handles::Internet ftpConnection_;
+  DWORD arrived_ = 0;  // bytes that can be read without waiting, as far as is known
   DWORD access_ = 0;
   DWORD lastError_ = 0;
 };

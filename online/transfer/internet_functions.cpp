@@ -37,6 +37,7 @@ Functions::Functions() {
   find(queryInfo, module, "HttpQueryInfoA");
   find(ftpOpenFile, module, "FtpOpenFileA");
   find(ftpGetFileSize, module, "FtpGetFileSize");
+  find(queryDataAvailable, module, "InternetQueryDataAvailable");
   find(readFile, module, "InternetReadFile");
   find(crackUrl, module, "InternetCrackUrlA");
 }

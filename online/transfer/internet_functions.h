@@ -22,6 +22,7 @@ struct Functions {
   decltype(&HttpQueryInfoA) queryInfo;
   decltype(&FtpOpenFileA) ftpOpenFile;
   decltype(&FtpGetFileSize) ftpGetFileSize;
+  decltype(&InternetQueryDataAvailable) queryDataAvailable;
   decltype(&InternetReadFile) readFile;
   decltype(&InternetCrackUrlA) crackUrl;
 };

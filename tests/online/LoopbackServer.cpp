@@ -13,6 +13,7 @@ constexpr std::string_view agentHeader = "User-Agent: ";
 constexpr DWORD threadLimit = 20000;  // milliseconds
 constexpr long pollTime = 20;         // milliseconds
 constexpr DWORD betweenPieces = 1;    // milliseconds
+constexpr DWORD betweenDrops = 10;    // milliseconds
 
 void resetWhenClosed(SOCKET client) {
   const linger atOnce = {1, 0};
@@ -88,6 +89,13 @@ bool LoopbackServer::send(SOCKET client, const std::string& bytes) const {
 
 void LoopbackServer::rest() const { WaitForSingleObject(stop_, betweenPieces); }
 
+void LoopbackServer::drip(SOCKET client) {
+  while (send(client, "d")) {
+    InterlockedIncrement(&drops_);
+    WaitForSingleObject(stop_, betweenDrops);
+  }
+}
+
 void LoopbackServer::remember(const std::string& line) {
   EnterCriticalSection(&lock_);
   lines_.push_back(line);
@@ -142,6 +150,7 @@ void HttpServer::serve(SOCKET client) {
   // Whoever closes such a file may first want to have what has come in already: at the pace of a
   // network that has an end.
   while (answer.endless && send(client, std::string(4096, 'e'))) rest();
+  if (answer.drips) drip(client);
   if (answer.reset)
     resetWhenClosed(client);
   else
@@ -165,8 +174,8 @@ void HttpServer::change(const std::string& path, const Answer& answer) {
   LeaveCriticalSection(&lock_);
 }
 
-FtpServer::FtpServer(std::string greeting, std::string pieceOfFile)
-    : greeting_(std::move(greeting)), pieceOfFile_(std::move(pieceOfFile)) {
+FtpServer::FtpServer(std::string greeting, std::string pieceOfFile, Ending ending)
+    : greeting_(std::move(greeting)), pieceOfFile_(std::move(pieceOfFile)), ending_(ending) {
   start();
 }
 
@@ -196,13 +205,14 @@ bool FtpServer::answer(SOCKET client, const std::string& command) {
   }
   if (command != "RETR") return send(client, "502 what\r\n");
   send(client, "150 here it comes\r\n");
-  breakOff();
+  sendFile();
   return false;
 }
 
-void FtpServer::breakOff() {
+void FtpServer::sendFile() {
   const SOCKET data = accept(passive_);
   send(data, pieceOfFile_);
+  if (ending_ == Ending::drips) drip(data);
   resetWhenClosed(data);
   closesocket(data);
 }

@@ -15,6 +15,8 @@ class LoopbackServer {
   LoopbackServer& operator=(const LoopbackServer&) = delete;
 
   unsigned short port() const noexcept { return port_; }
+  // How many single bytes it has sent where it drips.
+  long drops() const noexcept { return drops_; }
 
  protected:
   LoopbackServer();
@@ -33,6 +35,8 @@ class LoopbackServer {
   bool send(SOCKET client, const std::string& bytes) const;
   bool stopping() const noexcept { return WaitForSingleObject(stop_, 0) == WAIT_OBJECT_0; }
   void rest() const;
+  // A byte now and then, for as long as the client takes them.
+  void drip(SOCKET client);
   void remember(const std::string& line);
 
   // Holds what the test and the server's thread share.
@@ -45,6 +49,7 @@ class LoopbackServer {
   unsigned short port_ = 0;
   HANDLE thread_ = nullptr;
   HANDLE stop_ = nullptr;
+  LONG drops_ = 0;
   std::vector<std::string> lines_;
 
  public:
@@ -58,6 +63,7 @@ class HttpServer final : public LoopbackServer {
     std::string bytes;     // status line, headers and body
     bool reset = false;    // then breaks the connection instead of closing it
     bool endless = false;  // then sends more for as long as the client takes it
+    bool drips = false;    // the same, a byte now and then
   };
 
   explicit HttpServer(std::map<std::string, Answer> answers);
@@ -87,18 +93,22 @@ class HttpServer final : public LoopbackServer {
   std::string agent_;
 };
 
-// Greets, lets everybody in and breaks off in the middle of the first file that is asked for.
+// Greets, lets everybody in and breaks off in the middle of the first file that is asked for, or
+// lets it drip.
 class FtpServer final : public LoopbackServer {
  public:
-  explicit FtpServer(std::string greeting, std::string pieceOfFile = {});
+  enum class Ending { breaksOff, drips };
+  explicit FtpServer(std::string greeting, std::string pieceOfFile = {},
+                     Ending ending = Ending::breaksOff);
   ~FtpServer() override;
 
  private:
   void serve(SOCKET client) override;
   bool answer(SOCKET client, const std::string& command);
-  void breakOff();
+  void sendFile();
 
   std::string greeting_;
   std::string pieceOfFile_;
+  Ending ending_;
   SOCKET passive_ = INVALID_SOCKET;
 };

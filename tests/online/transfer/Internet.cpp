@@ -19,6 +19,8 @@ struct Changes {
   std::optional<unsigned long> noSession;
   std::optional<unsigned long> noUrl;
   std::optional<unsigned long> noRead;
+  bool readsWhole = false;
+  std::optional<unsigned long> nothingTold;
   std::optional<unsigned long> noFtpFile;
   bool noOptions = false;
   std::string missing;
@@ -26,6 +28,8 @@ struct Changes {
   unsigned long flags = 0;
   InternetPatch::Options ofSession;
   InternetPatch::Options elsewhere;
+  int questions = 0;
+  int reads = 0;
   int staleCloses = 0;
 };
 
@@ -108,13 +112,30 @@ HINTERNET WINAPI openUrl(HINTERNET session, LPCSTR address, LPCSTR headers, DWOR
       session, address, headers, headersLength, flags, context);
 }
 
+BOOL WINAPI available(HINTERNET file, LPDWORD bytes, DWORD flags, DWORD_PTR context) {
+  ++changes.questions;
+  if (changes.nothingTold) {
+    SetLastError(*changes.nothingTold);
+    return FALSE;
+  }
+  return real(static_cast<decltype(&InternetQueryDataAvailable)>(nullptr),
+              "InternetQueryDataAvailable")(file, bytes, flags, context);
+}
+
 BOOL WINAPI read(HINTERNET file, LPVOID buffer, DWORD size, LPDWORD received) {
+  ++changes.reads;
   if (changes.noRead) {
     SetLastError(*changes.noRead);
     return FALSE;
   }
-  return real(static_cast<decltype(&InternetReadFile)>(nullptr), "InternetReadFile")(
-      file, buffer, size, received);
+  const auto readFile = real(static_cast<decltype(&InternetReadFile)>(nullptr), "InternetReadFile");
+  BOOL good = readFile(file, buffer, size, received);
+  DWORD more = *received;
+  while (changes.readsWhole && good && more > 0 && *received < size) {
+    good = readFile(file, static_cast<char*>(buffer) + *received, size - *received, &more);
+    *received += more;
+  }
+  return good;
 }
 
 BOOL WINAPI closeHandle(HINTERNET handle) {
@@ -133,6 +154,7 @@ FARPROC WINAPI lookUp(HMODULE module, LPCSTR name) {
       {"FtpGetFileSize", reinterpret_cast<void*>(fileSize)},
       {"InternetQueryOptionA", reinterpret_cast<void*>(queryOption)},
       {"InternetOpenUrlA", reinterpret_cast<void*>(openUrl)},
+      {"InternetQueryDataAvailable", reinterpret_cast<void*>(available)},
       {"InternetReadFile", reinterpret_cast<void*>(read)},
       {"InternetCloseHandle", reinterpret_cast<void*>(closeHandle)},
   };
@@ -162,6 +184,8 @@ void InternetPatch::openUrlAt(const char* address, const char* instead) {
 void InternetPatch::noSession(unsigned long code) { changes.noSession = code; }
 void InternetPatch::noUrl(unsigned long code) { changes.noUrl = code; }
 void InternetPatch::noRead(unsigned long code) { changes.noRead = code; }
+void InternetPatch::readsWhole() { changes.readsWhole = true; }
+void InternetPatch::nothingTold(unsigned long code) { changes.nothingTold = code; }
 void InternetPatch::noFtpFile(unsigned long code) { changes.noFtpFile = code; }
 void InternetPatch::noOptions() { changes.noOptions = true; }
 unsigned long InternetPatch::flagsOfSession() { return changes.flags; }
@@ -169,4 +193,6 @@ unsigned long InternetPatch::flagsOfSession() { return changes.flags; }
 const InternetPatch::Options& InternetPatch::optionsOfSession() { return changes.ofSession; }
 const InternetPatch::Options& InternetPatch::optionsElsewhere() { return changes.elsewhere; }
 void InternetPatch::missing(const char* function) { changes.missing = function; }
+int InternetPatch::questions() const noexcept { return changes.questions; }
+int InternetPatch::reads() const noexcept { return changes.reads; }
 int InternetPatch::staleCloses() const noexcept { return changes.staleCloses; }

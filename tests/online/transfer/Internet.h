@@ -28,6 +28,11 @@ class InternetPatch {
   // The same for the calls of InternetOpenUrl and for reading.
   void noUrl(unsigned long code);
   void noRead(unsigned long code);
+  // A read comes back when it has all that it wants, or the end of the file, as is documented; over
+  // FTP Wine gives what has come.
+  void readsWhole();
+  // Nor does it tell how much can be read.
+  void nothingTold(unsigned long code);
   // The same for the files of FTP servers; for setting options.
   void noFtpFile(unsigned long code);
   void noOptions();
@@ -41,6 +46,10 @@ class InternetPatch {
   using Options = std::vector<std::pair<unsigned long, unsigned long>>;
   static const Options& optionsOfSession();
   static const Options& optionsElsewhere();
+
+  // How often it was asked how much can be read, and for something to read.
+  int questions() const noexcept;
+  int reads() const noexcept;
 
   // How many handles were closed that the system no longer knew.
   int staleCloses() const noexcept;
