@@ -7,12 +7,17 @@
 #include <shlwapi.h>
 #include <wininet.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <optional>
+#include <set>
+#include <string_view>
 #include <type_traits>
+#include <utility>
 
 #include "tests/support/ImportPatch.h"
+#include "tests/torture/TaskMemory.h"
 
 namespace torture {
 namespace {
@@ -20,7 +25,7 @@ namespace {
 // What a failing call gives back: a value, the code itself, or an HRESULT.
 enum class Gives { value, code, result };
 // What a call that has been made changes in what the module holds.
-enum class Effect { none, takes, takesByCode, gives, givesSecond };
+enum class Effect { none, takes, takesByCode, takesByResult, gives, givesSecond, owns, disowns };
 
 struct Entry {
   const char* module;
@@ -62,6 +67,20 @@ long& countOf(const char* thing) {
   std::abort();
 }
 
+// What may also end by other hands is known one by one.
+constexpr char drawingObjects[] = "bitmaps, fonts, brushes and palettes";
+constexpr char metafiles[] = "metafiles";
+constexpr char windows[] = "windows";
+std::set<std::pair<std::string_view, const void*>> owned;
+std::set<std::pair<HWND, UINT_PTR>> timers;
+
+void forgetWhatWentWithItsWindow() {
+  std::erase_if(owned, [](const auto& each) {
+    return each.first == windows && !IsWindow(static_cast<HWND>(const_cast<void*>(each.second)));
+  });
+  std::erase_if(timers, [](const auto& each) { return each.first && !IsWindow(each.first); });
+}
+
 const SystemFailure* failureOf(const Entry& entry) {
   Watch& watch = watching();
   if (!watch.watcher || watch.kind != entry.kind || watch.inside ||
@@ -85,13 +104,10 @@ Value fromBits(long bits) {
 
 template <class Value>
 bool isNothing(const Value& value) {
-  if constexpr (std::is_pointer_v<Value>)
-    return value == nullptr;
-  else
-    return true;
+  return value == Value();
 }
 
-inline bool givesBack(Effect) { return false; }
+inline bool givesBack(Effect effect) { return effect == Effect::gives; }
 
 template <class First, class... Rest>
 bool givesBack(Effect effect, First first, Rest... rest) {
@@ -99,6 +115,30 @@ bool givesBack(Effect effect, First first, Rest... rest) {
   if constexpr (sizeof...(rest) > 0)
     if (effect == Effect::givesSecond) return givesBack(Effect::gives, rest...);
   return false;
+}
+
+inline const void* firstOf() { return nullptr; }
+
+template <class First, class... Rest>
+const void* firstOf(First first, Rest...) {
+  if constexpr (std::is_pointer_v<First> && !std::is_function_v<std::remove_pointer_t<First>>)
+    return first;
+  else
+    return nullptr;
+}
+
+template <class Result>
+void note(const Entry& entry, Result result, const void* first) {
+  const bool isGood = result != fromBits<Result>(entry.value);
+  if (entry.effect == Effect::takes && isGood) ++countOf(entry.thing);
+  if (entry.effect == Effect::takesByCode && result == fromBits<Result>(0)) ++countOf(entry.thing);
+  if constexpr (std::is_pointer_v<Result>) {
+    if (entry.effect == Effect::owns && isGood) owned.emplace(entry.thing, result);
+  } else {
+    if (entry.effect == Effect::takesByResult && static_cast<long>(result) >= 0)
+      ++countOf(entry.thing);
+    if (entry.effect == Effect::disowns && result) owned.erase({entry.thing, first});
+  }
 }
 
 template <class Result, class Function, class... Arguments>
@@ -116,10 +156,7 @@ Result pass(Entry& entry, Function* original, Arguments... arguments) {
     original(arguments...);
   } else {
     const Result result = original(arguments...);
-    if (entry.effect == Effect::takes && result != fromBits<Result>(entry.value))
-      ++countOf(entry.thing);
-    if (entry.effect == Effect::takesByCode && result == fromBits<Result>(0))
-      ++countOf(entry.thing);
+    note(entry, result, firstOf(arguments...));
     return result;
   }
 }
@@ -184,19 +221,69 @@ void __cdecl release(void* memory) {
   reinterpret_cast<decltype(&release)>(freeing->original)(memory);
 }
 
-// The clipboard takes what it is given; only memory is counted here.
+// The clipboard takes what it is given.
 Entry* clipboardSetting = nullptr;
+
+void giveToClipboard(UINT format, HANDLE data) {
+  if (format == CF_BITMAP || format == CF_PALETTE)
+    owned.erase({drawingObjects, data});
+  else if (format == CF_ENHMETAFILE)
+    owned.erase({metafiles, data});
+  else
+    --countOf("global blocks");
+}
 
 HANDLE WINAPI setClipboardData(UINT format, HANDLE data) {
   if (const SystemFailure* failure = failureOf(*clipboardSetting)) {
     SetLastError(failure->code);
     return nullptr;
   }
+  HMETAFILE picture = nullptr;
+  if (const auto* record =
+          format == CF_METAFILEPICT ? static_cast<METAFILEPICT*>(GlobalLock(data)) : nullptr) {
+    picture = record->hMF;
+    GlobalUnlock(data);
+  }
   const HANDLE set =
       reinterpret_cast<decltype(&setClipboardData)>(clipboardSetting->original)(format, data);
-  const bool isMemory = format != CF_BITMAP && format != CF_PALETTE && format != CF_ENHMETAFILE;
-  if (set && isMemory) --countOf("global blocks");
+  if (set) giveToClipboard(format, data);
+  if (set && picture) owned.erase({metafiles, picture});
   return set;
+}
+
+// A shared picture is the system's.
+Entry* imageLoading = nullptr;
+
+HANDLE WINAPI loadImage(HINSTANCE module, LPCWSTR name, UINT type, int width, int height,
+                        UINT flags) {
+  if (const SystemFailure* failure = failureOf(*imageLoading)) {
+    SetLastError(failure->code);
+    return nullptr;
+  }
+  const HANDLE image = reinterpret_cast<decltype(&loadImage)>(imageLoading->original)(
+      module, name, type, width, height, flags);
+  if (image && !(flags & LR_SHARED)) owned.emplace(drawingObjects, image);
+  return image;
+}
+
+// A window's timers end with it.
+Entry* timerStart = nullptr;
+Entry* timerEnd = nullptr;
+
+UINT_PTR WINAPI setTimer(HWND window, UINT_PTR number, UINT interval, TIMERPROC procedure) {
+  if (const SystemFailure* failure = failureOf(*timerStart)) {
+    SetLastError(failure->code);
+    return 0;
+  }
+  const UINT_PTR set = reinterpret_cast<decltype(&setTimer)>(timerStart->original)(
+      window, number, interval, procedure);
+  if (set) timers.emplace(window, window ? number : set);
+  return set;
+}
+
+BOOL WINAPI killTimer(HWND window, UINT_PTR number) {
+  timers.erase({window, number});
+  return reinterpret_cast<decltype(&killTimer)>(timerEnd->original)(window, number);
 }
 
 // What the module looks up while it runs gets its hook then.
@@ -217,8 +304,16 @@ FARPROC WINAPI getProcAddress(HMODULE module, LPCSTR name);
 #define FAILS(name, bad) WATCHED(Hook, library, name, kind, value, bad, none, "")
 // The same, and gives something that has to be given back.
 #define TAKES(name, bad, thing) WATCHED(Hook, library, name, kind, value, bad, takes, thing)
+// The same, known one by one.
+#define OWNS(name, bad, thing) WATCHED(Hook, library, name, kind, value, bad, owns, thing)
 // Gives something back, and does not fail.
 #define RETURNS(name, thing) WATCHED(Hook, library, name, std::nullopt, value, 0, gives, thing)
+#define DISOWNS(name, thing) WATCHED(Hook, library, name, std::nullopt, value, 0, disowns, thing)
+// The hook is a function of its own.
+#define OWN_HOOK(name, kind, hook, entry)                                           \
+  all.push_back({library, #name, kind, Gives::value, 0, Effect::none, "",           \
+                 reinterpret_cast<void*>(hook), nullptr});                          \
+  entry = &all.back();
 // Tells of its failure by its result.
 #define CODE(name) WATCHED(Hook, library, name, kind, code, 0, none, "")
 #define OPENS(name, thing) WATCHED(Hook, library, name, kind, code, 0, takesByCode, thing)
@@ -247,10 +342,11 @@ void addFiles(std::vector<Entry>& all) {
   FAILS(SetFilePointer, -1)
   FAILS(GetDiskFreeSpaceExW, 0)
   FAILS(GetModuleFileNameW, 0)
-  FAILS(LoadLibraryW, 0)
-  FAILS(LoadLibraryExW, 0)
+  TAKES(LoadLibraryW, 0, "libraries")
+  TAKES(LoadLibraryExW, 0, "libraries")
   RETURNS(CloseHandle, "files")
   RETURNS(FindClose, "searches")
+  RETURNS(FreeLibrary, "libraries")
 }
 
 void addProfiles(std::vector<Entry>& all) {
@@ -296,7 +392,8 @@ void addMemory(std::vector<Entry>& all) {
   {
     constexpr auto library = "kernel32.dll";
     TAKES(GlobalAlloc, 0, "global blocks")
-    FAILS(GlobalLock, 0)
+    TAKES(GlobalLock, 0, "locked blocks")
+    RETURNS(GlobalUnlock, "locked blocks")
     RETURNS(GlobalFree, "global blocks")
   }
   {
@@ -308,15 +405,16 @@ void addMemory(std::vector<Entry>& all) {
 void addWindows(std::vector<Entry>& all) {
   constexpr auto library = "user32.dll";
   constexpr auto kind = Kind::windows;
-  FAILS(CreateDialogIndirectParamW, 0)
-  FAILS(CreateWindowExW, 0)
+  OWNS(CreateDialogIndirectParamW, 0, windows)
+  OWNS(CreateWindowExW, 0, windows)
   FAILS(RegisterClassW, 0)
   TAKES(CreatePopupMenu, 0, "menus")
   FAILS(AppendMenuW, 0)
-  FAILS(SetTimer, 0)
-  FAILS(LoadImageW, 0)
+  OWN_HOOK(SetTimer, kind, setTimer, timerStart)
+  OWN_HOOK(KillTimer, std::nullopt, killTimer, timerEnd)
+  OWN_HOOK(LoadImageW, kind, loadImage, imageLoading)
   FAILS(LoadCursorW, 0)
-  FAILS(CopyImage, 0)
+  OWNS(CopyImage, 0, drawingObjects)
   FAILS(GetDlgItem, 0)
   FAILS(MapDialogRect, 0)
   FAILS(BeginDeferWindowPos, 0)
@@ -327,15 +425,22 @@ void addWindows(std::vector<Entry>& all) {
   FAILS(SetWindowPos, 0)
   FAILS(GetMonitorInfoW, 0)
   FAILS(SystemParametersInfoW, 0)
-  FAILS(OpenClipboard, 0)
+  TAKES(OpenClipboard, 0, "openings of the clipboard")
   FAILS(EmptyClipboard, 0)
   FAILS(GetClipboardData, 0)
   FAILS(RegisterClipboardFormatW, 0)
   FAILS(MessageBoxW, 0)
+  OWN_HOOK(SetClipboardData, kind, setClipboardData, clipboardSetting)
+  RETURNS(CloseClipboard, "openings of the clipboard")
   RETURNS(DestroyMenu, "menus")
-  all.push_back({library, "SetClipboardData", kind, Gives::value, 0, Effect::none, "",
-                 reinterpret_cast<void*>(setClipboardData), nullptr});
-  clipboardSetting = &all.back();
+  WATCHED(Hook, library, BeginPaint, std::nullopt, value, 0, takes, "paintings")
+  WATCHED(Hook, library, EndPaint, std::nullopt, value, 0, givesSecond, "paintings") {
+    constexpr auto library = "kernel32.dll";
+    TAKES(CreateActCtxW, -1, "activation contexts")
+    TAKES(ActivateActCtx, 0, "activated contexts")
+    WATCHED(Hook, library, DeactivateActCtx, std::nullopt, value, 0, givesSecond,
+            "activated contexts")
+  }
 }
 
 void addDrawing(std::vector<Entry>& all) {
@@ -344,17 +449,24 @@ void addDrawing(std::vector<Entry>& all) {
     constexpr auto library = "gdi32.dll";
     FAILS(BitBlt, 0)
     TAKES(CreateCompatibleDC, 0, "device contexts")
-    FAILS(CreateBitmap, 0)
-    FAILS(CreateCompatibleBitmap, 0)
-    FAILS(CreateDIBSection, 0)
-    FAILS(CreateFontW, 0)
-    FAILS(CreateSolidBrush, 0)
+    OWNS(CreateBitmap, 0, drawingObjects)
+    OWNS(CreateCompatibleBitmap, 0, drawingObjects)
+    OWNS(CreateDIBSection, 0, drawingObjects)
+    OWNS(CreateFontW, 0, drawingObjects)
+    OWNS(CreateSolidBrush, 0, drawingObjects)
     FAILS(GetDIBits, 0)
     FAILS(GetObjectW, 0)
     FAILS(GetTextExtentPoint32W, 0)
     FAILS(SelectObject, 0)
     FAILS(StretchBlt, 0)
+    OWNS(CreateDIBitmap, 0, drawingObjects)
+    OWNS(CreatePalette, 0, drawingObjects)
+    OWNS(CopyEnhMetaFileW, 0, metafiles)
+    OWNS(CopyMetaFileW, 0, metafiles)
     RETURNS(DeleteDC, "device contexts")
+    DISOWNS(DeleteObject, drawingObjects)
+    DISOWNS(DeleteEnhMetaFile, metafiles)
+    DISOWNS(DeleteMetaFile, metafiles)
   }
   {
     constexpr auto library = "user32.dll";
@@ -376,7 +488,8 @@ void addCom(std::vector<Entry>& all) {
     RESULT(CLSIDFromProgID)
     RESULT(CoCreateInstance)
     RESULT(CreateStreamOnHGlobal)
-    RESULT(OleInitialize)
+    WATCHED(Hook, library, OleInitialize, kind, result, 0, takesByResult, "uses of OLE")
+    RETURNS(OleUninitialize, "uses of OLE")
     FAILS(StringFromGUID2, 0)
   }
   {
@@ -422,7 +535,7 @@ void addYields(std::vector<Entry>& all) {
 
 std::vector<Entry> makeEntries() {
   std::vector<Entry> all;
-  all.reserve(200);  // its entries must not move
+  all.reserve(300);  // its entries must not move
   for (const auto add : {addFiles, addProfiles, addRegistry, addMemory, addWindows, addDrawing,
                          addCom, addNetwork, addYields})
     add(all);
@@ -467,7 +580,9 @@ class SystemCalls::Patches {
 
 // The first entry's original has to be known before its patch is in place, so nobody calls the
 // module meanwhile.
-SystemCalls::SystemCalls(HMODULE module) : patches_(std::make_unique<Patches>(module)) {}
+SystemCalls::SystemCalls(HMODULE module) : patches_(std::make_unique<Patches>(module)) {
+  TaskMemory::count();
+}
 
 SystemCalls::~SystemCalls() { unwatch(); }
 
@@ -481,6 +596,12 @@ std::map<std::string, long> SystemCalls::held() {
   std::map<std::string, long> result;
   for (const Held& each : torture::held)
     if (each.thing) result[each.thing] = each.count;
+  forgetWhatWentWithItsWindow();
+  for (const auto thing : {drawingObjects, metafiles, windows})
+    result[thing] = static_cast<long>(
+        std::ranges::count_if(owned, [&](const auto& each) { return each.first == thing; }));
+  result["timers"] = static_cast<long>(timers.size());
+  result["blocks of the system's memory for COM"] = TaskMemory::blocks();
   return result;
 }
 
