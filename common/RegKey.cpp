@@ -104,7 +104,7 @@ bool RegKey::QueryValueEx_SZ(std::wstring_view name, std::wstring& value, HKEY k
     std::string bytes(static_cast<std::size_t>(size) + 1, '\0');
     if (!settle(RegQueryValueExA(used, ansiName.c_str(), nullptr, &type,
                                  reinterpret_cast<BYTE*>(bytes.data()), &size)))
-      return false;  // Not run by tests: it has just been removed.
+      return false;
     bytes.resize(size);
     if (!keepNuls) bytes.resize(strnlen(bytes.data(), bytes.size()));
     value = text::fromAnsi(bytes);

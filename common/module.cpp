@@ -20,7 +20,7 @@ std::wstring path() {
       path.resize(length);
       return path;
     }
-    path.resize(path.size() * 2);  // Not run by tests: their path is shorter.
+    path.resize(path.size() * 2);
   }
 }
 

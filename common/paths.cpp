@@ -193,7 +193,7 @@ unsigned long long fileSize(std::wstring_view path) {
   const NoSystemBoxes quiet;
   WIN32_FILE_ATTRIBUTE_DATA data = {};
   if (!GetFileAttributesExW(std::wstring(path).c_str(), GetFileExInfoStandard, &data))
-    throw errors::fromLastError();  // Not run by tests: they ask for files that are there.
+    throw errors::fromLastError();
   return static_cast<unsigned long long>(data.nFileSizeHigh) << 32 | data.nFileSizeLow;
 }
 

@@ -472,12 +472,7 @@ bool frmDWTOnline::downloadTo(std::wstring& folder, const std::wstring& address)
 // but shows nothing for: a mail address, an archive, an answer without a page. Nothing tells of
 // those but the browser's coming to rest.
 void frmDWTOnline::showSuccessPage(const std::wstring& address) {
-  try {
-    wbDWTOnline.navigate(address);
-  } catch (...) {  // Not run by tests: no browser refuses the address.
-    switchOn();
-    throw;
-  }
+  wbDWTOnline.navigate(address);
   if (switchedOff_ && !SetTimer(hwnd(), watchTimer, watchInterval, nullptr)) switchOn();
 }
 

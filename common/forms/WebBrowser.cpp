@@ -136,8 +136,8 @@ bool WebBrowser::replaceBody(const std::wstring& html) {
   try {
     com::Dispatch(document).object(L"body").put(L"innerHTML", html);
     return true;
-  } catch (const Error&) {  // Not run by tests: theirs are pages.
-    return false;           // a document of another kind than a page
+  } catch (const Error&) {
+    return false;  // a document of another kind than a page
   }
 }
 
@@ -206,7 +206,7 @@ LRESULT CALLBACK WebBrowser::windowProcedure(HWND window, UINT message, WPARAM w
   auto* control = reinterpret_cast<WebBrowser*>(GetWindowLongPtrW(window, GWLP_USERDATA));
   try {
     if (control && control->hwnd() == window) return control->onMessage(message, wParam, lParam);
-  } catch (...) {  // Not run by tests: no page fails so.
+  } catch (...) {  // Not run by tests: no message is known to fail.
     // The page keeps its place as it is.
   }
   return DefWindowProcW(window, message, wParam, lParam);

@@ -449,3 +449,31 @@ TEST_CASE("a success clears the error of the operation before") {
   CHECK(key.GetLastError() == 0);
   CHECK(key.GetErrorDescription() == messageOf(ERROR_SUCCESS));
 }
+
+namespace {
+
+decltype(RegQueryValueExA)* queryValue = nullptr;
+
+// Somebody removes the value when its size has been asked for.
+LSTATUS WINAPI removeMeanwhile(HKEY key, LPCSTR name, LPDWORD unused, LPDWORD type, LPBYTE data,
+                               LPDWORD size) {
+  if (data) RegDeleteValueA(key, name);
+  return queryValue(key, name, unused, type, data, size);
+}
+
+}  // namespace
+
+TEST_CASE("a value that goes while it is read is one that is not there") {
+  const ScratchRegistry registry;
+  setRaw(path, "name", REG_SZ, "text");
+  RegKey key;
+  REQUIRE(key.OpenKey(root, path));
+  std::wstring value = L"before";
+  {
+    const ImportPatch patch(nullptr, "advapi32.dll", "RegQueryValueExA", removeMeanwhile);
+    queryValue = patch.original<decltype(RegQueryValueExA)>();
+    CHECK_FALSE(key.QueryValueEx_SZ(L"name", value));
+  }
+  CHECK(value == L"before");
+  CHECK(key.GetErrorDescription() == messageOf(ERROR_FILE_NOT_FOUND));
+}

@@ -193,6 +193,16 @@ TEST_CASE("a file's size may take more than 32 bits") {
   CHECK(fileSize(L"C:\\large") == 0x100000002);
 }
 
+TEST_CASE("a file that has gone has no size") {
+  const ScratchFolder scratch;
+  try {
+    fileSize(scratch / L"gone.htm");
+    FAIL("no error");
+  } catch (const Error& error) {
+    CHECK(error.number() == errors::fileNotFound);
+  }
+}
+
 TEST_CASE("a folder path with a trailing backslash is made whole") {
   ScratchFolder scratch;
   CHECK(CreateFolderPath(scratch / L"one\\two\\"));

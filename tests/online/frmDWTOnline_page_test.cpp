@@ -225,6 +225,19 @@ TEST_CASE("a browser that shows nothing for the success page leaves the window u
   }
 }
 
+TEST_CASE("a browser that refuses the success page leaves the window usable") {
+  const HttpServer server = serverOfArchive();
+  OnlineWindow online;
+  online.show([&] {
+    online.page.refusesAll = true;
+    online.page.follow(pageWithSuccess(server, L"http://127.0.0.1/done.htm"));
+    CHECK(online.page.navigations().back() == L"http://127.0.0.1/done.htm");
+    CHECK(isOn(online));
+    CHECK(online.open());
+    CHECK(online.log.hasLineWith(L"ERROR in procedure wbDWTOnline_BeforeNavigate2"));
+  });
+}
+
 TEST_CASE("without timers the window is usable after a download") {
   const HttpServer server = serverOfArchive();
   const ImportPatch none(nullptr, "user32.dll", "SetTimer", noTimer);

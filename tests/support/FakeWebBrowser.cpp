@@ -58,7 +58,8 @@ class OneProperty final : public Counted<IDispatch> {
   Put put_;
 };
 
-ComPtr<IDispatch> makeDocument(std::wstring& bodyHtml) {
+ComPtr<IDispatch> makeDocument(std::wstring& bodyHtml, bool hasBody) {
+  if (!hasBody) return ComPtr<IDispatch>::adopt(new OneProperty(L"pages", {}, {}));
   auto body = ComPtr<IDispatch>::adopt(new OneProperty(
       L"innerHTML", {}, [&bodyHtml](const std::wstring& html) { bodyHtml = html; }));
   return ComPtr<IDispatch>::adopt(new OneProperty(L"body", [body] { return body; }, {}));
@@ -297,7 +298,7 @@ class FakeBrowserObject final : public BareBrowser {
     }
     former_ = std::exchange(fake_.address_, reported);
     fake_.bodyHtml_.clear();
-    document_ = makeDocument(fake_.bodyHtml_);
+    document_ = makeDocument(fake_.bodyHtml_, fake_.hasBody);
     fire(DISPID_NAVIGATECOMPLETE2, {self(), reported});
     fire(DISPID_DOCUMENTCOMPLETE, {self(), reported});
   }

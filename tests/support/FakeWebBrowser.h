@@ -31,6 +31,7 @@ class FakeWebBrowser {
   bool canBeMade = true;
   bool refusesAll = false;  // navigations fail at once
   bool hasDocument = true;  // false: no page ever arrives, as without a rendering engine
+  bool hasBody = true;      // false: their documents are of another kind than a page
   bool isSlow = false;      // pages arrive no sooner than the test lets them
   bool isBusy = false;      // what they say when they are asked
   // What a page does that is there again before the call returns.

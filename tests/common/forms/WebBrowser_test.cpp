@@ -681,6 +681,18 @@ TEST_CASE("the body of a page can be replaced") {
   });
 }
 
+TEST_CASE("a document that has no body makes room for what is said in place of it") {
+  FakeWebBrowser fake;
+  fake.hasBody = false;
+  show([&](PageForm& form) {
+    form.enter(fake);
+    CHECK(IsWindowVisible(fake.window()));
+    form.page.setBodyHtml(L"<p>instead</p>", L"instead");
+    CHECK(fake.bodyHtml().empty());
+    CHECK_FALSE(IsWindowVisible(fake.window()));
+  });
+}
+
 TEST_CASE("a body that is set before there is a page is put into the next one") {
   FakeWebBrowser fake;
   show([&](PageForm& form) {
