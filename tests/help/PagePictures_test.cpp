@@ -130,14 +130,13 @@ TEST_CASE("a drawing under the name of a picture is not given to the system") {
 
 TEST_CASE("a picture of absurd size in notes is refused before anything is decoded") {
   Notes notes;
-  const std::pair<int, int> sizes[] = {
-      {6000, 6000}, {longestPictureSide + 1, 10}, {10, longestPictureSide + 1}};
+  const SIZE sizes[] = {{6000, 6000}, {longestPictureSide + 1, 10}, {10, longestPictureSide + 1}};
   const Decodings decodings;
-  for (const auto& [width, height] : sizes)
-    for (const std::string& file :
-         {gifClaiming(width, height), jpegClaiming(width, height), bmpClaiming(width, height)}) {
-      CAPTURE(width);
-      CAPTURE(height);
+  for (const SIZE& size : sizes)
+    for (const std::string& file : {gifClaiming(size.cx, size.cy), jpegClaiming(size.cx, size.cy),
+                                    bmpClaiming(size.cx, size.cy)}) {
+      CAPTURE(size.cx);
+      CAPTURE(size.cy);
       CAPTURE(static_cast<int>(file[0]));
       notes.pictures.begin(notes.page);
       notes.disk.writeFile(L"a.gif", file);

@@ -106,7 +106,7 @@ inline std::string blueBmpOf(int width, int height) {
     for (; size > 0; --size, value >>= 8) bytes += static_cast<char>(value);
     return bytes;
   };
-  const std::size_t rows = static_cast<std::size_t>(height < 0 ? -height : height);
+  const auto rows = static_cast<std::size_t>(height < 0 ? -height : height);
   const std::string pixels((static_cast<std::size_t>(width) + 31) / 32 * 4 * rows, '\0');
   return "BM" + number(62 + pixels.size(), 4) + number(0, 4) + number(62, 4) + number(40, 4) +
          number(static_cast<std::size_t>(width), 4) + number(static_cast<std::size_t>(height), 4) +
