@@ -70,10 +70,28 @@ bool hasLongLetter(std::wstring_view name) {
 
 constexpr std::wstring_view notInNames = L"<>|\"?*:";
 
+// The ten that are digits everywhere, and those that are where the code page has them.
+constexpr std::wstring_view anyDigits =
+    L"0123456789\u00B2\u00B3\u00B9"
+    L"\u0E50\u0E51\u0E52\u0E53\u0E54\u0E55\u0E56\u0E57\u0E58\u0E59";
+constexpr std::wstring_view digits = anyDigits.substr(0, 10);
+constexpr std::wstring_view someDigits = anyDigits.substr(10);
+
+// Whether the library drops the end of a name for a version depends on the system's language, which
+// knows what else is a digit: nobody can tell what the file would be called.
+bool hasDoubtfulVersion(std::wstring_view name) {
+  const auto at = name.rfind(L';');
+  return at != name.npos && name.find_first_not_of(anyDigits, at + 1) == name.npos &&
+         name.find_first_of(someDigits, at + 1) != name.npos;
+}
+
+bool isSafe(std::wstring_view name) {
+  return names::faultOf(name) == names::Fault::none && !hasDoubtfulVersion(name);
+}
+
 void dropVersion(std::wstring& path) {
   const auto at = path.find_last_of(L";/");
-  if (at != path.npos && path[at] == L';' &&
-      path.find_first_not_of(L"0123456789", at + 1) == path.npos)
+  if (at != path.npos && path[at] == L';' && path.find_first_not_of(digits, at + 1) == path.npos)
     path.erase(at);
 }
 
@@ -160,16 +178,15 @@ class NameCheck {
   // An earlier library, or another setting of the system, reads the bytes in another way.
   Fault checkReadings(const Entry& entry, const std::wstring& name) const {
     if (hasControl(name)) return Fault::controlName;
-    if (names::faultOf(name) != names::Fault::none) return Fault::unsafeName;
+    if (!isSafe(name)) return Fault::unsafeName;
     constexpr auto isPlainControl = [](char byte) {
       return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F;
     };
     if (std::any_of(entry.name.begin(), entry.name.end(), isPlainControl))
       return Fault::controlName;
-    return names::faultOf(pages_.fromAnsi(entry.name)) != names::Fault::none ||
-                   names::faultOf(pages_.fromOem(entry.name)) != names::Fault::none
-               ? Fault::unsafeName
-               : Fault::none;
+    return isSafe(pages_.fromAnsi(entry.name)) && isSafe(pages_.fromOem(entry.name))
+               ? Fault::none
+               : Fault::unsafeName;
   }
 
   static Fault faultOfMeeting(const Claim& before, const Claim& claim) {

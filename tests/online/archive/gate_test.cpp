@@ -566,6 +566,20 @@ TEST_CASE("a name that the library makes an unsafe one of keeps the archive pack
     checkRefused(ZipMaker().add(name, "evil"), unsafe + std::wstring(name, name + strlen(name)));
 }
 
+TEST_CASE("a name that only some systems take for one with a version keeps the archive packed") {
+  ZipMaker::Extras flag;
+  flag.flags = 0x0800;
+  checkRefused(ZipMaker().add("LPT1;\xC2\xB2", "evil", flag), unsafe + L"LPT1;\u00B2");
+  checkRefused(ZipMaker().add("page.;1\xC2\xB3", "evil", flag), unsafe + L"page.;1\u00B3");
+  checkRefused(ZipMaker().add("a/b;1;\xC2\xB9", "evil", flag), unsafe + L"a/b;1;\u00B9");
+  checkRefused(ZipMaker().add("page;\xE0\xB9\x90", "evil", flag), unsafe + L"page;\u0E50");
+  checkRefused(ZipMaker().add("page;\xE0\xB9\x99", "evil", flag), unsafe + L"page;\u0E59");
+  checkRefused(ZipMaker().add("page.htm", "1").add("page.htm;\xB2", "2"),
+               unsafe + L"page.htm;\u00B2");
+  checkUnpacked(ZipMaker().add("page;\xB2.htm", "new page").bytes(), L"page;\u00B2.htm");
+  checkUnpacked(ZipMaker().add("a;1/page\xB3", "new page").bytes(), L"a;1\\page\u00B3");
+}
+
 TEST_CASE("an entry without a name keeps the archive packed") {
   for (const char* name : {"", ".", "./.", ";1", "a/.", "a/./.", "a/.;1"})
     checkRefused(ZipMaker().add("first.htm", "1").add(name, "evil"), L"A file in it has no name.");
