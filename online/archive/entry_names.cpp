@@ -128,6 +128,15 @@ constexpr wchar_t below = L'\1';
 // The library cuts what is longer before it looks at its parts.
 constexpr std::size_t mostBytes = 259;
 
+// How much shorter than a file's the path of a folder has to be: a short name fits behind it.
+constexpr std::size_t roomInFolder = 12;
+
+bool isTooLong(const Place& place, std::size_t bytes, std::size_t longest) {
+  const auto slash = place.isFolder ? place.path.size() : place.path.rfind(L'/');
+  const bool hasFolder = slash != place.path.npos;
+  return bytes > longest || (hasFolder && slash + roomInFolder > longest);
+}
+
 // Takes in one name after the other.
 class NameCheck {
  public:
@@ -144,7 +153,7 @@ class NameCheck {
     const Place place = placeOf(*name, entry);
     entry.isFolder = place.isFolder;
     if (names::faultOf(place.path) != names::Fault::none) return Fault::unsafeName;
-    if (pages_.toAnsi(place.path).size() > longestPath_) return Fault::longName;
+    if (isTooLong(place, pages_.toAnsi(place.path).size(), longestPath_)) return Fault::longName;
     if (place.path.empty()) return place.isFolder ? Fault::none : Fault::noName;
     std::wstring key = pages_.upper(place.path);
     std::replace(key.begin(), key.end(), L'/', below);

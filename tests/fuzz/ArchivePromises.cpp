@@ -94,6 +94,9 @@ void checkNamesStayInside(const archive::Directory& directory, std::size_t longe
     const archive::Place place = archive::placeOf(*name, entry);
     promise(place.isFolder == entry.isFolder, "it is known what is a folder");
     promise(codePages().toAnsi(place.path).size() <= longestPath, "a path is not too long");
+    const auto folder = place.isFolder ? place.path.size() : place.path.rfind(L'/');
+    promise(folder == place.path.npos || folder + 12 <= longestPath,
+            "a folder has room for a short name");
     promise(codePages().fitsAnsi(place.path), "the library can be told the path");
     if (place.path.empty()) {
       promise(place.isFolder, "only a folder may be the one that is unpacked into");

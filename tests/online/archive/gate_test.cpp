@@ -678,6 +678,30 @@ TEST_CASE("a path that is too long keeps the archive packed") {
       L"The path of a file in it would be too long : " + std::wstring(name.begin(), name.end()));
 }
 
+// A folder needs room for a short name behind it.
+TEST_CASE("a path that is too long for a folder keeps the archive packed") {
+  for (const char* file : {"", "a"}) {
+    for (const std::size_t length : {247u, 248u}) {
+      CAPTURE(std::string(file));
+      CAPTURE(length);
+      ModalDriver driver;
+      const Unpacking unpacking(onePage());
+      const std::string name(length - unpacking.folder.size() - 1, 'd');
+      unpacking.scratch.writeFile(L"staging\\theme.zip",
+                                  onePage().add(name + '/' + file, "").bytes());
+      const bool fits = length == 247;
+      CHECK(unpacking.run() == fits);
+      CHECK(unpacking.read(L"page.htm") == (fits ? "new page" : ""));
+      REQUIRE(driver.boxes().size() == (fits ? 0 : 1));
+      if (!fits)
+        CHECK(driver.boxes()[0].text ==
+              L"The archive \" " + unpacking.archive +
+                  L" \" was not unpacked. The path of a file in it would be too long : " +
+                  std::wstring(name.begin(), name.end()) + L"/" + (*file ? L"a" : L""));
+    }
+  }
+}
+
 TEST_CASE("a file and a folder of one name keep the archive packed") {
   const std::wstring text = L"A file and a folder in it have the same name : ";
   checkRefused(ZipMaker().add("images", "x").add("images/dot.gif", "x"), text + L"images/dot.gif");
