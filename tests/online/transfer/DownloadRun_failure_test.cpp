@@ -184,6 +184,25 @@ TEST_CASE("an endless body without a length is not read at all") {
   CHECK(download.failures()[0].starts_with(L"Cannot unzip file: \" "));
 }
 
+TEST_CASE("of a file that is longer than it was said to be at most a piece too much comes in") {
+  const RealServers servers;
+  servers.folder().writeFile(L"public\\d.zip", std::string(100000, 'x'));
+  InternetPatch internet;
+  internet.ftpPort(servers.ftpPort());
+  internet.ftpFileSize(300);
+  internet.readsWhole();
+  Download download;
+  std::size_t received = 0;
+  download.view.cancelWhen = [&] {
+    if (download.output.has(L"File closed.") && download.isStaged(L"d.zip"))
+      received = download.stagedBytes(L"d.zip").size();
+    return false;
+  };
+  CHECK_FALSE(download.run(L"?dwt1=ftp://127.0.0.1/d.zip"));
+  CHECK(received >= 300);
+  CHECK(received < 300 + 255);
+}
+
 TEST_CASE("only while a theme is unpacked is the unpacking in theme mode") {
   ZipMaker::Extras extras;
   extras.password = "sesame";
