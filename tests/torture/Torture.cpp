@@ -304,8 +304,6 @@ void Trial::watchMemory(Lines& complaints) {
   const std::size_t taken = memoryOfProcess();
   const std::size_t now = taken > lost ? taken - lost : 0;
   if (++times_ == warmUps) memory_ = now;
-    std::printf("MEM %u lost %u looks %ld\n", (unsigned)taken, (unsigned)lost,
-                world_.clipboardLooks().count());
   if (times_ > warmUps && now > memory_ + mostGrowth)
     complaints.push_back(L"memory has grown by " + std::to_wstring(now - memory_));
 }
