@@ -1,5 +1,7 @@
 #include "addin/ClickSink.h"
 
+#include "common/report.h"
+
 namespace {
 
 constexpr GUID commandBarButtonEvents = {
@@ -63,6 +65,7 @@ HRESULT ClickSink::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters,
     if (handler) handler(buttonOf(*parameters), cancelDefaultOf(*parameters));
   } catch (...) {
     // The host is told nothing: a click has no outcome.
+    modCommon::reportModuleError(L"Invoke", errors::current(), L"ClickSink");
   }
   return S_OK;
 }

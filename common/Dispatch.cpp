@@ -156,10 +156,10 @@ Dispatch Dispatch::object(std::wstring_view member,
 }
 
 Dispatch Dispatch::lookUp(std::wstring_view member,
-                          std::initializer_list<Variant> arguments) const noexcept {
+                          std::initializer_list<Variant> arguments) const {
   try {
     return Dispatch(value(member, arguments).object());
-  } catch (...) {
+  } catch (const Error&) {
     return {};
   }
 }

@@ -31,9 +31,9 @@ class Dispatch {
 
   // The object behind a property or method; "nothing" raises 91.
   Dispatch object(std::wstring_view member, std::initializer_list<Variant> arguments = {}) const;
-  // The object behind a look-up; "nothing", no value and a failing call all give a null object.
-  Dispatch lookUp(std::wstring_view member,
-                  std::initializer_list<Variant> arguments = {}) const noexcept;
+  // The object behind a look-up; "nothing", no value and a failing call all give a null object;
+  // no memory for the call itself raises std::bad_alloc.
+  Dispatch lookUp(std::wstring_view member, std::initializer_list<Variant> arguments = {}) const;
 
  private:
   Variant invoke(std::wstring_view member, WORD flags,

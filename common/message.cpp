@@ -2,13 +2,16 @@
 
 #include <string>
 
+#include "common/log.h"
 #include "common/visual_styles.h"
 
 int showMessage(HWND owner, std::wstring_view text, UINT style, std::wstring_view title) noexcept {
+  int answer = 0;
   try {
     const VisualStyles styles;
-    return MessageBoxW(owner, std::wstring(text).c_str(), std::wstring(title).c_str(), style);
+    answer = MessageBoxW(owner, std::wstring(text).c_str(), std::wstring(title).c_str(), style);
   } catch (...) {  // Not run by tests: no memory.
-    return 0;
   }
+  if (answer == 0) modCommon::WriteLog(text);
+  return answer;
 }

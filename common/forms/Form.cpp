@@ -214,11 +214,12 @@ Form::~Form() = default;
 std::wstring Form::caption() const { return windowText(window_); }
 
 int Form::message(std::wstring_view text, UINT style) const noexcept {
+  std::wstring title;
   try {
-    return showMessage(boxOwner(), text, style, caption());
+    title = caption();
   } catch (...) {  // Not run by tests: no memory.
-    return 0;
   }
+  return showMessage(boxOwner(), text, style, title);
 }
 
 HWND Form::boxOwner() const noexcept {

@@ -1,5 +1,7 @@
 #include "common/forms/WebBrowserSite.h"
 
+#include "common/report.h"
+
 namespace forms {
 namespace {
 
@@ -15,7 +17,9 @@ constexpr long passivePages = DLCTL_DLIMAGES | DLCTL_NO_SCRIPTS | DLCTL_NO_JAVA 
 // fewer.
 com::Variant argument(const DISPPARAMS& arguments, UINT fromEnd) {
   com::Variant value;
-  if (fromEnd < arguments.cArgs) VariantCopyInd(value.put(), &arguments.rgvarg[fromEnd]);
+  if (fromEnd >= arguments.cArgs) return value;
+  const HRESULT copied = VariantCopyInd(value.put(), &arguments.rgvarg[fromEnd]);
+  if (FAILED(copied)) throw errors::fromHResult(copied);
   return value;
 }
 
@@ -165,6 +169,8 @@ HRESULT WebBrowser::Site::Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPA
     onEvent(member, *arguments);
     return S_OK;
   } catch (...) {
+    // The page goes on as if nobody had listened.
+    modCommon::reportModuleError(L"Invoke", errors::current(), L"WebBrowser");
     return E_FAIL;
   }
 }

@@ -81,14 +81,29 @@ void forgetWhatWentWithItsWindow() {
   std::erase_if(timers, [](const auto& each) { return each.first && !IsWindow(each.first); });
 }
 
-const SystemFailure* failureOf(const Entry& entry) {
+void noteText(SystemCall&) {}
+
+template <class First, class... Rest>
+void noteText(SystemCall& call, First first, Rest... rest) {
+  constexpr bool isNarrow = std::is_same_v<First, LPCSTR>;
+  constexpr bool isWide = std::is_same_v<First, LPCWSTR>;
+  if constexpr (isNarrow) call.narrowText = first;
+  if constexpr (isWide)
+    if (!IS_INTRESOURCE(first)) call.wideText = first;
+  if constexpr (!isNarrow && !isWide) noteText(call, rest...);
+}
+
+template <class... Arguments>
+const SystemFailure* failureOf(const Entry& entry, Arguments... arguments) {
   Watch& watch = watching();
   if (!watch.watcher || watch.kind != entry.kind || watch.inside ||
       watch.thread != GetCurrentThreadId())
     return nullptr;
   watch.inside = true;
   const DWORD error = GetLastError();
-  const SystemFailure* failure = watch.watcher({++watch.calls, entry.function});
+  SystemCall call = {++watch.calls, entry.function};
+  noteText(call, arguments...);
+  const SystemFailure* failure = watch.watcher(call);
   SetLastError(error);
   watch.inside = false;
   return failure;
@@ -144,7 +159,7 @@ void note(const Entry& entry, Result result, const void* first) {
 template <class Result, class Function, class... Arguments>
 Result pass(Entry& entry, Function* original, Arguments... arguments) {
   if constexpr (!std::is_void_v<Result>) {
-    if (const SystemFailure* failure = failureOf(entry)) {
+    if (const SystemFailure* failure = failureOf(entry, arguments...)) {
       SetLastError(failure->code);
       if (entry.gives == Gives::code) return fromBits<Result>(static_cast<long>(failure->code));
       if (entry.gives == Gives::result) return fromBits<Result>(failure->result);

@@ -18,6 +18,9 @@ enum class Kind { registry, ini, files, memory, windows, drawing, com, network, 
 struct SystemCall {
   int number;  // from 1 on, since the watch began, among the calls of its kind
   const char* function;
+  // The first text that it is given, if any: of a path the last part tells what is asked for.
+  const char* narrowText = nullptr;
+  const wchar_t* wideText = nullptr;
 };
 
 // What a call that is to fail fails with.

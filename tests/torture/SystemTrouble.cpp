@@ -2,6 +2,8 @@
 
 #include <wininet.h>
 
+#include <string_view>
+
 #include "tests/torture/World.h"
 
 namespace torture {
@@ -31,6 +33,20 @@ const std::vector<SystemWay>& systemWays() {
   return ways;
 }
 
+namespace {
+
+std::wstring wide(std::string_view text) { return {text.begin(), text.end()}; }
+
+std::wstring described(const SystemCall& call) {
+  std::wstring text = wide(call.narrowText ? call.narrowText : "");
+  if (call.wideText) text = call.wideText;
+  // The folder of the tests has another name each time.
+  text.erase(0, text.find_last_of(L"\\/") + 1);
+  return wide(call.function) + (text.empty() ? text : L" " + text);
+}
+
+}  // namespace
+
 SystemTrouble::SystemTrouble(World& world, const SystemWay& way, int number)
     : world_(world), way_(way), number_(number) {
   world.system().watch(way.kind, [this](const SystemCall& call) { return meet(call); });
@@ -40,8 +56,7 @@ SystemTrouble::~SystemTrouble() { world_.system().unwatch(); }
 
 const SystemFailure* SystemTrouble::meet(const SystemCall& call) {
   if (call.number != number_) return nullptr;
-  const std::string name = call.function;
-  function_.assign(name.begin(), name.end());
+  function_ = described(call);
   switch (way_.happens) {
     case Happens::failure:
       return &way_.failure;

@@ -38,7 +38,7 @@ class SystemTrouble {
   SystemTrouble(const SystemTrouble&) = delete;
   SystemTrouble& operator=(const SystemTrouble&) = delete;
 
-  // The function that it befell; empty when there was no such call.
+  // The function that it befell, and what it was asked for; empty when there was no such call.
   const std::wstring& function() const noexcept { return function_; }
 
  private:

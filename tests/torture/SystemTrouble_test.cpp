@@ -1,6 +1,7 @@
 // Some of what ./dev torture tries in full, so that it is seen at once when something gives way.
 #include <functional>
 #include <random>
+#include <string_view>
 
 #include "tests/support/Watchdog.h"
 #include "tests/support/text_output.h"
@@ -90,6 +91,25 @@ TEST_CASE("An entry for which there is no memory is given up and the host goes o
   torture::World world;
   torture::Trial trial(world, torture::journeyOf("connection"));
   checkWithoutMemory(trial, 34, 40);
+}
+
+// Each of these once left an entry in the menu, or made none, without a word.
+TEST_CASE("A look-up of the host's for which there is no memory is told of") {
+  const Watchdog watchdog(patience);
+  torture::World world;
+  torture::Trial connection(world, torture::journeyOf("connection"));
+  checkWithoutMemory(connection, 7, 9);
+  torture::Trial disconnection(world, torture::journeyOf("disconnection"));
+  checkWithoutMemory(disconnection, 4, 6, 2);
+}
+
+TEST_CASE("A click and a page's address for which there is no memory are told of") {
+  const Watchdog watchdog(patience);
+  torture::World world;
+  torture::Trial trial(world, torture::journeyOf("download"));
+  checkWithoutMemory(trial, 1, 1);
+  for (const SystemWay& way : torture::systemWays())
+    if (way.name == std::string_view("COM out of memory")) check(trial, way, 17);
 }
 
 TEST_CASE("A copy that gets no memory when it begins takes its window away") {

@@ -75,12 +75,20 @@ void complainOfRest(const World& world, Lines& complaints) {
   if (!world.canUnload()) complaints.push_back(L"the module cannot be unloaded");
 }
 
+constexpr wchar_t otherPlace[] = L"data\\Korvel Software\\DWTs\\";
+
 // The folder that a download went to, which the user saw, is where the next one goes.
 std::wstring placeOfSecond(const std::wstring& path, const Files& first) {
   const std::wstring usual = L"downloads\\lighthouse\\";
-  const std::wstring other = L"data\\Korvel Software\\DWTs\\lighthouse\\";
+  const std::wstring other = otherPlace + std::wstring(L"lighthouse\\");
   return first.contains(other) && path.starts_with(usual) ? other + path.substr(usual.size())
                                                           : path;
+}
+
+// A line about it is one that the undisturbed journey does not write.
+bool isAboutOtherPlace(const std::wstring& line, const Files& first) {
+  const std::wstring folder(otherPlace, std::size(otherPlace) - 2);
+  return first.contains(otherPlace) && line.find(folder) != line.npos;
 }
 
 constexpr wchar_t usersPage[] = L"webs\\my site\\index.htm";
@@ -144,6 +152,19 @@ bool mayBeQuiet(std::wstring member) {
   if (member.starts_with(name)) member.erase(0, name.size());
   return std::ranges::any_of(quietMembers,
                              [&](const Quiet& each) { return member == each.member; });
+}
+
+// The same for calls of the system, where they leave something undone.
+constexpr Quiet quietCalls[] = {
+    {L"GetPrivateProfileStringA", "a description that cannot be read is one that says nothing"},
+};
+
+// Where what has vanished lay. Who looks for it afterwards finds nothing, and may not have looked.
+constexpr const wchar_t* vanishing[] = {L"templates\\Night Ferry\\", L"downloads\\"};
+
+bool vanishes(std::wstring_view path) {
+  return std::ranges::any_of(vanishing,
+                             [&](std::wstring_view each) { return path.starts_with(each); });
 }
 
 bool isToldOf(std::wstring_view text, const Lines& said) {
@@ -233,6 +254,7 @@ void Trial::compare(const Course& course, bool hostWasGone, Verdict& verdict) co
     verdict.complaints.push_back(L"the second time shows: " + box);
   for (const auto& line :
        beyond(beyond(course.second.lines, usual_.second.lines), usual_.first.lines))
+    if (!isAboutOtherPlace(line, course.first.files))
     verdict.complaints.push_back(L"the second time logs: " + line);
   compareWindows(L"the second time", course.second, usual_.second, verdict.complaints);
   // What a host that was gone has kept in its menu meanwhile is its own affair.
@@ -258,6 +280,27 @@ void Trial::demandWord(HostWay way, Verdict& verdict) {
   if (!isValue && verdict.said.empty()) verdict.complaints.push_back(L"nothing is told");
 }
 
+// What a failing call leaves undone is told of. What is made in another folder that the user saw is
+// not undone.
+void Trial::demandWord(const SystemWay& way, const Course& course, Verdict& verdict) const {
+  if (verdict.where.empty() || !verdict.said.empty()) return;
+  // With its window the host takes ours along: nobody is left to be told.
+  if (way.happens == Happens::ownerGoes) return;
+  // A folder that is emptied while it is listed has no more files.
+  if (way.happens == Happens::filesVanish && verdict.where.starts_with(L"FindNextFileA")) return;
+  if (std::ranges::any_of(
+          quietCalls, [&](const Quiet& each) { return verdict.where.starts_with(each.member); }))
+    return;
+  for (const auto& [path, bytes] : usual_.first.files) {
+    if (way.happens == Happens::filesVanish && vanishes(path)) continue;
+    const auto found = course.first.files.find(placeOfSecond(path, course.first.files));
+    if (found == course.first.files.end() || found->second != bytes)
+      verdict.complaints.push_back(L"nothing is told of what is not made: " + path);
+  }
+  if (course.first.menu != usual_.first.menu)
+    verdict.complaints.push_back(L"nothing is told of another menu");
+}
+
 Verdict Trial::withHostTrouble(HostWay way, int number) {
   Verdict verdict;
   const auto body = [&] {
@@ -280,13 +323,17 @@ int Trial::systemCalls(Kind kind) {
 
 Verdict Trial::withSystemTrouble(const SystemWay& way, int number) {
   Verdict verdict;
+  bool wasRefused = false;  // no object was made, which the host is told by a result
   const auto body = [&] {
     const SystemTrouble trouble(world_, way, number);
     journey_.body(world_);
     verdict.where = trouble.function();
+    wasRefused = journey_.before == nothingMore && world_.canUnload();
   };
   const Course course = runUntilSteady(body, verdict.complaints);
-  return tried(judge(course, false, std::move(verdict)));
+  verdict = judge(course, false, std::move(verdict));
+  if (!wasRefused) demandWord(way, course, verdict);
+  return tried(std::move(verdict));
 }
 
 Verdict Trial::again() {

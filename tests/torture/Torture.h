@@ -59,6 +59,7 @@ class Trial {
   bool takesMore();
   void watchMemory(Lines& complaints);
   static void demandWord(HostWay way, Verdict& verdict);
+  void demandWord(const SystemWay& way, const Course& course, Verdict& verdict) const;
 
   World& world_;
   const Journey& journey_;
