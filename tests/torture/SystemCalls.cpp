@@ -4,6 +4,7 @@
 #include <ocidl.h>
 #include <olectl.h>
 #include <shellapi.h>
+#include <shlobj.h>
 #include <shlwapi.h>
 #include <wininet.h>
 
@@ -361,7 +362,12 @@ void addFiles(std::vector<Entry>& all) {
   TAKES(LoadLibraryExW, 0, "libraries")
   RETURNS(CloseHandle, "files")
   RETURNS(FindClose, "searches")
-  RETURNS(FreeLibrary, "libraries")
+  RETURNS(FreeLibrary, "libraries") {
+    constexpr auto library = "shell32.dll";
+    FAILS(ShellExecuteW, SE_ERR_FNF)
+    FAILS(SHBrowseForFolderW, 0)
+    FAILS(SHGetPathFromIDListW, 0)
+  }
 }
 
 void addProfiles(std::vector<Entry>& all) {
@@ -387,7 +393,11 @@ void addRegistry(std::vector<Entry>& all) {
   CODE(RegQueryValueExW)
   CODE(RegSetValueExA)
   CODE(RegSetValueExW)
-  RETURNS(RegCloseKey, "keys")
+  RETURNS(RegCloseKey, "keys") {
+    constexpr auto library = "shlwapi.dll";
+    CODE(SHDeleteKeyA)
+    CODE(SHDeleteValueA)
+  }
 }
 
 void addMemory(std::vector<Entry>& all) {
@@ -445,12 +455,16 @@ void addWindows(std::vector<Entry>& all) {
   FAILS(GetClipboardData, 0)
   FAILS(RegisterClipboardFormatW, 0)
   FAILS(MessageBoxW, 0)
+  FAILS(TrackPopupMenuEx, 0)
+  FAILS(LoadStringW, 0)
   OWN_HOOK(SetClipboardData, kind, setClipboardData, clipboardSetting)
   RETURNS(CloseClipboard, "openings of the clipboard")
   RETURNS(DestroyMenu, "menus")
   WATCHED(Hook, library, BeginPaint, std::nullopt, value, 0, takes, "paintings")
   WATCHED(Hook, library, EndPaint, std::nullopt, value, 0, givesSecond, "paintings") {
     constexpr auto library = "kernel32.dll";
+    FAILS(FindResourceW, 0)
+    FAILS(LoadResource, 0)
     TAKES(CreateActCtxW, -1, "activation contexts")
     TAKES(ActivateActCtx, 0, "activated contexts")
     WATCHED(Hook, library, DeactivateActCtx, std::nullopt, value, 0, givesSecond,
@@ -511,6 +525,7 @@ void addCom(std::vector<Entry>& all) {
     constexpr auto library = "oleaut32.dll";
     RESULT(GetActiveObject)
     RESULT(OleLoadPicture)
+    RESULT(LoadTypeLibEx)
     RESULT(VariantChangeType)
     RESULT(VariantCopy)
     RESULT(VariantCopyInd)
@@ -534,6 +549,7 @@ void addNetwork(std::vector<Entry>& all) {
   TAKES(InternetOpenUrlA, 0, "network handles")
   FAILS(HttpQueryInfoA, 0)
   TAKES(FtpOpenFileA, 0, "network handles")
+  FAILS(FtpGetFileSize, -1)
   FAILS(InternetReadFile, 0)
   FAILS(InternetCrackUrlA, 0)
   RETURNS(InternetCloseHandle, "network handles")

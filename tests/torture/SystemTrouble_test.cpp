@@ -133,6 +133,33 @@ TEST_CASE("A copy stands a cancel wherever it lets messages through") {
   checkSome("copy", 3, [](const SystemWay& way) { return way.kind == Kind::yields; });
 }
 
+TEST_CASE("A copy stands a call of each kind that fails") {
+  const Watchdog watchdog(patience);
+  torture::World world;
+  torture::Trial trial(world, torture::journeyOf("copy"));
+  for (const SystemWay& way : torture::systemWays()) {
+    const bool isTried = way.kind != Kind::memory && way.kind != Kind::yields &&
+                         way.kind != Kind::network && way.name != std::string_view("file missing");
+    if (isTried) check(trial, way, way.kind == Kind::files ? 107 : 9);
+  }
+}
+
+TEST_CASE("A download stands a call of the network that fails") {
+  const Watchdog watchdog(patience);
+  torture::World world;
+  torture::Trial trial(world, torture::journeyOf("download"));
+  for (const SystemWay& way : torture::systemWays())
+    if (way.kind == Kind::network)
+      for (const int number : {1, 5}) check(trial, way, number);
+}
+
+TEST_CASE("A registration stands keys that are denied") {
+  const Watchdog watchdog(patience);
+  torture::World world;
+  torture::Trial trial(world, torture::journeyOf("registration"));
+  for (int number = 1; number <= 5; ++number) check(trial, torture::systemWays().front(), number);
+}
+
 TEST_CASE("A connection that is made again and again holds no more than the first") {
   torture::World world;
   torture::Trial trial(world, torture::journeyOf("connection"));

@@ -26,6 +26,13 @@ void connectWithNotes(World& world) {
   world.addNotes();
   world.connect();
 }
+
+// What either comes to is told to its caller by a result.
+void registerAndBack(World& world) {
+  for (const char* name : {"DllRegisterServer", "DllUnregisterServer"})
+    reinterpret_cast<HRESULT(WINAPI*)()>(
+        reinterpret_cast<void*>(GetProcAddress(world.module(), name)))();
+}
 void connectOverTemplate(World& world) {
   world.refuseToOverwrite();
   world.connect();
@@ -114,6 +121,7 @@ const std::vector<Journey>& journeys() {
       {"download", connect, download, nothingMore, L"downloads\\lighthouse\\images\\tower.gif"},
       {"windows", connect, openEverything, nothingMore, usersPage},
       {"disconnection", connect, disconnect, nothingMore, usersPage},
+      {"registration", nothingMore, registerAndBack, nothingMore, usersPage},
   };
   return all;
 }

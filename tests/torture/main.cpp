@@ -50,6 +50,7 @@ void listHost() {
   torture::World world;
   for (const torture::Journey& journey : torture::journeys()) {
     const torture::Trial trial(world, journey);
+    if (trial.hostCalls() == 0) continue;
     for (int way = 0; way < torture::hostWays; ++way)
       std::printf("host %s %d %d\n", journey.name, way, trial.hostCalls());
   }
