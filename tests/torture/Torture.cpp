@@ -263,7 +263,7 @@ void Trial::compare(const Course& course, bool hostWasGone, Verdict& verdict) co
   for (const auto& line :
        beyond(beyond(course.second.lines, usual_.second.lines), usual_.first.lines))
     if (!isAboutOtherPlace(line, course.first.files))
-    verdict.complaints.push_back(L"the second time logs: " + line);
+      verdict.complaints.push_back(L"the second time logs: " + line);
   compareWindows(L"the second time", course.second, usual_.second, verdict.complaints);
   // What a host that was gone has kept in its menu meanwhile is its own affair.
   if (!hostWasGone && course.second.menu != usual_.second.menu)
