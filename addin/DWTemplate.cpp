@@ -44,6 +44,7 @@ void quietly(std::wstring_view procedure, Body&& body) noexcept {
   }
 }
 
+// Marks that the host is asked, for as long as it lives.
 class Asking {
  public:
   explicit Asking(bool& flag) noexcept : flag_(flag) { flag_ = true; }

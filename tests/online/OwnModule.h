@@ -23,18 +23,25 @@ class OwnModule {
   OwnModule(const OwnModule&) = delete;
   OwnModule& operator=(const OwnModule&) = delete;
 
+  static std::wstring besideProgram(const wchar_t* name) {
+    wchar_t path[MAX_PATH];
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    const std::wstring program = path;
+    return program.substr(0, program.rfind(L'\\') + 1) + name;
+  }
+
   const ScratchFolder& folder() const noexcept { return folder_; }
+  // What the user is told when no library works that lies there.
+  std::wstring complaint() const {
+    return L"The unzip library \" " + (folder_ / L"unzip32.dll") +
+           L" \" could not be loaded. The product may have to be reinstalled.";
+  }
   void useStandIn() const {
     CopyFileW(testLibrary().c_str(), (folder_ / L"unzip32.dll").c_str(), FALSE);
   }
 
  private:
-  static std::wstring testLibrary() {
-    wchar_t path[MAX_PATH];
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const std::wstring program = path;
-    return program.substr(0, program.rfind(L'\\') + 1) + L"standin-unzip32.dll";
-  }
+  static std::wstring testLibrary() { return besideProgram(L"standin-unzip32.dll"); }
 
   HINSTANCE before_;
   ScratchFolder folder_;

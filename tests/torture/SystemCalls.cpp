@@ -550,6 +550,7 @@ void addNetwork(std::vector<Entry>& all) {
   FAILS(HttpQueryInfoA, 0)
   TAKES(FtpOpenFileA, 0, "network handles")
   FAILS(FtpGetFileSize, -1)
+  FAILS(InternetQueryDataAvailable, 0)
   FAILS(InternetReadFile, 0)
   FAILS(InternetCrackUrlA, 0)
   RETURNS(InternetCloseHandle, "network handles")

@@ -253,10 +253,6 @@ class LoadWatch {
   ImportPatch load_;
 };
 
-}  // namespace
-
-namespace {
-
 // Libraries of its name, that would do, in the current folder and first in the path.
 class RivalLibraries {
  public:
@@ -264,7 +260,8 @@ class RivalLibraries {
     GetCurrentDirectoryW(MAX_PATH, current_);
     path_.resize(GetEnvironmentVariableW(L"PATH", path_.data(), static_cast<DWORD>(path_.size())));
     for (const wchar_t* folder : {L"current\\unzip32.dll", L"path\\unzip32.dll"})
-      REQUIRE(CopyFileW(realLibrary().c_str(), disk_.writeFile(folder).c_str(), FALSE));
+      REQUIRE(CopyFileW(OwnModule::besideProgram(L"unzip32.dll").c_str(),
+                        disk_.writeFile(folder).c_str(), FALSE));
     SetCurrentDirectoryW((disk_ / L"current").c_str());
     SetEnvironmentVariableW(L"PATH", ((disk_ / L"path") + L";" + path_).c_str());
   }
@@ -276,13 +273,6 @@ class RivalLibraries {
   RivalLibraries& operator=(const RivalLibraries&) = delete;
 
  private:
-  static std::wstring realLibrary() {
-    wchar_t program[MAX_PATH];
-    GetModuleFileNameW(nullptr, program, MAX_PATH);
-    const std::wstring path = program;
-    return path.substr(0, path.rfind(L'\\') + 1) + L"unzip32.dll";
-  }
-
   ScratchFolder disk_;
   wchar_t current_[MAX_PATH] = {};
   std::wstring path_ = std::wstring(32'767, L'\0');
@@ -309,9 +299,7 @@ TEST_CASE("another unzip library in the current folder or in the path replaces n
   const Unpacking unpacking(onePage());
   CHECK_FALSE(unpacking.run());
   REQUIRE(driver.boxes().size() == 1);
-  CHECK(driver.boxes()[0].text == L"The unzip library \" " + (own.folder() / L"unzip32.dll") +
-                                      L" \" could not be loaded. The product may have to be "
-                                      L"reinstalled.");
+  CHECK(driver.boxes()[0].text == own.complaint());
   CHECK(LoadWatch::loaded.empty());
   CHECK(unpacking.untouched());
 }
