@@ -32,7 +32,7 @@ bool RegKey::run(Operation operation) {
   internal_ = none;
   try {
     return operation();
-  } catch (const std::bad_alloc&) {  // Not run by tests: no memory.
+  } catch (const std::bad_alloc&) {
     return settle(ERROR_NOT_ENOUGH_MEMORY);
   }
 }

@@ -46,7 +46,6 @@ class Error : public std::exception {
   // Both live as long as this error or a copy of it.
   std::wstring_view description() const noexcept;
   std::wstring_view source() const noexcept;
-  // Not run by tests: nobody asks.
   const char* what() const noexcept override { return "Quillet error"; }
 
  private:

@@ -10,7 +10,8 @@ int showMessage(HWND owner, std::wstring_view text, UINT style, std::wstring_vie
   try {
     const VisualStyles styles;
     answer = MessageBoxW(owner, std::wstring(text).c_str(), std::wstring(title).c_str(), style);
-  } catch (...) {  // Not run by tests: no memory.
+  } catch (...) {
+    // no memory for the words themselves
   }
   if (answer == 0) modCommon::WriteLog(text);
   return answer;

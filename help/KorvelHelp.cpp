@@ -10,7 +10,6 @@ namespace {
 constexpr DWORD patience = 10000;  // milliseconds
 
 // Held while a start finds out whether it is the first; starts at the same time wait for it.
-// Not run by tests: they show the window without the program.
 class StartTurn {
  public:
   StartTurn() noexcept : mutex_(CreateMutexW(nullptr, FALSE, L"KorvelHelpStart")) {
@@ -30,7 +29,6 @@ class StartTurn {
 
 }  // namespace
 
-// Not run by tests: as above.
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
   return help::runProgram([] {
     const std::wstring commandLine = GetCommandLineW();

@@ -19,12 +19,10 @@ ArchiveFile::ArchiveFile(const std::wstring& path) {
 
 std::size_t ArchiveFile::read(std::uint64_t offset, char* buffer, std::size_t count) {
   const NoSystemBoxes quiet;
-  auto high = static_cast<LONG>(offset >> 32);
-  SetLastError(NO_ERROR);
+  LARGE_INTEGER place;
+  place.QuadPart = static_cast<LONGLONG>(offset);
   DWORD got = 0;
-  if ((SetFilePointer(file_.get(), static_cast<LONG>(offset), &high, FILE_BEGIN) ==
-           INVALID_SET_FILE_POINTER &&
-       GetLastError() != NO_ERROR) ||
+  if (!SetFilePointerEx(file_.get(), place, nullptr, FILE_BEGIN) ||
       !ReadFile(file_.get(), buffer, static_cast<DWORD>(count), &got, nullptr))
     throw errors::fromLastError();
   return got;

@@ -355,7 +355,7 @@ void addFiles(std::vector<Entry>& all) {
   FAILS(GetLongPathNameW, 0)
   FAILS(GetShortPathNameW, 0)
   FAILS(GetTempFileNameW, 0)
-  FAILS(SetFilePointer, -1)
+  FAILS(SetFilePointerEx, 0)
   FAILS(GetDiskFreeSpaceExW, 0)
   FAILS(GetModuleFileNameW, 0)
   TAKES(LoadLibraryW, 0, "libraries")
