@@ -12,6 +12,9 @@ namespace {
 constexpr std::wstring_view opening = L"{{";
 constexpr std::wstring_view closing = L"}}";
 
+// What lists within lists repeat is multiplied at each step.
+constexpr std::size_t deepestList = 8;
+
 class Filler {
  public:
   explicit Filler(std::wstring_view page) : page_(page) {}
@@ -60,18 +63,22 @@ class Filler {
   void fillList(std::size_t gap, const std::wstring& name, bool isForNone, bool isShown,
                 std::wstring& result) {
     static const std::vector<Values> none;
+    if (open_.size() == deepestList) fail(gap, L"There are too many lists within lists.");
     const std::vector<Values>& items = isShown ? listOf(gap, name) : none;
+    if (!items.empty() && std::find(open_.begin(), open_.end(), &items) != open_.end())
+      fail(gap, L"The list \"" + name + L"\" stands within itself.");
+    open_.push_back(&items);
     const std::size_t start = at_;
-    if (isForNone || items.empty()) {
+    if (isForNone || items.empty())
       fillUntil(name, isShown && isForNone && items.empty(), result);
-      return;
-    }
-    for (const Values& item : items) {
-      at_ = start;
-      scopes_.push_back(&item);
-      fillUntil(name, true, result);
-      scopes_.pop_back();
-    }
+    else
+      for (const Values& item : items) {
+        at_ = start;
+        scopes_.push_back(&item);
+        fillUntil(name, true, result);
+        scopes_.pop_back();
+      }
+    open_.pop_back();
   }
 
   const std::wstring& textOf(std::size_t gap, const std::wstring& name) const {
@@ -91,6 +98,7 @@ class Filler {
   std::wstring_view page_;
   std::size_t at_ = 0;
   std::vector<const Values*> scopes_;
+  std::vector<const std::vector<Values>*> open_;  // the lists around the place
 };
 
 }  // namespace

@@ -20,7 +20,7 @@ struct Values {
 };
 
 // Raises an Error whose description names the line: of a gap that there is no value for, or a list
-// that does not end.
+// that does not end, stands within itself or too deep in others.
 std::wstring fillIn(std::wstring_view page, const Values& values);
 
 // "&lt;" for "<".

@@ -60,6 +60,34 @@ TEST_CASE("lists stand inside of each other") {
                values) == L"<ii><ii>");
 }
 
+TEST_CASE("a list within itself is refused and one of its entries of the same name is another") {
+  Values inner;
+  inner.lists[L"items"] = {named(L"i"), named(L"i")};
+  Values values;
+  values.lists[L"items"] = {inner};
+  CHECK(fillIn(L"{{#items}}{{#items}}{{name}}{{/items}}{{/items}}", values) == L"ii");
+  CHECK(faultOf(L"{{#items}}\n{{#items}}{{#items}}{{/items}}{{/items}}{{/items}}", values) ==
+        L"Line 2: The list \"items\" stands within itself.");
+}
+
+TEST_CASE("lists within lists end at some depth whether they are shown or not") {
+  for (const bool isShown : {true, false}) {
+    CAPTURE(isShown);
+    Values values;
+    std::wstring page;
+    std::wstring end;
+    for (wchar_t name = L'a'; name < L'a' + 8; ++name) {
+      values.lists[{name}].resize(isShown ? 1 : 0);
+      page += std::wstring(L"{{#") + name + L"}}";
+      end = std::wstring(L"{{/") + name + L"}}" + end;
+    }
+    CHECK(fillIn(page + end, values).empty());
+    values.lists[L"z"];
+    CHECK(faultOf(page + L"\n{{#z}}{{/z}}" + end, values) ==
+          L"Line 2: There are too many lists within lists.");
+  }
+}
+
 TEST_CASE("a page that is not well made is refused by line") {
   CHECK(faultOf(L"a\n{{nmae}}") == L"Line 2: There is no text \"nmae\" here.");
   CHECK(faultOf(L"{{#items}}{{/items}}") == L"Line 1: There is no list \"items\" here.");

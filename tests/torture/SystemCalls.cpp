@@ -120,7 +120,10 @@ Value fromBits(long bits) {
 
 template <class Value>
 bool isNothing(const Value& value) {
-  return value == Value();
+  if constexpr (std::is_scalar_v<Value>)
+    return value == Value();
+  else
+    return false;
 }
 
 inline bool givesBack(Effect effect) { return effect == Effect::gives; }
