@@ -158,9 +158,20 @@ MadeFolder HostWeb::createSubfolder(const HostFolder& parent, const std::wstring
   } catch (const Error&) {
     // Whether the host refuses a name that exists is not settled, and its look-up may have missed
     // one made by another program meanwhile, or failed.
-    if (auto existing = folderAt(path)) return {std::move(*existing)};
-    if (auto existing = parent.folderNamed(name)) return {std::move(*existing)};
+    if (auto existing = existingSubfolder(parent, name, path)) return {std::move(*existing)};
     throw;
+  }
+}
+
+// A host that does not even list its folders has none to offer.
+std::optional<HostFolder> HostWeb::existingSubfolder(const HostFolder& parent,
+                                                     const std::wstring& name,
+                                                     const std::wstring& path) const {
+  try {
+    auto folder = folderAt(path);
+    return folder ? folder : parent.folderNamed(name);
+  } catch (const Error&) {
+    return std::nullopt;
   }
 }
 

@@ -101,6 +101,8 @@ class HostWeb {
   std::optional<HostFile> fileAt(const std::wstring& place) const;
   com::Dispatch itemAt(const std::wstring& place, std::wstring_view lookUp,
                        std::wstring_view list) const;
+  std::optional<HostFolder> existingSubfolder(const HostFolder& parent, const std::wstring& name,
+                                              const std::wstring& path) const;
 
   com::Dispatch object_;
 };

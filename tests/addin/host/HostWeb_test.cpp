@@ -260,6 +260,19 @@ TEST_CASE("A folder that cannot be made raises the host's own error") {
   CHECK(error.description() == L"The web is read-only.");
 }
 
+TEST_CASE("The refusal to make a folder is told although the folders cannot be listed either") {
+  for (const wchar_t* path : {L"/new", L"/50%20off"}) {
+    CAPTURE(std::wstring(path));
+    const OpenWeb open;
+    open.host.faults().before(L"WebFolders.Add", [&] {
+      open.host.faults().refuse(L"WebFolders.Count", L"They cannot be counted.");
+    });
+    open.host.faults().refuse(L"WebFolders.Add", L"The web is read-only.", 1234);
+    CHECK(errorOf([&] { open.web().createFolder(path); }).description() ==
+          L"The web is read-only.");
+  }
+}
+
 TEST_CASE("A host that gives nothing for a new folder is error 91") {
   OpenWeb open;
   open.host.faults().returnNothing(L"WebFolders.Add");
