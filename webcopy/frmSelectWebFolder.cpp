@@ -96,13 +96,13 @@ void frmSelectWebFolder::walkTo(const std::wstring& path) {
 void frmSelectWebFolder::addChildren(Node node, const HostFolder& folder) {
   tvFolders.setTag(node, read);
   // A folder that was made while an earlier reading failed stands beside it.
-  const Node placeholder = childNamed(node, {});
-  if (placeholder) tvFolders.remove(placeholder);
+  const Node nameless = childNamed(node, {});
+  if (nameless) tvFolders.remove(nameless);
   try {
     addFolders(node, webfolder::offeredFolders(folder));
   } catch (...) {
     tvFolders.setTag(node, unread);
-    if (placeholder) addNode(node, {}, read);
+    if (nameless) addNode(node, {}, read);
     throw;
   }
 }
@@ -145,7 +145,7 @@ bool frmSelectWebFolder::tvFolders_Expand(Node node) {
     const forms::WaitCursor wait;
     if (const auto folder = folderOf(node)) addChildren(node, *folder);
   });
-  // One that could not be read stays closed over its placeholder.
+  // One that could not be read stays closed over its nameless node.
   return tvFolders.tag(node) == read;
 }
 

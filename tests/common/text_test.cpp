@@ -9,7 +9,7 @@ TEST_CASE("a message pattern gets its line breaks before its argument") {
         L"The DWT named \r\n \" a|b. \"\r\n");
 }
 
-TEST_CASE("an argument that holds a placeholder is not filled in again") {
+TEST_CASE("an argument that holds a mark is not filled in again") {
   CHECK(text::message(L"%s and %s", L"50%s") == L"50%s and 50%s");
 }
 

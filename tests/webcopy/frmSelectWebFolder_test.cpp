@@ -68,7 +68,7 @@ TEST_CASE("sub-webs are not offered") {
   });
 }
 
-TEST_CASE("a folder with sub-folders carries one placeholder until it is opened") {
+TEST_CASE("a folder with sub-folders carries one node without a name until it is opened") {
   PickerSession session;
   session.makeFolders({L"dwts\\blue", L"dwts\\red", L"empty"});
   session.look([](const FolderTree& tree) {
