@@ -306,30 +306,38 @@ TEST_CASE("a listed folder that does not exist is logged and the scan goes on") 
   CHECK(list.titles() == Lines{L"one"});
 }
 
-TEST_CASE("a listed folder that breaks off in the middle is told of like one that cannot be read") {
+namespace {
+
+// What a folder of two templates has listed and logged when the searches whose patterns end so
+// break off behind their first entry.
+struct BrokenScan {
+  explicit BrokenScan(const char* pattern) {
+    folder.listed.writeFile(L"T\\one.dwt");
+    folder.listed.writeFile(L"T\\two.dwt");
+    OtherFileSystem disk;
+    disk.breakingOff = pattern;
+    const LoggingOn logging;
+    folder.scan.ScanFolder(folder.listed.path());
+  }
+
   ScannedFolder folder;
-  folder.listed.writeFile(L"T\\one.dwt");
-  OtherFileSystem disk;
-  disk.breakingOff = "\\*.*";
-  const LoggingOn logging;
-  const DebugOutput output;
-  folder.scan.ScanFolder(folder.listed.path());
-  const std::wstring unopened = L"Could not open \" " + folder.listed.path() + L"\\ \"";
-  CHECK(output.messages() == Lines{L"Scanning folder: " + folder.listed.path(), unopened});
-  CHECK(folder.list.unopened == Lines{unopened});
+  DebugOutput output;
+};
+
+}  // namespace
+
+TEST_CASE("a listed folder that breaks off in the middle is told of like one that cannot be read") {
+  const BrokenScan scan("\\*.*");
+  const std::wstring unopened = L"Could not open \" " + scan.folder.listed.path() + L"\\ \"";
+  CHECK(scan.output.messages() ==
+        Lines{L"Scanning folder: " + scan.folder.listed.path(), unopened});
+  CHECK(scan.folder.list.unopened == Lines{unopened});
 }
 
 TEST_CASE("a template's folder that breaks off in the middle is logged behind what it had") {
-  ScannedFolder folder;
-  folder.listed.writeFile(L"T\\one.dwt");
-  folder.listed.writeFile(L"T\\two.dwt");
-  OtherFileSystem disk;
-  disk.breakingOff = "\\T\\*.dwt";
-  const LoggingOn logging;
-  const DebugOutput output;
-  folder.scan.ScanFolder(folder.listed.path());
-  CHECK(folder.list.titles().size() == 1);
-  CHECK(output.has(L"Could not open \" " + (folder / L"T") + L"\\ \""));
+  const BrokenScan scan("\\T\\*.dwt");
+  CHECK(scan.folder.list.titles().size() == 1);
+  CHECK(scan.output.has(L"Could not open \" " + (scan.folder / L"T") + L"\\ \""));
 }
 
 TEST_CASE("a listed file is logged as a folder that could not be opened") {

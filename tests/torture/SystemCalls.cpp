@@ -365,12 +365,15 @@ void addFiles(std::vector<Entry>& all) {
   TAKES(LoadLibraryExW, 0, "libraries")
   RETURNS(CloseHandle, "files")
   RETURNS(FindClose, "searches")
-  RETURNS(FreeLibrary, "libraries") {
-    constexpr auto library = "shell32.dll";
-    FAILS(ShellExecuteW, SE_ERR_FNF)
-    FAILS(SHBrowseForFolderW, 0)
-    FAILS(SHGetPathFromIDListW, 0)
-  }
+  RETURNS(FreeLibrary, "libraries")
+}
+
+void addShell(std::vector<Entry>& all) {
+  constexpr auto library = "shell32.dll";
+  constexpr auto kind = Kind::files;
+  FAILS(ShellExecuteW, SE_ERR_FNF)
+  FAILS(SHBrowseForFolderW, 0)
+  FAILS(SHGetPathFromIDListW, 0)
 }
 
 void addProfiles(std::vector<Entry>& all) {
@@ -396,11 +399,14 @@ void addRegistry(std::vector<Entry>& all) {
   CODE(RegQueryValueExW)
   CODE(RegSetValueExA)
   CODE(RegSetValueExW)
-  RETURNS(RegCloseKey, "keys") {
-    constexpr auto library = "shlwapi.dll";
-    CODE(SHDeleteKeyA)
-    CODE(SHDeleteValueA)
-  }
+  RETURNS(RegCloseKey, "keys")
+}
+
+void addRegistryOfShell(std::vector<Entry>& all) {
+  constexpr auto library = "shlwapi.dll";
+  constexpr auto kind = Kind::registry;
+  CODE(SHDeleteKeyA)
+  CODE(SHDeleteValueA)
 }
 
 void addMemory(std::vector<Entry>& all) {
@@ -464,15 +470,18 @@ void addWindows(std::vector<Entry>& all) {
   RETURNS(CloseClipboard, "openings of the clipboard")
   RETURNS(DestroyMenu, "menus")
   WATCHED(Hook, library, BeginPaint, std::nullopt, value, 0, takes, "paintings")
-  WATCHED(Hook, library, EndPaint, std::nullopt, value, 0, givesSecond, "paintings") {
-    constexpr auto library = "kernel32.dll";
-    FAILS(FindResourceW, 0)
-    FAILS(LoadResource, 0)
-    TAKES(CreateActCtxW, -1, "activation contexts")
-    TAKES(ActivateActCtx, 0, "activated contexts")
-    WATCHED(Hook, library, DeactivateActCtx, std::nullopt, value, 0, givesSecond,
-            "activated contexts")
-  }
+  WATCHED(Hook, library, EndPaint, std::nullopt, value, 0, givesSecond, "paintings")
+}
+
+void addResources(std::vector<Entry>& all) {
+  constexpr auto library = "kernel32.dll";
+  constexpr auto kind = Kind::windows;
+  FAILS(FindResourceW, 0)
+  FAILS(LoadResource, 0)
+  TAKES(CreateActCtxW, -1, "activation contexts")
+  TAKES(ActivateActCtx, 0, "activated contexts")
+  WATCHED(Hook, library, DeactivateActCtx, std::nullopt, value, 0, givesSecond,
+          "activated contexts")
 }
 
 void addDrawing(std::vector<Entry>& all) {
@@ -571,8 +580,9 @@ void addYields(std::vector<Entry>& all) {
 std::vector<Entry> makeEntries() {
   std::vector<Entry> all;
   all.reserve(300);  // its entries must not move
-  for (const auto add : {addFiles, addProfiles, addRegistry, addMemory, addWindows, addDrawing,
-                         addCom, addNetwork, addYields})
+  for (const auto add :
+       {addFiles, addShell, addProfiles, addRegistry, addRegistryOfShell, addMemory, addWindows,
+        addResources, addDrawing, addCom, addNetwork, addYields})
     add(all);
   return all;
 }
