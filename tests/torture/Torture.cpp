@@ -388,12 +388,16 @@ void Trial::letMonkeyPlay(unsigned seed, int actions, Lines& complaints) {
   world_.frame().open();
   const Desk before = world_.desk();
   world_.look([&] { world_.play(seed, actions); });
-  // A viewer that comes up late is in front for a moment, and nothing is while it comes or goes.
+  // A viewer that comes up late is in front for a moment, and nothing is while it comes or goes:
+  // what is compared is what was seen at one and the same time.
+  Desk after;
+  bool isElsewhere = false;
   pumpUntil([&] {
-    return world_.isElsewhere() ||
-           (GetActiveWindow() == before.active && GetFocus() == before.focus);
+    after = world_.desk();
+    isElsewhere = world_.isElsewhere();
+    return isElsewhere || (after.active == before.active && after.focus == before.focus);
   });
-  compareDesks(before, world_.desk(), world_.isElsewhere(), complaints);
+  compareDesks(before, after, isElsewhere, complaints);
   for (const auto& file : world_.lostFiles()) complaints.push_back(L"lost: " + file);
   world_.end();
   complainOfRest(world_, complaints);
