@@ -11,12 +11,6 @@ namespace {
 
 constexpr int entries = 2;
 
-bool isInMenu() {
-  GUITHREADINFO info = {};
-  info.cbSize = sizeof info;
-  return GetGUIThreadInfo(GetCurrentThreadId(), &info) && (info.flags & GUI_INMENUMODE);
-}
-
 BOOL CALLBACK noteUsable(HWND child, LPARAM list) {
   if (IsWindowVisible(child) && IsWindowEnabled(child))
     reinterpret_cast<std::vector<HWND>*>(list)->push_back(child);

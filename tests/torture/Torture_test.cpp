@@ -99,9 +99,11 @@ TEST_CASE("A window that only the undisturbed journey opens is complained of") {
         Lines{L"the second time does not open Dynamic Web Template Browser",
               L"the second time does not open About Quillet",
               L"the second time does not open Manage Dynamic Web Template Folders",
+              L"the second time does not open Browse for Folder",
               L"the second time does not open Select a web folder",
               L"the second time does not open Create New Folder",
-              L"the second time does not open DWT Online"});
+              L"the second time does not open DWT Online",
+              L"the second time does not open a menu"});
 }
 
 TEST_CASE("A file that the second visit does not make anew is complained of") {

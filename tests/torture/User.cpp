@@ -51,6 +51,11 @@ HWND findViewer() {
   return found;
 }
 
+void askForMenu(HWND list) {
+  selectRow(list, User::wantedTemplate);
+  PostMessageW(list, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(list), -1);
+}
+
 // Agrees where that is asked, unless the user `refuses` that, and else takes what is there.
 int answer(const ShownBox& box, bool refuses) {
   if (refuses && box.text.find(L"overwrite") != box.text.npos) return IDNO;
@@ -89,7 +94,7 @@ std::vector<std::wstring> User::boxes() const {
 
 std::vector<std::wstring> User::dialogs() const {
   auto all = modal_.dialogs();
-  all.insert(all.end(), viewers_.begin(), viewers_.end());
+  all.insert(all.end(), others_.begin(), others_.end());
   return all;
 }
 
@@ -107,6 +112,7 @@ void CALLBACK User::onTimer(HWND, UINT, UINT_PTR, DWORD) {
 void User::lookAround() {
   if (monkey_) return monkey_->act();
   if (awaitsViewer_) return closeViewer();
+  if (isInMenu()) return leaveMenu();
   std::erase_if(visited_, [](const Visited& each) { return !isUp(each.window); });
   const bool looks = aim_ == Aim::look;
   if (visited_.empty()) {
@@ -133,10 +139,17 @@ void User::lookAround() {
 
 void User::look(const Visited& visited) {
   constexpr int buttons[] = {IDC_QUILLET_ABOUT, IDC_QUILLET_SELECT, IDC_QUILLET_DESTFOLDER};
-  if (visited.isOnline || visited.done >= std::size(buttons))
+  if (visited.isOnline || visited.done > std::size(buttons))
     PostMessageW(visited.window, WM_CLOSE, 0, 0);
+  else if (visited.done == 0)
+    askForMenu(GetDlgItem(visited.window, IDC_QUILLET_LIST));
   else
-    press(visited.window, buttons[visited.done]);
+    press(visited.window, buttons[visited.done - 1]);
+}
+
+void User::leaveMenu() {
+  others_.push_back(L"a menu");
+  EndMenu();
 }
 
 void User::read(const Visited& visited) {
@@ -157,7 +170,7 @@ void User::closeViewer() {
     DWORD process = 0;
     GetWindowThreadProcessId(window, &process);
     viewer_.reset(OpenProcess(SYNCHRONIZE, FALSE, process));
-    viewers_.push_back(L"a viewer, number " + std::to_wstring(viewers_.size() + 1));
+    others_.push_back(L"a viewer, number " + std::to_wstring(others_.size() + 1));
   }
   if (window) PostMessageW(window, WM_CLOSE, 0, 0);
   if (!viewer_ || WaitForSingleObject(viewer_.get(), 0) != WAIT_OBJECT_0) return;
@@ -173,10 +186,10 @@ void User::closeOther() {
   const HWND top = dialogs.front();
   const std::wstring caption = windowText(top);
   if (caption == templatesCaption || caption == onlineCaption) return;
-  if (met_.insert(top).second && IsWindow(GetDlgItem(top, IDC_SELECTWEBFOLDER_BTNNEWFOLDER)))
-    press(top, IDC_SELECTWEBFOLDER_BTNNEWFOLDER);
-  else
-    PostMessageW(top, WM_CLOSE, 0, 0);
+  if (met_.insert(top).second)
+    for (const int opener : {IDC_SELECTWEBFOLDER_BTNNEWFOLDER, IDC_FOLDERS_ADD})
+      if (IsWindow(GetDlgItem(top, opener))) return press(top, opener);
+  PostMessageW(top, WM_CLOSE, 0, 0);
 }
 
 void User::act(Visited visited) {

@@ -27,7 +27,7 @@ class User {
 
   // Every box so far: title, a bar, text.
   std::vector<std::wstring> boxes() const;
-  // The captions of every window so far, and which viewers.
+  // The captions of every window so far, which viewers, and menus.
   std::vector<std::wstring> dialogs() const;
 
   // Instead of that, opens every window of this process that there is and closes it again.
@@ -56,6 +56,7 @@ class User {
   void act(Visited visited);
   void look(const Visited& visited);
   void read(const Visited& visited);
+  void leaveMenu();
   void closeViewer();
   void closeOther();
 
@@ -69,8 +70,8 @@ class User {
   Monkey* monkey_ = nullptr;
   std::set<HWND> met_;
   bool awaitsViewer_ = false;
-  handles::Kernel viewer_;  // the process
-  std::vector<std::wstring> viewers_;
+  handles::Kernel viewer_;            // the process
+  std::vector<std::wstring> others_;  // than dialogs
 };
 
 }  // namespace torture

@@ -131,6 +131,12 @@ std::vector<HWND> ownDialogs() {
   return dialogs;
 }
 
+bool isInMenu() {
+  GUITHREADINFO thread = {};
+  thread.cbSize = sizeof thread;
+  return GetGUIThreadInfo(GetCurrentThreadId(), &thread) && (thread.flags & GUI_INMENUMODE) != 0;
+}
+
 World::World()
     : server_({{"/d.zip", HttpServer::ok(archive())},
                {"/locked.zip", HttpServer::ok(lockedWith(User::password))}}) {

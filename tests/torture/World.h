@@ -52,6 +52,8 @@ struct Desk {
 
 // The dialogs on the screen, from the one on top down.
 std::vector<HWND> ownDialogs();
+// Whether a menu takes this thread's messages, those of timers among them, until it is ended.
+bool isInMenu();
 
 class World {
  public:
