@@ -307,6 +307,9 @@ void Trial::demandWord(const SystemWay& way, const Course& course, Verdict& verd
   }
   if (course.first.menu != usual_.first.menu)
     verdict.complaints.push_back(L"nothing is told of another menu");
+  if (course.first.files.contains(otherPlace)) return;  // that one is stored then
+  for (const auto& text : beyond(usual_.first.settings, course.first.settings))
+    verdict.complaints.push_back(L"nothing is told of what is not stored: " + text);
 }
 
 Verdict Trial::withHostTrouble(HostWay way, int number) {

@@ -1,6 +1,7 @@
 // Whether what a journey leaves behind is noticed.
 #include <string>
 
+#include "common/settings.h"
 #include "tests/support/text_output.h"
 #include "tests/torture/Torture.h"
 
@@ -142,6 +143,23 @@ TEST_CASE("A template that is overwritten against the user's will is complained 
   CHECK(trial.again().complaints == Lines{L"lost: " + file, L"lost the second time: " + file,
                                           L"the second time does not make " + file,
                                           L"it went otherwise"});
+}
+
+TEST_CASE("A setting that is not stored without a word is complained of") {
+  torture::Journey journey = torture::journeyOf("copy");
+  misdeed = nullptr;
+  journey.body = [](World& there) {
+    there.copy();
+    if (!misdeed)
+      there.registry->setString(
+          HKEY_CURRENT_USER, settings::keyPath(L"Quillet Viewer", L"Settings"), L"Colour", L"navy");
+  };
+  World world;
+  torture::Trial trial(world, journey);
+  misdeed = [](World&, int) {};
+  const auto& registryDenied = torture::systemWays().front();
+  CHECK(trial.withSystemTrouble(registryDenied, 2).complaints ==
+        Lines{L"nothing is told of what is not stored: Colour = navy"});
 }
 
 TEST_CASE("A download with a password asks for it and leaves everything as it was") {

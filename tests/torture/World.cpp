@@ -302,6 +302,7 @@ Seen World::look(const std::function<void()>& body) {
   }
   for (const auto* each : host_->commandBars().allControls()) seen.menu.push_back(each->caption);
   seen.files = files();
+  seen.settings = storedTexts();
   return seen;
 }
 
@@ -331,6 +332,19 @@ Files World::files() const {
   for (const auto& entry : disk.tree())
     found[entry] = entry.back() == L'\\' ? std::string() : disk.readFile(entry);
   return found;
+}
+
+// A window's place is bytes, and stored without a word about it.
+Lines World::storedTexts() const {
+  Lines texts;
+  for (const wchar_t* section : {L"Settings", L"DWT Folders"}) {
+    const std::wstring key = ownSettings + std::wstring(section);
+    for (const auto& name : registry->valueNames(HKEY_CURRENT_USER, key))
+      if (!name.ends_with(L"Placement"))
+        texts.push_back(name + L" = " +
+                        registry->string(HKEY_CURRENT_USER, key, name).value_or(L"nothing"));
+  }
+  return texts;
 }
 
 }  // namespace torture

@@ -36,6 +36,7 @@ struct Seen {
   Lines lines;    // of the log, without their time
   Lines menu;     // every entry of the host's bars and menus
   Files files;
+  Lines settings;  // the stored texts, without windows' places
 };
 
 // What a journey must leave as it was.
@@ -123,6 +124,7 @@ class World {
   void layOut();
   void setUpRegistry();
   Files files() const;
+  Lines storedTexts() const;
   std::wstring downloadAddress() const;
 
   HttpServer server_;
