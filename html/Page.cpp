@@ -308,7 +308,6 @@ class Parser {
       added.bullet = bullet_;
       to.blocks.push_back(std::move(added));
       inBlock_ = true;
-      bullet_ = false;
     }
     return to.blocks.back();
   }

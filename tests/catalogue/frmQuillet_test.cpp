@@ -293,6 +293,17 @@ TEST_CASE("the browser cannot be made smaller than it was designed") {
 }
 
 TEST_CASE("a larger window gives its room to the preview and keeps the buttons at the right") {
+  struct Move {
+    int id;
+    LONG left, top, right, bottom;
+  };
+  constexpr Move expected[] = {
+      {IDC_QUILLET_PICTURE, 0, 0, 100, 60}, {IDC_QUILLET_PAGE, 0, 0, 100, 60},
+      {IDC_QUILLET_TITLE, 0, 0, 100, 0},    {IDC_QUILLET_LIST_LABEL, 0, 0, 0, 0},
+      {IDC_QUILLET_LIST, 0, 0, 0, 60},      {IDC_QUILLET_STATUS, 0, 60, 0, 60},
+      {IDC_QUILLET_SPLITTER, 0, 0, 0, 60},  {IDC_QUILLET_ZOOM, 0, 60, 0, 60},
+      {IDC_QUILLET_DEST, 0, 60, 100, 60},   {IDOK, 100, 0, 100, 0},
+      {IDC_QUILLET_NOTES, 100, 0, 100, 0},  {IDCANCEL, 100, 60, 100, 60}};
   BrowserWindow browser;
   browser.show([&] {
     const auto place = [&](int id) {
@@ -301,26 +312,20 @@ TEST_CASE("a larger window gives its room to the preview and keeps the buttons a
       MapWindowPoints(nullptr, browser.dialog, reinterpret_cast<POINT*>(&rect), 2);
       return rect;
     };
-    const RECT picture = place(IDC_QUILLET_PICTURE);
-    const RECT page = place(IDC_QUILLET_PAGE);
-    const RECT list = place(IDC_QUILLET_LIST);
-    const RECT copy = place(IDOK);
-    const RECT cancel = place(IDCANCEL);
-    const RECT destination = place(IDC_QUILLET_DEST);
+    std::vector<RECT> designed;
+    for (const Move& each : expected) designed.push_back(place(each.id));
     RECT window;
     GetWindowRect(browser.dialog, &window);
     SetWindowPos(browser.dialog, nullptr, 0, 0, window.right - window.left + 100,
                  window.bottom - window.top + 60, SWP_NOMOVE | SWP_NOZORDER);
-    const auto moved = [](const RECT& from, const RECT& to, LONG l, LONG t, LONG r, LONG b) {
-      return to.left - from.left == l && to.top - from.top == t && to.right - from.right == r &&
-             to.bottom - from.bottom == b;
-    };
-    CHECK(moved(picture, place(IDC_QUILLET_PICTURE), 0, 0, 100, 60));
-    CHECK(moved(page, place(IDC_QUILLET_PAGE), 0, 0, 100, 60));
-    CHECK(moved(list, place(IDC_QUILLET_LIST), 0, 0, 0, 60));
-    CHECK(moved(copy, place(IDOK), 100, 0, 100, 0));
-    CHECK(moved(cancel, place(IDCANCEL), 100, 60, 100, 60));
-    CHECK(moved(destination, place(IDC_QUILLET_DEST), 0, 60, 100, 60));
+    for (std::size_t i = 0; i < std::size(expected); ++i) {
+      const RECT now = place(expected[i].id);
+      CAPTURE(expected[i].id);
+      CHECK(now.left - designed[i].left == expected[i].left);
+      CHECK(now.top - designed[i].top == expected[i].top);
+      CHECK(now.right - designed[i].right == expected[i].right);
+      CHECK(now.bottom - designed[i].bottom == expected[i].bottom);
+    }
   });
 }
 

@@ -19,3 +19,15 @@ TEST_CASE("the visual styles hold for a scope, and do not for the host in the mi
   }
   CHECK(activeContext() == nullptr);
 }
+
+TEST_CASE("the visual styles are those of the common controls that have them") {
+  const auto redirects = [] {
+    ACTCTX_SECTION_KEYED_DATA found = {};
+    found.cbSize = sizeof found;
+    return FindActCtxSectionStringW(0, nullptr, ACTIVATION_CONTEXT_SECTION_DLL_REDIRECTION,
+                                    L"comctl32.dll", &found) != FALSE;
+  };
+  CHECK_FALSE(redirects());
+  const VisualStyles styles;
+  CHECK(redirects());
+}
