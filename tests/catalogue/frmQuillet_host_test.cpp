@@ -1,8 +1,6 @@
 // The template browser and the host behind it: one that refuses, and one that is left as it was.
 #include <windows.h>
 
-#include <tuple>
-
 #include "tests/catalogue/frmQuillet_support.h"
 #include "tests/support/activation_context.h"
 #include "tests/support/machine.h"
@@ -109,19 +107,25 @@ TEST_CASE("the button for the folders brings the host to the front once by its v
 }
 
 TEST_CASE("a window that is closed while the host answers opens none of the others") {
-  const std::tuple<const wchar_t*, int, const wchar_t*> opening[] = {
+  struct Opening {
+    const wchar_t* member;  // that is asked meanwhile
+    int button;
+    const wchar_t* caption;
+  };
+  constexpr Opening openings[] = {
       {L"Application.ActiveWeb", IDC_QUILLET_DESTFOLDER, pickerCaption},
       {L"Web.Url", IDC_QUILLET_DESTFOLDER, pickerCaption},
       {L"Application.Version", IDC_QUILLET_SELECT, foldersCaption},
   };
-  for (const auto& [member, button, caption] : opening) {
-    CAPTURE(std::wstring(member));
+  for (const Opening& opening : openings) {
+    CAPTURE(std::wstring(opening.member));
     BrowserWindow browser;
     browser.addTemplate(L"home");
-    browser.driver.onDialog(caption, [](HWND dialog) { press(dialog, IDCANCEL); });
+    browser.driver.onDialog(opening.caption, [](HWND dialog) { press(dialog, IDCANCEL); });
     browser.show([&] {
-      browser.host.faults().before(member, [&] { SendMessageW(browser.dialog, WM_CLOSE, 0, 0); });
-      press(browser.dialog, button);
+      browser.host.faults().before(opening.member,
+                                   [&] { SendMessageW(browser.dialog, WM_CLOSE, 0, 0); });
+      press(browser.dialog, opening.button);
       CHECK_FALSE(IsWindowVisible(browser.dialog));
     });
     CHECK(browser.driver.dialogs() == Lines{browserCaption});
@@ -129,25 +133,30 @@ TEST_CASE("a window that is closed while the host answers opens none of the othe
 }
 
 TEST_CASE("a window that is closed while the host answers copies nothing") {
-  const std::pair<const wchar_t*, int> closedIn[] = {
+  struct Close {
+    const wchar_t* member;  // that is asked meanwhile
+    std::size_t boxes;      // that have been shown by then
+  };
+  constexpr Close closes[] = {
       {L"Application.ActiveWeb", 0},
       {L"Web.Url", 0},
       {L"Web.LocateFolder", 1},
       {L"WebFolder.Url", 1},
   };
-  for (const auto& [member, boxes] : closedIn) {
-    CAPTURE(std::wstring(member));
+  for (const Close& close : closes) {
+    CAPTURE(std::wstring(close.member));
     BrowserWindow browser;
     browser.addTemplate(L"home");
     browser.web.writeFile(L"index.htm", "a page");
     browser.show([&] {
-      browser.host.faults().before(member, [&] { SendMessageW(browser.dialog, WM_CLOSE, 0, 0); });
+      browser.host.faults().before(close.member,
+                                   [&] { SendMessageW(browser.dialog, WM_CLOSE, 0, 0); });
       browser.driver.answer(IDYES);
       press(browser.dialog, IDOK);
       CHECK_FALSE(IsWindowVisible(browser.dialog));
     });
     CHECK(browser.driver.dialogs() == Lines{browserCaption});
-    CHECK(browser.driver.boxes().size() == static_cast<std::size_t>(boxes));
+    CHECK(browser.driver.boxes().size() == close.boxes);
     CHECK_FALSE(browser.web.exists(L"dwts\\home\\home.dwt"));
   }
 }
