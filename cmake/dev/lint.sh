@@ -60,8 +60,18 @@ tidy() {
     build/release/compile_commands.json >build/tidy/compile_commands.json
   # What every file's verdict depends on, beside the file and what it includes.
   clang-tidy --version | cat - .clang-tidy cmake/flags.cmake >build/lint/rules
-  cmake/dev/includes stale build/lint/tidy build/lint/rules |
+  cmake/dev/includes stale build/lint/tidy build/lint/rules | that_are_built |
     xargs -r -P "$(nproc)" -n 1 cmake/dev/tidy-one "${extra[@]}"
+}
+
+# Of what another compiler or another set of options builds, clang-tidy could only guess the options.
+that_are_built() {
+  local each
+  while IFS= read -r each; do
+    if grep -qF "\"file\": \"$PWD/${each%%:*}\"" build/tidy/compile_commands.json; then
+      say "$each"
+    fi
+  done
 }
 
 # Warnings that are off, each with its reason, stand in cppcheck-suppressions.txt.

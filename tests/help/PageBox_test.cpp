@@ -156,18 +156,22 @@ TEST_CASE("a user who cancels a printer's own dialog prints nothing") {
 TEST_CASE("what a printer refuses is given up and raises an error") {
   const ScratchFolder disk;
   const auto file = disk.writeFile(L"a.htm", "<title>Tides</title>one");
-  const std::pair<const wchar_t*, Lines> refusals[] = {
+  struct Refusal {
+    const wchar_t* failing;
+    Lines calls;  // up to it, and what gives it up
+  };
+  const Refusal refusals[] = {
       {L"StartDoc", {L"StartDoc Tides"}},
       {L"StartPage", {L"StartDoc Tides", L"StartPage", L"AbortDoc"}},
       {L"EndPage", {L"StartDoc Tides", L"StartPage", L"EndPage", L"AbortDoc"}}};
   PageForm([&](PageForm& form) {
     form.page.show(file);
-    for (const auto& [failing, calls] : refusals) {
-      CAPTURE(failing);
-      Printer printer(failing);
+    for (const Refusal& refusal : refusals) {
+      CAPTURE(refusal.failing);
+      Printer printer(refusal.failing);
       CHECK(numberOf([&] { form.page.print(); }) ==
             errors::fromSystemCode(Printer::paperIsOut).number());
-      CHECK(printer.calls == calls);
+      CHECK(printer.calls == refusal.calls);
     }
   });
 }
